@@ -1,0 +1,32 @@
+# plain_test(NAME SOURCE...): a GoogleTest program without the product's globals; it names what it tests
+#   with target_sources and target_link_libraries of its own and runs anywhere.
+# mac_test(NAME MACHINE SOURCE...): a GoogleTest program with the whole product in it. Its globals touch the
+#   product's folders before main, so it always runs as alex inside a fresh Mac root of that machine.
+include(CTest)
+if(NOT BUILD_TESTING OR APPLE)
+  return()
+endif()
+find_package(GTest REQUIRED)
+
+# What GNUstep itself leaves allocated for good is not ours to report.
+set(KS_TEST_ENVIRONMENT
+  "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.txt:print_suppressions=0"
+  "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan.txt"
+  "ASAN_OPTIONS=detect_stack_use_after_return=1"
+  "UBSAN_OPTIONS=print_stacktrace=1")
+
+function(plain_test name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE toolchain GTest::gtest_main)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${KS_TEST_ENVIRONMENT}" TIMEOUT 300)
+endfunction()
+
+function(mac_test name machine)
+  product_program(${name} ${ARGN})
+  target_link_libraries(${name}_objects PRIVATE GTest::gtest)
+  target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  add_test(NAME ${name}
+    COMMAND ${CMAKE_SOURCE_DIR}/tests/support/in-mac ${machine} $<TARGET_FILE:${name}>)
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${KS_TEST_ENVIRONMENT}" TIMEOUT 300)
+endfunction()

@@ -1,0 +1,8 @@
+#include "installer/InstallerRun.h"
+
+#include <Foundation/Foundation.h>
+
+void RunInstaller() {
+    @autoreleasepool {
+    }
+}

@@ -1,0 +1,6 @@
+#include "installer/InstallerRun.h"
+
+int main() {
+    RunInstaller();
+    return 0;
+}

@@ -1,0 +1,5 @@
+// GNUstep's AppKit, with the declarations that Apple's has and GNUstep's lacks.
+#pragma once
+
+#include <Foundation/Foundation.h>
+#include_next <AppKit/AppKit.h>

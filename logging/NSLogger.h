@@ -1,0 +1,32 @@
+#pragma once
+
+#include <Foundation/Foundation.h>
+
+/// CLogger for code that has Cocoa strings. No instances, no state.
+///
+/// Each Log… operation builds its text from an NSString format and arguments, and hands its UTF-8
+/// bytes to CLogger, which runs them through the printf formatter once more, without arguments:
+/// "%%" becomes "%", and any other "%" is written as it stands. A nil format does nothing.
+@interface NSLogger : NSObject
+
+/// Level CRITICAL.
++ (void)LogCritical:(NSString*)format, ...;
+/// Level FAILURE.
++ (void)LogFailure:(NSString*)format, ...;
+/// Level WARNING.
++ (void)LogWarning:(NSString*)format, ...;
+/// Level INFO.
++ (void)LogInformation:(NSString*)format, ...;
+/// Level INFO too: success shares it on purpose, there is no level of its own.
++ (void)LogSuccess:(NSString*)format, ...;
+
+/// Whether the process-wide logger is on.
++ (BOOL)IsEnabled;
+/// Whether the process-wide logger enciphers its file.
++ (BOOL)IsEncryptionEnable;
+
+/// Five INFO lines about the process: OS version, name, identifier, environment, call arguments.
+/// The environment may hold secrets of the user: call it only for a log that stays with the user.
++ (void)LogSystemInfo;
+
+@end
