@@ -1,0 +1,16 @@
+#pragma once
+
+#include <CoreServices/CoreServices.h>
+#include <Foundation/Foundation.h>
+
+/// Asks Launch Services for a browser's application.
+/// @param bundleIdentifier  the application's bundle identifier
+/// @param url               gets the application's URL, autoreleased, when the status is 0; else
+/// nil
+/// @return 0, kLSApplicationNotFoundErr (-10814), or another status of Launch Services. Unsigned
+/// because
+///         the installers log it so: -10813 shows as 4294956483, which is meant.
+UInt32 FindBrowser(NSString* bundleIdentifier, NSURL** url);
+
+/// kLSApplicationNotFoundErr as FindBrowser returns it.
+constexpr UInt32 kBrowserNotFound = static_cast<UInt32>(kLSApplicationNotFoundErr);

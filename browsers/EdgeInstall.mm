@@ -1,0 +1,145 @@
+#include "browsers/EdgeInstall.h"
+
+#include "browsers/BrowserLookup.h"
+#include "browsers/Payload.h"
+#include "installer/ProductValues.h"
+#include "logging/NSLogger.h"
+#include "platform/AppWorkspaceUtils.h"
+
+namespace {
+
+NSString* const kBundleIdentifier = @"com.microsoft.edgemac";
+NSString* const kApplicationName = @"Microsoft Edge";
+
+NSString* const kPayloadSubfolder = @"/edge";
+NSString* const kDescriptorName = @"ljdimbpkaehcfognojlkbmcpiedhfagk.json";
+NSString* const kHostFolder = @"~/Library/Application Support/Microsoft Edge/NativeMessagingHosts";
+NSString* const kExternalFolder =
+    @"~/Library/Application Support/Microsoft Edge/External Extensions";
+
+NSString* HostFolder() {
+    return [kHostFolder stringByExpandingTildeInPath];
+}
+
+NSString* ExternalFolder() {
+    return [kExternalFolder stringByExpandingTildeInPath];
+}
+
+NSString* InstalledHostManifest() {
+    return [NSString stringWithFormat:@"%@%@", HostFolder(), kChromiumHostManifest];
+}
+
+NSString* InstalledDescriptor() {
+    return [NSString stringWithFormat:@"%@/%@", ExternalFolder(), kDescriptorName];
+}
+
+NSString* PayloadHostManifest() {
+    return [NSString
+        stringWithFormat:@"%@%@%@", kExtensionsFolder, kPayloadSubfolder, kChromiumHostManifest];
+}
+
+NSString* PayloadDescriptor() {
+    return [NSString
+        stringWithFormat:@"%@%@/%@", kExtensionsFolder, kPayloadSubfolder, kDescriptorName];
+}
+
+NSDictionary* OpenToEverybody() {
+    return [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:0777]
+                                       forKey:NSFilePosixPermissions];
+}
+
+// The steps of the installation; each says whether the next one may follow.
+
+BOOL EnsureFolder(NSString* folder, NSString* failure) {
+    NSFileManager* files = [NSFileManager defaultManager];
+    NSError* error = nil;
+    if (![files fileExistsAtPath:folder] && ![files createDirectoryAtPath:folder
+                                                withIntermediateDirectories:YES
+                                                                 attributes:OpenToEverybody()
+                                                                      error:&error]) {
+        [NSLogger LogFailure:failure, [error description]];
+        return NO;
+    }
+    return YES;
+}
+
+BOOL Copy(NSString* source, NSString* target, NSString* failure) {
+    NSError* error = nil;
+    if (![[NSFileManager defaultManager] copyItemAtPath:source toPath:target error:&error]) {
+        [NSLogger LogFailure:failure, [error description]];
+        return NO;
+    }
+    return YES;
+}
+
+// Made afresh each time. Where the bundle cannot be written, an earlier descriptor serves as it is.
+BOOL WriteDescriptorIntoPayload() {
+    NSString* descriptor =
+        [NSString stringWithFormat:@"{ \"external_update_url\": \"%@\" }", kEdgeUpdateURL];
+    [descriptor writeToFile:PayloadDescriptor()
+                 atomically:YES
+                   encoding:NSUTF8StringEncoding
+                      error:NULL];
+    // Meant: the one failure that is not logged.
+    return [[NSFileManager defaultManager] setAttributes:OpenToEverybody()
+                                            ofItemAtPath:PayloadDescriptor()
+                                                   error:NULL];
+}
+
+}  // namespace
+
+@implementation EdgeInstall
+
++ (BOOL)IsBrowserInstalled {
+    NSURL* url = nil;
+    const UInt32 status = FindBrowser(kBundleIdentifier, &url);
+    if (status == noErr) {
+        [NSLogger LogInformation:@"Application URL is: %@", url];
+        return YES;
+    }
+    if (status == kBrowserNotFound) {
+        [NSLogger LogInformation:@"Edge application not found!"];
+    } else {
+        [NSLogger LogWarning:@"An error occurred: %ld", static_cast<long>(status)];
+    }
+    return NO;
+}
+
++ (BOOL)IsBrowserStarted {
+    return [AppWorkspaceUtils IsAppRunning:kApplicationName];  // meant: a name, not an identifier
+}
+
++ (BOOL)IsExtensionInstalled {
+    if (![EdgeInstall IsBrowserInstalled]) {
+        return NO;
+    }
+    NSFileManager* files = [NSFileManager defaultManager];
+    return [files fileExistsAtPath:InstalledHostManifest()] &&
+           [files fileExistsAtPath:InstalledDescriptor()];
+}
+
++ (BOOL)InstallExtension {
+    if (![EdgeInstall IsBrowserInstalled]) {
+        return YES;
+    }
+    [EdgeInstall UninstallExtension];
+    if (!EnsureFolder(HostFolder(), @"Error creating Edge Native directory: %@") ||
+        !Copy(PayloadHostManifest(), InstalledHostManifest(), @"Error copying Edge JSON: %@") ||
+        !WriteDescriptorIntoPayload() ||
+        !EnsureFolder(ExternalFolder(), @"Error creating Edge External directory: %@") ||
+        !Copy(PayloadDescriptor(), InstalledDescriptor(), @"Error copying Edge created JSON: %@")) {
+        return NO;
+    }
+    [NSLogger LogSuccess:@"Edge extension installed!"];
+    return YES;
+}
+
++ (BOOL)UninstallExtension {
+    NSFileManager* files = [NSFileManager defaultManager];
+    [files removeItemAtPath:InstalledHostManifest() error:NULL];
+    [files removeItemAtPath:InstalledDescriptor() error:NULL];
+    [NSLogger LogSuccess:@"Edge extension uninstalled!"];
+    return YES;
+}
+
+@end

@@ -1,0 +1,17 @@
+#pragma once
+
+// The browser installers for code that cannot send messages to their classes. An outer function
+// (…CPP) only calls the inner one of its name, which calls the class operation; the result is true
+// exactly when the operation's is not zero. What an operation does and logs stands with its class.
+
+bool IsEdgeInstalledBridgeCPP();           ///< EdgeInstall IsBrowserInstalled
+bool IsEdgeExtensionInstalledBridgeCPP();  ///< EdgeInstall IsExtensionInstalled
+bool IsEdgeStartedBridgeCPP();             ///< EdgeInstall IsBrowserStarted
+bool EdgeInstallExtensionBridgeCPP();      ///< EdgeInstall InstallExtension
+bool EdgeUninstallExtensionBridgeCPP();    ///< EdgeInstall UninstallExtension
+
+bool IsEdgeInstalledBridge();
+bool IsEdgeExtensionInstalledBridge();
+bool IsEdgeStartedBridge();
+bool EdgeInstallExtensionBridge();
+bool EdgeUninstallExtensionBridge();
