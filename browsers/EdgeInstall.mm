@@ -1,7 +1,9 @@
 #include "browsers/EdgeInstall.h"
 
 #include "browsers/BrowserLookup.h"
+#include "browsers/ExternalExtension.h"
 #include "browsers/Payload.h"
+#include "browsers/UserFiles.h"
 #include "installer/ProductValues.h"
 #include "logging/NSLogger.h"
 #include "platform/AppWorkspaceUtils.h"
@@ -43,20 +45,12 @@ NSString* PayloadDescriptor() {
         stringWithFormat:@"%@%@/%@", kExtensionsFolder, kPayloadSubfolder, kDescriptorName];
 }
 
-NSDictionary* OpenToEverybody() {
-    return [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:0777]
-                                       forKey:NSFilePosixPermissions];
-}
-
 // The steps of the installation; each says whether the next one may follow.
 
 BOOL EnsureFolder(NSString* folder, NSString* failure) {
-    NSFileManager* files = [NSFileManager defaultManager];
     NSError* error = nil;
-    if (![files fileExistsAtPath:folder] && ![files createDirectoryAtPath:folder
-                                                withIntermediateDirectories:YES
-                                                                 attributes:OpenToEverybody()
-                                                                      error:&error]) {
+    if (![[NSFileManager defaultManager] fileExistsAtPath:folder] &&
+        !CreateOpenFolder(folder, &error)) {
         [NSLogger LogFailure:failure, [error description]];
         return NO;
     }
@@ -70,20 +64,6 @@ BOOL Copy(NSString* source, NSString* target, NSString* failure) {
         return NO;
     }
     return YES;
-}
-
-// Made afresh each time. Where the bundle cannot be written, an earlier descriptor serves as it is.
-BOOL WriteDescriptorIntoPayload() {
-    NSString* descriptor =
-        [NSString stringWithFormat:@"{ \"external_update_url\": \"%@\" }", kEdgeUpdateURL];
-    [descriptor writeToFile:PayloadDescriptor()
-                 atomically:YES
-                   encoding:NSUTF8StringEncoding
-                      error:NULL];
-    // Meant: the one failure that is not logged.
-    return [[NSFileManager defaultManager] setAttributes:OpenToEverybody()
-                                            ofItemAtPath:PayloadDescriptor()
-                                                   error:NULL];
 }
 
 }  // namespace
@@ -125,7 +105,7 @@ BOOL WriteDescriptorIntoPayload() {
     [EdgeInstall UninstallExtension];
     if (!EnsureFolder(HostFolder(), @"Error creating Edge Native directory: %@") ||
         !Copy(PayloadHostManifest(), InstalledHostManifest(), @"Error copying Edge JSON: %@") ||
-        !WriteDescriptorIntoPayload() ||
+        !WriteExternalExtension(PayloadDescriptor(), kEdgeUpdateURL) ||  // meant: not logged
         !EnsureFolder(ExternalFolder(), @"Error creating Edge External directory: %@") ||
         !Copy(PayloadDescriptor(), InstalledDescriptor(), @"Error copying Edge created JSON: %@")) {
         return NO;

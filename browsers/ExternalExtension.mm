@@ -1,0 +1,9 @@
+#include "browsers/ExternalExtension.h"
+
+#include "browsers/UserFiles.h"
+
+BOOL WriteExternalExtension(NSString* path, NSString* updateURL) {
+    NSString* text = [NSString stringWithFormat:@"{ \"external_update_url\": \"%@\" }", updateURL];
+    [text writeToFile:path atomically:YES encoding:NSUTF8StringEncoding error:NULL];
+    return OpenToEverybody(path, NULL);
+}

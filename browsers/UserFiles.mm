@@ -1,0 +1,21 @@
+#include "browsers/UserFiles.h"
+
+namespace {
+
+NSDictionary* OpenMode() {
+    return [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:0777]
+                                       forKey:NSFilePosixPermissions];
+}
+
+}  // namespace
+
+BOOL CreateOpenFolder(NSString* path, NSError** error) {
+    return [[NSFileManager defaultManager] createDirectoryAtPath:path
+                                     withIntermediateDirectories:YES
+                                                      attributes:OpenMode()
+                                                           error:error];
+}
+
+BOOL OpenToEverybody(NSString* path, NSError** error) {
+    return [[NSFileManager defaultManager] setAttributes:OpenMode() ofItemAtPath:path error:error];
+}
