@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+/// The settings for code that has byte strings. All texts are UTF-8, up to their first NUL. What is
+/// read and written, and when, stands with LocalSettings_Mac.
+///
+/// A value that the file holds as anything but a string is read as "". A name or vault that is not
+/// UTF-8 names nothing; a value that is not UTF-8 counts as none, so storing it removes the
+/// setting.
+class LocalSettings {
+  public:
+    /// @return "" when there is none
+    static std::string GetSettingValueForName(const std::string& name);
+
+    static void SetSettingValueWithName(const std::string& value, const std::string& name);
+
+    static void RemoveSettingForName(const std::string& name);
+
+    static void SetSettingValueWithNameAndVault(const std::string& value, const std::string& name,
+                                                const std::string& vault);
+
+    /// @return "" when there is none
+    static std::string GetSettingValueForNameAndVault(const std::string& name,
+                                                      const std::string& vault);
+};

@@ -1,0 +1,135 @@
+#include "settings/LocalSettings_Mac.h"
+
+#include "logging/NSLogger.h"
+
+namespace {
+
+NSString* const kSettingsFolder = @"/Users/Shared/Keystrel/";
+NSString* const kSettingsFile = @"KSSettings.plist";
+NSString* const kVaultsFolder = @"/Users/Shared/Keystrel/Vaults/";
+
+NSString* const kNoValue = @"";
+
+// An empty dictionary where there is no file, nil where there is one that holds no dictionary.
+NSDictionary* ReadDictionary(NSString* path) {
+    if (![[NSFileManager defaultManager] fileExistsAtPath:path]) {
+        return [NSDictionary dictionary];
+    }
+    NSData* data = [NSData dataWithContentsOfFile:path];
+    if (data == nil) {
+        return nil;
+    }
+    @try {
+        id root = [NSPropertyListSerialization propertyListWithData:data
+                                                            options:NSPropertyListImmutable
+                                                             format:NULL
+                                                              error:NULL];
+        return [root isKindOfClass:[NSDictionary class]] ? root : nil;
+    } @catch (NSException*) {
+        return nil;
+    }
+}
+
+// nil where the dictionary holds anything that an XML property list cannot hold; this is logged.
+NSData* Encode(NSDictionary* dictionary) {
+    id error = nil;
+    @try {
+        NSData* data =
+            [NSPropertyListSerialization dataWithPropertyList:dictionary
+                                                       format:NSPropertyListXMLFormat_v1_0
+                                                      options:0
+                                                        error:&error];
+        if (data != nil) {
+            return data;
+        }
+    } @catch (NSException* exception) {
+        error = exception;
+    }
+    [NSLogger LogFailure:@"Coudn't save local data with error: %@!", [error description]];
+    return nil;
+}
+
+void WriteDictionary(NSDictionary* dictionary, NSString* path) {
+    if (path != nil) {
+        [Encode(dictionary) writeToFile:path atomically:YES];
+    }
+}
+
+id ReadValue(NSString* name, NSString* path) {
+    return [ReadDictionary(path) objectForKey:name];
+}
+
+void WriteValue(id value, NSString* name, NSString* path) {
+    if (name == nil) {
+        return;
+    }
+    NSMutableDictionary* dictionary =
+        [NSMutableDictionary dictionaryWithDictionary:ReadDictionary(path)];
+    [dictionary setValue:value forKey:name];
+    WriteDictionary(dictionary, path);
+}
+
+}  // namespace
+
+@implementation LocalSettings_Mac
+
++ (NSString*)GetPlistPath {
+    return [kSettingsFolder stringByAppendingPathComponent:kSettingsFile];
+}
+
++ (NSString*)GetPlistCurUserPath:(NSString*)vault {
+    if (vault == nil) {
+        return nil;
+    }
+    return
+        [[kVaultsFolder stringByAppendingPathComponent:vault] stringByAppendingPathComponent:@"/"];
+}
+
++ (NSDictionary*)GetPlistDictionary {
+    return ReadDictionary([LocalSettings_Mac GetPlistPath]);
+}
+
++ (void)SetPlistDictionary:(NSDictionary*)dictionary {
+    WriteDictionary(dictionary, [LocalSettings_Mac GetPlistPath]);
+}
+
++ (NSDictionary*)GetPlistDictionaryForUser:(NSString*)vault {
+    return ReadDictionary([LocalSettings_Mac GetPlistCurUserPath:vault]);
+}
+
++ (void)SetPlistDictionary:(NSDictionary*)dictionary AndVault:(NSString*)vault {
+    WriteDictionary(dictionary, [LocalSettings_Mac GetPlistCurUserPath:vault]);
+}
+
++ (id)GetSettingValueForName:(NSString*)name {
+    id value = ReadValue(name, [LocalSettings_Mac GetPlistPath]);
+    return value != nil ? value : kNoValue;
+}
+
++ (void)SetSettingValue:(id)value withName:(NSString*)name {
+    WriteValue(value, name, [LocalSettings_Mac GetPlistPath]);
+}
+
++ (id)GetSettingValueForName:(NSString*)name AndVault:(NSString*)vault {
+    id value = ReadValue(name, [LocalSettings_Mac GetPlistCurUserPath:vault]);
+    return value != nil ? value : kNoValue;
+}
+
++ (void)SetSettingValue:(id)value withName:(NSString*)name AndVault:(NSString*)vault {
+    WriteValue(value, name, [LocalSettings_Mac GetPlistCurUserPath:vault]);
+}
+
++ (NSArray*)GetSettingsArrayForName:(NSString*)name {
+    id value = ReadValue(name, [LocalSettings_Mac GetPlistPath]);
+    return [value isKindOfClass:[NSArray class]] ? value : nil;
+}
+
++ (void)SetSettingsArrayForName:(NSArray*)array withName:(NSString*)name {
+    WriteValue(array, name, [LocalSettings_Mac GetPlistPath]);
+}
+
++ (void)RemoveSettingForName:(NSString*)name {
+    WriteValue(nil, name, [LocalSettings_Mac GetPlistPath]);
+}
+
+@end

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string>
+
+/// The hardware UUID of this machine as the I/O registry spells it: 36 characters with hyphens.
+/// @return empty when the registry does not tell
+std::string PlatformUUID();
