@@ -1,7 +1,8 @@
 # plain_test(NAME SOURCE...): a GoogleTest program without the product's globals; it names what it tests
 #   with target_sources and target_link_libraries of its own and runs anywhere.
-# mac_test(NAME MACHINE SOURCE...): a GoogleTest program with the whole product in it. Its globals touch the
-#   product's folders before main, so it always runs as alex inside a fresh Mac root of that machine.
+# mac_test(NAME MACHINE SOURCE... [RUN OPTION...]): a GoogleTest program with the whole product in it. Its
+#   globals touch the product's folders before main, so it always runs as alex inside a fresh Mac root of
+#   that machine, entered with these options of `scripts/macroot run`.
 include(CTest)
 if(NOT BUILD_TESTING OR APPLE)
   return()
@@ -23,10 +24,12 @@ function(plain_test name)
 endfunction()
 
 function(mac_test name machine)
-  product_program(${name} ${ARGN})
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "RUN")
+  product_program(${name} ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(${name}_objects PRIVATE GTest::gtest)
   target_link_libraries(${name} PRIVATE GTest::gtest_main)
   add_test(NAME ${name}
-    COMMAND ${CMAKE_SOURCE_DIR}/tests/support/in-mac ${machine} $<TARGET_FILE:${name}>)
+    COMMAND ${CMAKE_SOURCE_DIR}/tests/support/in-mac
+      ${machine} ${arg_RUN} -- $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "${KS_TEST_ENVIRONMENT}" TIMEOUT 300)
 endfunction()
