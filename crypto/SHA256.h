@@ -1,0 +1,44 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+/// The SHA-256 digest of FIPS 180-4 over a stream of bytes. Reading it does not end the stream.
+/// Nothing is logged, nothing fails.
+class SHA256 {
+  public:
+    /// Bytes of a digest.
+    static constexpr size_t kHashBytes = 32;
+
+    /// Starts a new stream.
+    SHA256();
+
+    /// Forgets everything added and starts a new stream.
+    void reset();
+
+    /// Appends `numBytes` bytes.
+    void add(const void* data, size_t numBytes);
+
+    /// Writes the digest of everything added so far: the hash words, first word first, each with
+    /// its most significant byte first.
+    void getHash(uint8_t buffer[kHashBytes]) const;
+
+    /// The digest of everything added so far as 64 lower-case hexadecimal digits.
+    std::string getHash() const;
+
+    /// Starts a new stream of `numBytes` bytes. Returns its digest as getHash does.
+    std::string operator()(const void* data, size_t numBytes);
+
+    /// The same over the bytes of `text`.
+    std::string operator()(const std::string& text);
+
+  private:
+    static constexpr size_t kBlockBytes = 64;
+
+    uint64_t processedBytes;  // in whole blocks
+    uint64_t bufferedBytes;
+    std::array<uint8_t, kBlockBytes> buffer;
+    std::array<uint32_t, 8> hash;
+};
