@@ -1,14 +1,14 @@
-// Cocoa never touches the C locale of a process: it stays "C" until the program itself says
-// otherwise. GNUstep sets it from the environment while its classes load, which would change what
-// mbstowcs and wcstombs accept. Its attempts end here; asking for the current locale still works.
-#include <clocale>
-#include <cstring>
+// Cocoa never touches the C locale of a process: it stays "C" until the program itself names
+// another. GNUstep takes it from the environment when it first needs an encoding, which would
+// change what mbstowcs and wcstombs accept. A call that means "as the environment says" only asks
+// here.
+#include <dlfcn.h>
 
-extern "C" char* setlocale(int /*category*/, const char* locale) {
-    static char current[] = "C";
-    if (locale == nullptr || *locale == '\0' || std::strcmp(locale, "C") == 0 ||
-        std::strcmp(locale, "POSIX") == 0) {
-        return current;
-    }
-    return nullptr;
+#include <clocale>
+
+extern "C" char* setlocale(int category, const char* locale) {
+    static const auto original =
+        reinterpret_cast<decltype(&setlocale)>(dlsym(RTLD_NEXT, "setlocale"));
+    const bool fromEnvironment = locale != nullptr && *locale == '\0';
+    return original(category, fromEnvironment ? nullptr : locale);
 }

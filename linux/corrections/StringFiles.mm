@@ -1,0 +1,107 @@
+// NSString's files: GNUstep leaves the error slot alone on failure, prints to standard error, and
+// drops a byte-order mark from UTF-8. Apple keeps the mark as a character, so that a text is
+// written back as it was read.
+#include <string>
+#include <string_view>
+
+#include "linux/corrections/CocoaErrors.h"
+#include "linux/corrections/FileContents.h"
+
+namespace {
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
+bool StartsWith(std::string_view bytes, std::string_view start) {
+    return bytes.substr(0, start.size()) == start;
+}
+
+/// @return an autoreleased string, or nil when the bytes do not stand for one in that encoding
+NSString* Decode(std::string_view bytes, NSStringEncoding encoding) {
+    NSString* marks = @"";
+    while (encoding == NSUTF8StringEncoding && StartsWith(bytes, kUtf8Mark)) {
+        marks = [@"\uFEFF" stringByAppendingString:marks];
+        bytes.remove_prefix(kUtf8Mark.size());
+    }
+    NSData* data = [NSData dataWithBytes:bytes.data() length:bytes.size()];
+    NSString* text = [[[NSString alloc] initWithData:data encoding:encoding] autorelease];
+    return text == nil ? nil : [marks stringByAppendingString:text];
+}
+
+NSStringEncoding EncodingByMark(std::string_view bytes) {
+    if (StartsWith(bytes, "\xFF\xFE") || StartsWith(bytes, "\xFE\xFF")) {
+        return NSUnicodeStringEncoding;
+    }
+    return NSUTF8StringEncoding;
+}
+
+}  // namespace
+
+@implementation NSString (AppleFiles)
+
+- (id)initWithContentsOfFile:(NSString*)path {
+    return [self initWithContentsOfFile:path usedEncoding:nullptr error:nullptr];
+}
+
+- (id)initWithContentsOfFile:(NSString*)path
+                    encoding:(NSStringEncoding)encoding
+                       error:(NSError**)error {
+    std::string bytes;
+    NSString* text = nil;
+    if (ReadFile(path, bytes, error)) {
+        text = Decode(bytes, encoding);
+        if (text == nil) {
+            Fail(error, FileError(NSFileReadInapplicableStringEncodingError, ReadingFailed(path),
+                                  path, 0));
+        }
+    }
+    if (text == nil) {
+        [self release];
+        return nil;
+    }
+    return [self initWithString:text];
+}
+
+- (id)initWithContentsOfFile:(NSString*)path
+                usedEncoding:(NSStringEncoding*)usedEncoding
+                       error:(NSError**)error {
+    std::string bytes;
+    NSString* text = nil;
+    NSStringEncoding encoding = NSUTF8StringEncoding;
+    if (ReadFile(path, bytes, error)) {
+        encoding = EncodingByMark(bytes);
+        text = Decode(bytes, encoding);
+        if (text == nil) {
+            Fail(error,
+                 FileError(NSFileReadUnknownStringEncodingError, ReadingFailed(path), path, 0));
+        }
+    }
+    if (text == nil) {
+        [self release];
+        return nil;
+    }
+    if (usedEncoding != nullptr) {
+        *usedEncoding = encoding;
+    }
+    return [self initWithString:text];
+}
+
+- (BOOL)writeToFile:(NSString*)path atomically:(BOOL)atomically {
+    return [self writeToFile:path
+                  atomically:atomically
+                    encoding:NSUTF8StringEncoding
+                       error:nullptr];
+}
+
+- (BOOL)writeToFile:(NSString*)path
+         atomically:(BOOL)atomically
+           encoding:(NSStringEncoding)encoding
+              error:(NSError**)error {
+    NSData* bytes = [self dataUsingEncoding:encoding];
+    if (bytes == nil) {
+        return Fail(error, FileError(NSFileWriteInapplicableStringEncodingError,
+                                     WritingFailed(path), path, 0));
+    }
+    return WriteFile(path, bytes, atomically ? WriteMode::Atomic : WriteMode::InPlace, error);
+}
+
+@end

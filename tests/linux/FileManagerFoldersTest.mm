@@ -1,0 +1,155 @@
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "tests/linux/ErrorChecks.h"
+#include "tests/linux/TemporaryFolder.h"
+
+namespace {
+
+class FileManagerFolders : public testing::Test {
+  protected:
+    BOOL Create(const std::string& path, int mode, BOOL intermediates = YES) {
+        NSDictionary* attributes =
+            mode < 0 ? nil : @{NSFilePosixPermissions : [NSNumber numberWithInt:mode]};
+        return [[NSFileManager defaultManager] createDirectoryAtPath:Text(path)
+                                         withIntermediateDirectories:intermediates
+                                                          attributes:attributes
+                                                               error:&error_];
+    }
+
+    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
+    TemporaryFolder folder_;
+    NSError* error_ = nil;
+
+    ~FileManagerFolders() override { [pool_ release]; }
+};
+
+TEST_F(FileManagerFolders, EveryNewLevelGetsTheModeWhateverTheUmask) {
+    for (const mode_t mask : {022, 077, 0}) {
+        const Umask umask(mask);
+        const TemporaryFolder folder;
+        EXPECT_TRUE(Create(folder / "a/b c/ü%", 0777));
+        EXPECT_EQ(folder.Mode("a"), 0777U);
+        EXPECT_EQ(folder.Mode("a/b c"), 0777U);
+        EXPECT_EQ(folder.Mode("a/b c/ü%"), 0777U);
+    }
+    EXPECT_EQ(error_, nil);
+}
+
+TEST_F(FileManagerFolders, AModeThatClosesAFolderStillLetsTheInnerOnesBeMade) {
+    const OrdinaryUser user;
+    EXPECT_TRUE(Create(folder_ / "a/b/c", 0500));
+    EXPECT_EQ(folder_.Mode("a"), 0500U);
+    EXPECT_EQ(folder_.Mode("a/b/c"), 0500U);
+}
+
+TEST_F(FileManagerFolders, WithoutAModeTheUmaskCounts) {
+    const Umask umask(027);
+    EXPECT_TRUE(Create(folder_ / "a/b", -1));
+    EXPECT_EQ(folder_.Mode("a"), 0750U);
+    EXPECT_EQ(folder_.Mode("a/b"), 0750U);
+}
+
+TEST_F(FileManagerFolders, ExistingFoldersKeepTheirMode) {
+    folder_.MakeFolder("old", 0711);
+    EXPECT_TRUE(Create(folder_ / "old", 0777));
+    EXPECT_TRUE(Create(folder_ / "old/new", 0777));
+    EXPECT_EQ(folder_.Mode("old"), 0711U);
+    EXPECT_EQ(folder_.Mode("old/new"), 0777U);
+}
+
+TEST_F(FileManagerFolders, DoubledAndTrailingSlashesMakeNoDifference) {
+    EXPECT_TRUE(Create("/" + folder_.path() + "//a///b//", 0777));
+    EXPECT_EQ(folder_.Everything(), "a a/b");
+    EXPECT_TRUE(Create(folder_ / "a//", 0777));
+    EXPECT_TRUE(Create("/", 0777));
+}
+
+TEST_F(FileManagerFolders, AFileInTheWayIsAnError) {
+    folder_.Write("file", "x");
+    EXPECT_FALSE(Create(folder_ / "file", 0777));
+    ExpectCocoaError(error_, 516, EEXIST, folder_ / "file");
+    EXPECT_FALSE(Create(folder_ / "file/inner/most", 0777));
+    ExpectCocoaError(error_, 512, ENOTDIR, folder_ / "file/inner/most");
+    EXPECT_EQ(folder_.Everything(), "file");
+}
+
+TEST_F(FileManagerFolders, ALinkToAFolderCountsAsTheFolder) {
+    folder_.MakeFolder("real", 0755);
+    folder_.MakeLink("link", "real");
+    folder_.MakeLink("dangling", "nothing");
+    EXPECT_TRUE(Create(folder_ / "link", 0777));
+    EXPECT_TRUE(Create(folder_ / "link/inner", 0777));
+    EXPECT_EQ(folder_.Mode("real/inner"), 0777U);
+    EXPECT_EQ(error_, nil);
+    EXPECT_FALSE(Create(folder_ / "dangling", 0777));
+    ExpectCocoaError(error_, 516, EEXIST, folder_ / "dangling");
+    EXPECT_FALSE(folder_.Has("nothing"));
+}
+
+TEST_F(FileManagerFolders, WithoutIntermediatesTheParentMustExistAndTheFolderMustNot) {
+    EXPECT_TRUE(Create(folder_ / "a", 0777, NO));
+    EXPECT_FALSE(Create(folder_ / "a", 0777, NO));
+    ExpectCocoaError(error_, 516, EEXIST, folder_ / "a");
+    EXPECT_FALSE(Create(folder_ / "b/c", 0777, NO));
+    ExpectCocoaError(error_, 4, ENOENT, folder_ / "b/c");
+}
+
+TEST_F(FileManagerFolders, AFolderThatMayNotBeWrittenIsAnError) {
+    folder_.MakeFolder("closed", 0555);
+    const OrdinaryUser user;
+    EXPECT_FALSE(Create(folder_ / "closed/a/b", 0777));
+    ExpectCocoaError(error_, 513, EACCES, folder_ / "closed/a/b");
+    EXPECT_EQ(Text([error_ description]),
+              "Error Domain=NSCocoaErrorDomain Code=513 \"The folder “b” couldn’t be made in “a” "
+              "because you don’t have permission.\" UserInfo={NSFilePath=" +
+                  (folder_ / "closed/a/b") +
+                  ", NSUnderlyingError={Error Domain=NSPOSIXErrorDomain Code=13 "
+                  "\"Permission denied\"}}");
+}
+
+TEST_F(FileManagerFolders, APathThatNoFolderCanHaveIsAnErrorAndNoCrash) {
+    const unichar odd[] = {'/', 't', 'm', 'p', '/', 'x', 0, 'y'};
+    NSFileManager* files = [NSFileManager defaultManager];
+    for (NSString* path in @[ @"", [NSString stringWithCharacters:odd length:8] ]) {
+        NSError* error = nil;
+        EXPECT_FALSE([files createDirectoryAtPath:path
+                      withIntermediateDirectories:YES
+                                       attributes:nil
+                                            error:&error]);
+        EXPECT_EQ([error code], 514);
+        BOOL isFolder = YES;
+        EXPECT_FALSE([files fileExistsAtPath:path isDirectory:&isFolder]);
+        EXPECT_FALSE(isFolder);
+        EXPECT_FALSE([files fileExistsAtPath:path]);
+    }
+    EXPECT_FALSE([files createDirectoryAtPath:nil
+                  withIntermediateDirectories:YES
+                                   attributes:nil
+                                        error:nullptr]);
+    EXPECT_FALSE([files fileExistsAtPath:nil]);
+    EXPECT_FALSE(Create(folder_ / std::string(300, 'n'), 0777));
+    ExpectCocoaError(error_, 514, ENAMETOOLONG, folder_ / std::string(300, 'n'));
+}
+
+TEST_F(FileManagerFolders, ExistenceFollowsLinksAndTellsFoldersFromFiles) {
+    folder_.MakeFolder("folder");
+    folder_.Write("file", "");
+    folder_.MakeLink("to-folder", "folder");
+    folder_.MakeLink("dangling", "nothing");
+    const auto look = [&](const std::string& name) {
+        BOOL isFolder = YES;
+        const BOOL exists = [[NSFileManager defaultManager] fileExistsAtPath:Text(folder_ / name)
+                                                                 isDirectory:&isFolder];
+        return std::string(exists ? "exists" : "missing") + (isFolder ? " folder" : "");
+    };
+    EXPECT_EQ(look("folder"), "exists folder");
+    EXPECT_EQ(look("to-folder"), "exists folder");
+    EXPECT_EQ(look("file"), "exists");
+    EXPECT_EQ(look("dangling"), "missing");
+    EXPECT_EQ(look("nothing"), "missing");
+    EXPECT_EQ(look("file/below"), "missing");
+}
+
+}  // namespace

@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "tests/linux/ErrorChecks.h"
+#include "tests/linux/TemporaryFolder.h"
+
+namespace {
+
+class FileManagerListing : public testing::Test {
+  protected:
+    std::string Contents(const std::string& path) {
+        return Joined([files_ contentsOfDirectoryAtPath:Text(path) error:&error_]);
+    }
+    std::string Subpaths(const std::string& path) {
+        return Joined([files_ subpathsOfDirectoryAtPath:Text(path) error:&error_]);
+    }
+    static std::string Joined(NSArray* names) {
+        return Text(names == nil ? nil : [names componentsJoinedByString:@"|"]);
+    }
+
+    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
+    NSFileManager* files_ = [NSFileManager defaultManager];
+    TemporaryFolder folder_;
+    NSError* error_ = nil;
+
+    ~FileManagerListing() override { [pool_ release]; }
+};
+
+TEST_F(FileManagerListing, ContentsAreSortedAndShallow) {
+    folder_.Write("b c", "");
+    folder_.Write(".hidden", "");
+    folder_.Write("ü%20", "");
+    folder_.MakeFolder("a");
+    folder_.Write("a/inner", "");
+    folder_.MakeLink("dangling", "nothing");
+    EXPECT_EQ(Contents(folder_.path()), ".hidden|a|b c|dangling|ü%20");
+    EXPECT_EQ(Contents(folder_.path() + "//"), ".hidden|a|b c|dangling|ü%20");
+    EXPECT_EQ(error_, nil);
+}
+
+TEST_F(FileManagerListing, AnEmptyFolderIsAnEmptyArray) {
+    EXPECT_EQ(Contents(folder_.path()), "");
+    EXPECT_EQ(Subpaths(folder_.path()), "");
+}
+
+TEST_F(FileManagerListing, SubpathsGoAllTheWayDownButNotThroughLinks) {
+    folder_.MakeFolder("a");
+    folder_.MakeFolder("a/b");
+    folder_.Write("a/b/c", "");
+    folder_.Write("z", "");
+    folder_.MakeLink("a/up", "..");
+    folder_.MakeLink("link", "a");
+    EXPECT_EQ(Subpaths(folder_.path()), "a|a/b|a/b/c|a/up|link|z");
+    EXPECT_EQ(error_, nil);
+}
+
+TEST_F(FileManagerListing, WhatCannotBeListedIsAnError) {
+    folder_.Write("file", "");
+    folder_.MakeFolder("closed", 0);
+    const OrdinaryUser user;
+    EXPECT_EQ(Contents(folder_ / "missing"), "(nil)");
+    ExpectCocoaError(error_, 260, ENOENT, folder_ / "missing");
+    EXPECT_EQ(Contents(folder_ / "file"), "(nil)");
+    ExpectCocoaError(error_, 256, ENOTDIR, folder_ / "file");
+    EXPECT_EQ(Contents(folder_ / "closed"), "(nil)");
+    ExpectCocoaError(error_, 257, EACCES, folder_ / "closed");
+    EXPECT_EQ(Subpaths(folder_ / "missing"), "(nil)");
+    ExpectCocoaError(error_, 260, ENOENT, folder_ / "missing");
+    EXPECT_EQ(Subpaths(folder_ / "closed"), "(nil)");
+    ExpectCocoaError(error_, 257, EACCES, folder_ / "closed");
+    EXPECT_EQ([files_ contentsOfDirectoryAtPath:nil error:nullptr], nil);
+    EXPECT_EQ([files_ subpathsOfDirectoryAtPath:nil error:nullptr], nil);
+}
+
+TEST_F(FileManagerListing, AnUnreadableFolderInsideIsListedWithoutItsContents) {
+    folder_.MakeFolder("closed");
+    folder_.Write("closed/file", "");
+    folder_.Write("open", "");
+    chmod((folder_ / "closed").c_str(), 0);
+    const OrdinaryUser user;
+    EXPECT_EQ(Subpaths(folder_.path()), "closed|open");
+}
+
+TEST_F(FileManagerListing, NamesThatAreNotUtf8ArePassedOver) {
+    folder_.Write("good", "");
+    folder_.Write("bad\xFF", "");
+    EXPECT_EQ(Contents(folder_.path()), "good");
+    EXPECT_EQ(Subpaths(folder_.path()), "good");
+    EXPECT_TRUE([files_ removeItemAtPath:Text(folder_.path()) error:&error_]);
+    folder_.MakeFolder("");
+}
+
+}  // namespace

@@ -1,0 +1,68 @@
+// What a program finds when it starts, whatever the environment says.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <clocale>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "tests/linux/TemporaryFolder.h"
+
+namespace {
+
+class Start : public testing::Test {
+  protected:
+    /// Runs the probe with these variables and arguments alone; its facts, standard error included.
+    std::map<std::string, std::string> Probe(const std::string& variables,
+                                             const std::string& arguments = "") {
+        const std::string command = "env -i \"LSAN_OPTIONS=$LSAN_OPTIONS\" " + variables +
+                                    " " KS_PROBE " " + arguments + " 2>&1";
+        const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen(command.c_str(), "r"), &pclose);
+        std::array<char, 4096> buffer;
+        std::string output;
+        while (const size_t count = fread(buffer.data(), 1, buffer.size(), pipe.get())) {
+            output.append(buffer.data(), count);
+        }
+        std::map<std::string, std::string> facts;
+        std::istringstream lines(output);
+        for (std::string line; std::getline(lines, line);) {
+            const size_t sign = line.find('=');
+            EXPECT_NE(sign, std::string::npos) << "unexpected output: " << line;
+            facts[line.substr(0, sign)] = line.substr(std::min(sign + 1, line.size()));
+        }
+        return facts;
+    }
+};
+
+TEST_F(Start, TheCLocaleAndTheEncodingAreTheSameUnderAnyLanguage) {
+    for (const std::string language :
+         {"LANG=C", "LANG=C.UTF-8", "LC_ALL=C.UTF-8", "LANG=de_DE.UTF-8", "LC_ALL=de_DE@euro",
+          "LC_NUMERIC=de_DE.UTF-8", "LANG=tr_TR.ISO-8859-9", "LANG=nonsense", ""}) {
+        auto facts = Probe(language);
+        EXPECT_EQ(facts["locale"], "C") << language;
+        EXPECT_EQ(facts["wide"], "bytes") << language;
+        EXPECT_EQ(facts["encoding"], "Unicode UTF-8") << language;
+        EXPECT_EQ(facts["c-string"], "ü") << language;
+        EXPECT_EQ(facts["number"], "1.5") << language;
+    }
+}
+
+TEST_F(Start, TheProgramItselfMayStillNameALocale) {
+    EXPECT_STREQ(setlocale(LC_CTYPE, ""), "C");
+    ASSERT_NE(setlocale(LC_CTYPE, "C.UTF-8"), nullptr) << "glibc brings this locale along";
+    EXPECT_STREQ(setlocale(LC_CTYPE, nullptr), "C.UTF-8");
+    EXPECT_STREQ(setlocale(LC_CTYPE, "C"), "C");
+}
+
+TEST_F(Start, ArgumentsAndEnvironmentArriveUnchanged) {
+    auto facts = Probe("LANG=C KS_VARIABLE='ü 50%'", "'a b' -NSx ü --last");
+    EXPECT_EQ(facts["process"], "standins_probe");
+    EXPECT_EQ(facts["variable"], "ü 50%");
+    EXPECT_EQ(facts["arguments"], KS_PROBE "|a b|-NSx|ü|--last");
+}
+
+}  // namespace
