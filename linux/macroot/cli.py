@@ -1,0 +1,151 @@
+"""The command line of `scripts/macroot`."""
+
+import argparse
+import os
+import sys
+
+from macroot import host
+from macroot.errors import Trouble
+
+CANNOT_WORK = 70
+VERDICTS = ("allow", "cancel", "refuse")
+
+
+def main(arguments):
+    """Runs one command; the result is the exit status."""
+    os.umask(0o022)
+    own, program = _split(arguments[1:] if arguments[:1] == [host.ENTERED] else arguments)
+    options = _parser().parse_args(own)
+    options.program = program
+    try:
+        return options.command(options, arguments)
+    except Trouble as trouble:
+        print(f"macroot: {trouble}", file=sys.stderr)
+        return CANNOT_WORK
+
+
+def _split(arguments):
+    """What stands before the first `--`, and the program and its arguments after it (or None)."""
+    if "--" not in arguments:
+        return arguments, None
+    at = arguments.index("--")
+    return arguments[:at], arguments[at + 1:] or None
+
+
+def _new(options, arguments):
+    from macroot import tree
+    found = host.settle(arguments)
+    found.say_if_reduced()
+    tree.make(options.tree, options.machine, found)
+    return 0
+
+
+def _run(options, arguments):
+    from macroot import run
+    return run.run(options, host.settle(arguments))
+
+
+def _manifest(options, arguments):
+    from macroot import manifest
+    found = host.settle(arguments)
+    sys.stdout.writelines(line + "\n" for line in manifest.lines(options.tree, found))
+    return 0
+
+
+def _diff(options, _):
+    from macroot import manifest
+    return manifest.show_difference(options.before, options.after)
+
+
+def _delete(options, arguments):
+    from macroot import tree
+    host.settle(arguments)
+    tree.delete(options.tree)
+    return 0
+
+
+def _disk(text):
+    path, _, room = text.rpartition("=")
+    if not path.startswith("/") or not room.isdecimal():
+        raise argparse.ArgumentTypeError(f"not PATH=BYTES: {text!r}")
+    return path, int(room)
+
+
+def _home(text):
+    if not text.startswith("/") or ":" in text or "\n" in text or "\r" in text:
+        raise argparse.ArgumentTypeError(f"not a path without ':' and line breaks: {text!r}")
+    return text
+
+
+def _own(text):
+    if text != "none" and not text.startswith("/"):
+        raise argparse.ArgumentTypeError(f"neither a path inside nor `none`: {text!r}")
+    return text
+
+
+def _time(text):
+    import time
+    try:
+        time.strptime(text, "%Y-%m-%d %H:%M:%S")
+    except ValueError:
+        raise argparse.ArgumentTypeError(f"not YYYY-MM-DD HH:MM:SS: {text!r}") from None
+    return text
+
+
+def _status(text):
+    if not text.isdecimal() or not 200 <= int(text) <= 599:
+        raise argparse.ArgumentTypeError(f"not a status of a final answer, 200 to 599: {text!r}")
+    return int(text)
+
+
+def _parser():
+    parser = argparse.ArgumentParser(
+        prog="macroot", allow_abbrev=False,
+        description="A folder tree that looks like a Mac's, and programs run inside it as a Mac's user.")
+    commands = parser.add_subparsers(metavar="COMMAND", required=True)
+
+    def command(name, function, text, **more):
+        added = commands.add_parser(name, help=text, description=text, allow_abbrev=False, **more)
+        added.set_defaults(command=function)
+        return added
+
+    new = command("new", _new, "make a machine in an empty folder")
+    new.add_argument("tree", metavar="TREE")
+    new.add_argument("--machine", metavar="NAME", default="typical", help="which machine (default: typical)")
+
+    run = command("run", _run, "run PROGRAM as alex in TREE; the exit status is the program's",
+                  usage="macroot run [OPTIONS] TREE [-- PROGRAM ARG...]")
+    run.add_argument("tree", metavar="TREE")
+    run.add_argument("--admin", metavar="VERDICT", choices=VERDICTS, action="append", default=[],
+                     help="allow, cancel or refuse an administrator prompt; repeatable, one a prompt, "
+                          "the last one stays (default: allow)")
+    run.add_argument("--asked", metavar="FILE", help="append one JSON object a prompt to FILE")
+    run.add_argument("--fast", action="store_true", help="`sleep` in scripts costs nothing")
+    run.add_argument("--at", metavar="'YYYY-MM-DD HH:MM:SS'", type=_time,
+                     help="the local time inside, standing still")
+    run.add_argument("--display", action="store_true", help="a private X display inside")
+    run.add_argument("--screenshot", metavar="FILE", help="the display's picture at the end, a PNG")
+    run.add_argument("--keychain", metavar="FILE",
+                     help="the login keychain: a property list, item label -> data; read before, written after")
+    run.add_argument("--keychain-locked", action="store_true", help="the keychain is there but refuses")
+    run.add_argument("--sh", choices=("bash", "dash"), default="bash",
+                     help="what /bin/sh is inside (default: bash)")
+    run.add_argument("--full", metavar="PATH=BYTES", type=_disk, action="append", default=[],
+                     help="PATH is a disk of its own with that much room left")
+    run.add_argument("--web", metavar="STATUS", type=_status,
+                     help="a web server on port 80 inside that answers every host name with STATUS")
+    run.add_argument("--pre", metavar="SCRIPT", help="run as root inside, before PROGRAM: a file, or shell text")
+    run.add_argument("--home", metavar="PATH", type=_home, default="/Users/alex", help="alex's home inside")
+    run.add_argument("--own", metavar="PATH", type=_own, action="append", default=[],
+                     help="give PATH and all below it to alex first; repeatable; `none` gives nothing")
+
+    manifest = command("manifest", _manifest, "one line an entry of TREE, sorted by path")
+    manifest.add_argument("tree", metavar="TREE")
+
+    diff = command("diff", _diff, "show how two manifests differ; the exit status is 1 when they do")
+    diff.add_argument("before", metavar="BEFORE")
+    diff.add_argument("after", metavar="AFTER")
+
+    delete = command("delete", _delete, "remove TREE, whoever owns what is in it")
+    delete.add_argument("tree", metavar="TREE")
+    return parser

@@ -1,0 +1,1 @@
+"""What goes on inside a Mac root while a program runs there."""

@@ -1,0 +1,16 @@
+"""The supervisor's start inside a Mac root: its one argument is the open file that holds the plan."""
+
+import json
+import os
+import sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", ".."))
+
+from macroot.inside.cell import Namespaces
+from macroot.inside.supervisor import supervise
+
+with open(int(sys.argv[1]), encoding="utf-8") as _written:
+    _plan = json.load(_written)
+_outcome = supervise(_plan, Namespaces(_plan["real_users"], _plan["process_namespace"]), _plan["channels"])
+with open(_plan["channels"]["report"], "w", encoding="utf-8") as _report:
+    json.dump(_outcome, _report)

@@ -1,0 +1,122 @@
+"""What a Mac root holds beside the machine: files in /etc and /run, folders for alex, the environment."""
+
+import os
+
+from macroot.people import ALEX, STAFF
+from macroot.inside.cell import PATH
+
+MACROOT = "/run/macroot"
+ALEXS_FOLDER = "/run/alex"
+BROKER_SOCKET = f"{MACROOT}/broker.sock"
+
+PLATFORM_UUID = "8F1C2A7E-5D3B-4E96-A0C4-7B2D9E6F1A35"
+
+_ETC = {
+    "group": f"wheel:x:0:\nstaff:x:{STAFF}:\nadmin:x:80:alex\nnogroup:x:65534:\n",
+    "hosts": "127.0.0.1 localhost mac\n::1 localhost\n",
+    "machine-id": PLATFORM_UUID.replace("-", "").lower() + "\n",
+    "nsswitch.conf": "passwd: files\ngroup: files\nhosts: files dns\n",
+}
+
+# GNUstep's own folders are kept out of the tree. It takes a user's folder as relative to the home,
+# so the way to /run leads up from there first.
+_GNUSTEP_FOLDERS = {
+    "GNUSTEP_MAKEFILES": "/usr/share/GNUstep/Makefiles",
+    "GNUSTEP_SYSTEM_APPS": "/usr/lib/GNUstep/Applications",
+    "GNUSTEP_SYSTEM_ADMIN_APPS": "/usr/lib/GNUstep/Applications",
+    "GNUSTEP_SYSTEM_WEB_APPS": "/usr/lib/GNUstep/WebApplications",
+    "GNUSTEP_SYSTEM_TOOLS": "/usr/bin",
+    "GNUSTEP_SYSTEM_ADMIN_TOOLS": "/usr/sbin",
+    "GNUSTEP_SYSTEM_LIBRARY": "/usr/lib/GNUstep",
+    "GNUSTEP_SYSTEM_HEADERS": "/usr/include/GNUstep",
+    "GNUSTEP_SYSTEM_LIBRARIES": "/usr/lib",
+    "GNUSTEP_SYSTEM_DOC": "/usr/share/GNUstep/Documentation",
+    "GNUSTEP_SYSTEM_DOC_MAN": "/usr/share/man",
+    "GNUSTEP_SYSTEM_DOC_INFO": "/usr/share/info",
+}
+
+# Fonts come from the host, and so does the cache that saves searching them.
+_FONTS = """<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
+<fontconfig>
+  <cachedir>/run/macroot/font-cache</cachedir>
+  <include ignore_missing="yes">/etc/fonts/fonts.conf</include>
+</fontconfig>
+"""
+
+
+def furnish(plan, cell):
+    """Writes the files and makes the folders."""
+    home = plan["home"]
+    accounts = (f"root:x:0:0:System Administrator:/var/root:/bin/sh\n"
+                f"alex:x:{ALEX}:{STAFF}:Alex:{home}:/bin/bash\n"
+                f"nobody:x:65534:65534:Nobody:/:/usr/sbin/nologin\n")
+    for folder in plan["etc_folders"]:
+        for name, content in {**_ETC, "passwd": accounts}.items():
+            _write(cell, f"{folder}/{name}", content)
+    _write(cell, f"{MACROOT}/platform-uuid", PLATFORM_UUID + "\n")
+    _write(cell, f"{MACROOT}/fonts.conf", _FONTS)
+    _write(cell, f"{MACROOT}/GNUstep.conf", _gnustep_configuration(home))
+    for name in ("", "/tmp", "/cache", "/config", "/data", "/runtime", "/keychain"):
+        folder = ALEXS_FOLDER + name
+        os.mkdir(cell.path(folder), 0o700)
+        cell.give_to_alex(folder)
+
+
+def alexs_environment(plan):
+    """The program's environment."""
+    return {
+        "LANG": "C.UTF-8",
+        **plan["environment"],
+        **_shared_environment(plan),
+        "USER": "alex",
+        "LOGNAME": "alex",
+        "SHELL": "/bin/bash",
+        "TEMP": f"{ALEXS_FOLDER}/tmp",
+        "GNUSTEP_CONFIG_FILE": f"{MACROOT}/GNUstep.conf",
+        "FONTCONFIG_FILE": f"{MACROOT}/fonts.conf",
+        "XDG_CACHE_HOME": f"{ALEXS_FOLDER}/cache",
+        "XDG_CONFIG_HOME": f"{ALEXS_FOLDER}/config",
+        "XDG_DATA_HOME": f"{ALEXS_FOLDER}/data",
+        "XDG_RUNTIME_DIR": f"{ALEXS_FOLDER}/runtime",
+    }
+
+
+def roots_environment(plan):
+    """An administrator command's environment: clean, with the user's home."""
+    return {**_shared_environment(plan), "USER": "root", "LOGNAME": "root"}
+
+
+def _shared_environment(plan):
+    return {"HOME": plan["home"], "PATH": PATH, **_standing_time(plan["at"])}
+
+
+def _standing_time(at):
+    """The clock stands; waiting still takes its time, and files keep their real dates."""
+    if at is None:
+        return {}
+    return {"LD_PRELOAD": "/usr/$LIB/faketime/libfaketimeMT.so.1", "FAKETIME": at,
+            "FAKETIME_DONT_FAKE_MONOTONIC": "1", "NO_FAKE_STAT": "1"}
+
+
+def _gnustep_configuration(home):
+    up = "/".join(".." for part in home.split("/") if part) or "."
+    users = f"{up}{ALEXS_FOLDER}/data/GNUstep"
+    lines = {
+        "GNUSTEP_USER_CONFIG_FILE": ".none",
+        "GNUSTEP_USER_DEFAULTS_DIR": f"{ALEXS_FOLDER}/config/GNUstep",
+        **_GNUSTEP_FOLDERS,
+        **{f"GNUSTEP_{domain}_USERS_DIR": "/Users" for domain in ("SYSTEM", "NETWORK", "LOCAL")},
+        **{f"GNUSTEP_USER_DIR_{name}": f"{users}/{folder}" for name, folder in (
+            ("APPS", "Applications"), ("ADMIN_APPS", "Applications/Admin"), ("WEB_APPS", "WebApplications"),
+            ("TOOLS", "Tools"), ("ADMIN_TOOLS", "Tools/Admin"), ("LIBRARY", "Library"),
+            ("HEADERS", "Library/Headers"), ("LIBRARIES", "Library/Libraries"),
+            ("DOC", "Library/Documentation"), ("DOC_MAN", "Library/Documentation/man"),
+            ("DOC_INFO", "Library/Documentation/info"))},
+    }
+    return "".join(f"{name}={value}\n" for name, value in lines.items())
+
+
+def _write(cell, path, content):
+    with open(cell.path(path), "w", encoding="utf-8", errors="surrogateescape") as file:
+        file.write(content)

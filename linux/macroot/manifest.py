@@ -1,0 +1,132 @@
+"""What a tree holds, one line an entry, and how two such lists differ."""
+
+import hashlib
+import os
+import stat
+import sys
+
+from macroot.errors import Trouble
+from macroot.people import ALEX, STAFF
+
+# The host's part of a Mac root, at the top of the tree.
+_HOSTS_FOLDERS = ("usr", "dev", "proc", "run", "private/etc")
+
+_TYPES = {stat.S_IFDIR: "d", stat.S_IFREG: "f", stat.S_IFLNK: "l", stat.S_IFIFO: "p",
+          stat.S_IFSOCK: "s", stat.S_IFCHR: "c", stat.S_IFBLK: "b"}
+
+
+def lines(tree, host):
+    """The manifest's lines, sorted by path as it is printed."""
+    if not os.path.isdir(tree):
+        raise Trouble(f"{tree} is no folder")
+    entries = sorted((_printable(path), path, status) for path, status in _walk(os.fsencode(tree)))
+    for shown, path, status in entries:
+        fields = [_TYPES[stat.S_IFMT(status.st_mode)], f"{stat.S_IMODE(status.st_mode):04o}",
+                  _owner(status, host), shown]
+        content = _content(os.fsencode(tree) + path, status.st_mode)
+        yield "\t".join(fields if content is None else fields + [content])
+
+
+def _walk(tree, folder=b""):
+    """(path, status) of each entry beneath a folder, the host's part left out."""
+    with os.scandir(tree + b"/" + folder) as entries:
+        for entry in entries:
+            path = folder + b"/" + entry.name
+            if _is_the_hosts(path, entry):
+                continue
+            yield path, entry.stat(follow_symlinks=False)
+            if entry.is_dir(follow_symlinks=False):
+                yield from _walk(tree, path)
+
+
+def _is_the_hosts(path, entry):
+    inside = os.fsdecode(path[1:])
+    if not entry.is_symlink():
+        return inside in _HOSTS_FOLDERS
+    if "/" in inside:
+        return False
+    target = os.path.normpath(os.path.join("/", os.fsdecode(os.readlink(entry.path))))[1:]
+    return any(target == folder or target.startswith(folder + "/") for folder in _HOSTS_FOLDERS)
+
+
+def _owner(status, host):
+    """Where one user of the host stands for everybody inside, alex sees all of it as his."""
+    if not host.real_users and status.st_uid == os.geteuid():
+        return f"{ALEX}:{STAFF}"
+    return f"{status.st_uid}:{status.st_gid}"
+
+
+def _content(path, mode):
+    if stat.S_ISLNK(mode):
+        return _printable(os.readlink(path))
+    if not stat.S_ISREG(mode):
+        return None
+    digest = hashlib.sha256()
+    try:
+        with open(path, "rb") as file:
+            while piece := file.read(1 << 20):
+                digest.update(piece)
+    except PermissionError:
+        return "unreadable"
+    return digest.hexdigest()
+
+
+def _printable(path):
+    r"""UTF-8 text stays; bytes that are none, control characters and the backslash become \xNN."""
+    text = path.decode("utf-8", "surrogateescape")
+    return "".join(
+        char if char.isprintable() and char != "\\"
+        else "".join(f"\\x{byte:02x}" for byte in char.encode("utf-8", "surrogateescape"))
+        for char in text)
+
+
+def show_difference(before, after):
+    """Prints what was added, removed and changed; 1 when the manifests differ, else 0."""
+    old, new = _read(before), _read(after)
+    groups = (
+        ("added", [_described(new[path]) for path in sorted(new.keys() - old.keys())]),
+        ("removed", [_described(old[path]) for path in sorted(old.keys() - new.keys())]),
+        ("changed", [f"{path}  ({_changes(old[path], new[path])})"
+                     for path in sorted(old.keys() & new.keys()) if old[path] != new[path]]),
+    )
+    for name, described in groups:
+        if described:
+            print(f"{name}:")
+            for line in described:
+                print(f"  {line}")
+    return 1 if any(described for _, described in groups) else 0
+
+
+def _read(manifest):
+    try:
+        with sys.stdin if manifest == "-" else open(manifest, encoding="utf-8") as file:
+            entries = [line.rstrip("\n").split("\t") for line in file]
+    except (OSError, UnicodeDecodeError) as error:
+        raise Trouble(f"cannot read {manifest}: {error}") from error
+    if any(len(entry) not in (4, 5) for entry in entries):
+        raise Trouble(f"{manifest} is no manifest")
+    return {entry[3]: entry for entry in entries}
+
+
+def _described(entry):
+    kind, mode, owner, path, *content = entry
+    if kind == "l":
+        return f"{path} -> {content[0]}  ({owner})"
+    return f"{path}{'/' if kind == 'd' else ''}  ({mode} {owner})"
+
+
+_NAMES = {"d": "a folder", "f": "a file", "l": "a link", "p": "a pipe", "s": "a socket",
+          "c": "a device", "b": "a device"}
+
+
+def _changes(old, new):
+    words = []
+    if old[0] != new[0]:
+        words.append(f"{_NAMES.get(old[0], old[0])} became {_NAMES.get(new[0], new[0])}")
+    if old[1] != new[1]:
+        words.append(f"mode {old[1]} -> {new[1]}")
+    if old[2] != new[2]:
+        words.append(f"owner {old[2]} -> {new[2]}")
+    if old[0] == new[0] and old[4:] != new[4:]:
+        words.append(f"target {old[4]} -> {new[4]}" if old[0] == "l" else "content")
+    return ", ".join(words)

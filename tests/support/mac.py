@@ -1,0 +1,83 @@
+"""A Mac to run programs on, in the words of the tests that use it."""
+
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+from collections import namedtuple
+
+from tests.support import build
+
+MACROOT = pathlib.Path(__file__).resolve().parents[2] / "scripts" / "macroot"
+LOGS = "/Users/Shared/Keystrel/logs"
+
+# What a run gave: the program's exit status and output, the administrator prompts in order, and
+# whether alex and root were one user of the host (macroot's own word about it is not in stderr).
+Result = namedtuple("Result", "status stdout stderr asked reduced")
+
+_REDUCED = "macroot: reduced: "
+
+
+class Mac:
+    """A Mac in a folder of this host, a path on it is a path inside."""
+
+    def __init__(self, tree):
+        self.tree = pathlib.Path(tree)
+
+    @classmethod
+    def new(cls, machine, tmp_path):
+        """A fresh machine of that name (see linux/macroot/machines.py) beneath tmp_path."""
+        mac = cls(tmp_path / "mac")
+        macroot("new", mac.tree, "--machine", machine, check=True)
+        return mac
+
+    def run(self, *options, program=None, args=(), timeout=60, **more):
+        """Runs a program of this host (default: the installer) as alex.
+
+        options: those of `scripts/macroot run`. more: as subprocess.run takes them (input, env).
+        """
+        asked = self.tree.with_name(self.tree.name + ".asked")
+        asked.unlink(missing_ok=True)
+        if "--asked" not in options:
+            options = ("--asked", asked, *options)
+        done = macroot("run", *options, self.tree, "--",
+                       program or build.program("KSExtensionInstaller"), *args, timeout=timeout, **more)
+        lines = done.stderr.splitlines(keepends=True)
+        ours = [line for line in lines if line.startswith(_REDUCED)]
+        prompts = [json.loads(line) for line in asked.read_text().splitlines()] if asked.exists() else []
+        return Result(done.returncode, done.stdout, "".join(line for line in lines if line not in ours),
+                      prompts, bool(ours))
+
+    def path(self, inside):
+        """Where this host finds a path of the Mac."""
+        return self.tree / inside.lstrip("/")
+
+    def remove(self, inside):
+        """Removes a file, a link or a folder with all in it; nothing when it is not there."""
+        path = self.path(inside)
+        if path.is_dir() and not path.is_symlink():
+            shutil.rmtree(path)
+        else:
+            path.unlink(missing_ok=True)
+
+    def chown(self, inside, user, group):
+        """Gives one entry to a user and a group, as numbers."""
+        os.chown(self.path(inside), user, group, follow_symlinks=False)
+
+    def manifest(self):
+        """The manifest's lines: type, mode, owner, path, content, parted by tabs."""
+        return macroot("manifest", self.tree, check=True).stdout.splitlines()
+
+    def log_text(self):
+        """The one log of this Mac."""
+        (log,) = self.path(LOGS).iterdir()
+        return log.read_text(encoding="utf-8")
+
+
+def macroot(*words, timeout=60, check=False, **more):
+    """One call of scripts/macroot; its output is text, whatever bytes it holds."""
+    if "input" not in more:
+        more.setdefault("stdin", subprocess.DEVNULL)
+    return subprocess.run([MACROOT, *words], capture_output=True, text=True, encoding="utf-8",
+                          errors="surrogateescape", timeout=timeout, check=check, **more)
