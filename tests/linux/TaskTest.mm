@@ -1,0 +1,122 @@
+// Programs that are started and not waited for.
+#include <errno.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "linux/corrections/DetachedProcess.h"
+#include "tests/linux/ErrorChecks.h"
+#include "tests/linux/TemporaryFolder.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+class Task : public testing::Test {
+  protected:
+    ~Task() override { [pool_ release]; }
+
+    NSTask* Launch(const std::string& name, NSArray* arguments) {
+        return [NSTask launchedTaskWithLaunchPath:Text(folder_ / name) arguments:arguments];
+    }
+
+    void ExpectToRaise(const std::string& name) {
+        NSString* raised = nil;
+        @try {
+            Launch(name, [NSArray array]);
+        } @catch (NSException* exception) {
+            raised = [exception name];
+        }
+        EXPECT_EQ(Text(raised), "NSInvalidArgumentException") << name;
+    }
+
+    // What a started program says in a pipe of ours, once it and all that it started have ended.
+    std::string SaidBy(const std::string& script, NSArray* arguments) {
+        EXPECT_EQ(mkfifo((folder_ / "said").c_str(), 0600), 0);
+        folder_.Write("program", "#!/bin/sh\nexec >" + folder_ / "said" + "\n" + script, 0755);
+        EXPECT_NE(Launch("program", arguments), nil);
+        return folder_.Read("said");
+    }
+
+    NSAutoreleasePool* const pool_ = [[NSAutoreleasePool alloc] init];
+    TemporaryFolder folder_;
+};
+
+TEST_F(Task, TheProgramGetsItsArgumentsAsTheyAre) {
+    NSArray* arguments =
+        [NSArray arrayWithObjects:@"-path", @"", @"two words", @"100%n", @"Zoë 東京", @"quo'te\"s",
+                                  @"line\nbreak", @"-x", nil];
+    EXPECT_EQ(SaidBy("printf '<%s>' \"$@\"", arguments),
+              "<-path><><two words><100%n><Zoë 東京><quo'te\"s><line\nbreak><-x>");
+}
+
+TEST_F(Task, TheProgramGetsNoFileOfThisProcess) {
+    const int ours =
+        open("/dev/null", O_RDONLY);  // without close-on-exec, as a library may open it
+    ASSERT_GE(ours, 3);
+    const std::string open = SaidBy("ls /proc/$$/fd", [NSArray array]);
+    EXPECT_EQ(open.find("\n" + std::to_string(ours) + "\n"), std::string::npos) << open;
+    close(ours);
+}
+
+TEST_F(Task, TheProgramIsNobodysChildAndInASessionOfItsOwn) {
+    const std::string ids = SaidBy("cut -d' ' -f4,6 /proc/$$/stat; echo $$", [NSArray array]);
+    int parent = 0;
+    int session = 0;
+    int self = 0;
+    ASSERT_EQ(sscanf(ids.c_str(), "%d %d %d", &parent, &session, &self), 3);
+    EXPECT_NE(parent, getpid());
+    EXPECT_NE(session, getsid(0));
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
+TEST_F(Task, WhatCannotBeStartedRaises) {
+    ExpectToRaise("missing");
+    folder_.MakeFolder("folder");
+    ExpectToRaise("folder");
+    folder_.Write("not executable", "#!/bin/sh\n", 0644);
+    ExpectToRaise("not executable");
+    folder_.Write("no program", "only text\n", 0755);
+    ExpectToRaise("no program");
+    folder_.Write("empty", "", 0755);
+    ExpectToRaise("empty");
+    folder_.Write("no interpreter", "#!/no/such/shell\n", 0755);
+    ExpectToRaise("no interpreter");
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
+TEST_F(Task, NeitherPathNorArgumentsMayBeMissing) {
+    for (NSArray* arguments : {[NSArray array], static_cast<NSArray*>(nil)}) {
+        BOOL raised = NO;
+        @try {
+            [NSTask launchedTaskWithLaunchPath:arguments == nil ? @"/bin/true" : nil
+                                     arguments:arguments];
+        } @catch (NSException*) {
+            raised = YES;
+        }
+        EXPECT_TRUE(raised);
+    }
+}
+
+TEST_F(Task, AProgramCanBeKeptQuiet) {
+    int ours[2];
+    ASSERT_EQ(pipe(ours), 0);
+    const int output = dup(STDOUT_FILENO);
+    dup2(ours[1], STDOUT_FILENO);
+    folder_.Write("program", "#!/bin/sh\necho heard\necho done >" + folder_ / "done", 0755);
+    EXPECT_EQ(mkfifo((folder_ / "done").c_str(), 0600), 0);
+    EXPECT_EQ(StartDetached(folder_ / "program", {}, Output::Nowhere), 0);
+    EXPECT_EQ(folder_.Read("done"), "done\n");
+    dup2(output, STDOUT_FILENO);
+    close(output);
+    close(ours[1]);
+    char byte = 0;
+    EXPECT_EQ(read(ours[0], &byte, 1), 0);
+    close(ours[0]);
+}
+
+}  // namespace
