@@ -14,3 +14,8 @@ UInt32 FindBrowser(NSString* bundleIdentifier, NSURL** url);
 
 /// kLSApplicationNotFoundErr as FindBrowser returns it.
 constexpr UInt32 kBrowserNotFound = static_cast<UInt32>(kLSApplicationNotFoundErr);
+
+/// IsBrowserInstalled of the installers that log an application that is missing as information.
+/// Logs, as information, "Application URL is: %@" or `notFound`; as a warning, "An error occurred:
+/// %ld" with any other status.
+BOOL IsBrowserRegistered(NSString* bundleIdentifier, NSString* notFound);

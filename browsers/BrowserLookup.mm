@@ -1,5 +1,7 @@
 #include "browsers/BrowserLookup.h"
 
+#include "logging/NSLogger.h"
+
 UInt32 FindBrowser(NSString* bundleIdentifier, NSURL** url) {
     *url = nil;
     CFURLRef found = NULL;
@@ -9,4 +11,19 @@ UInt32 FindBrowser(NSString* bundleIdentifier, NSURL** url) {
         *url = [(NSURL*)found autorelease];
     }
     return static_cast<UInt32>(status);
+}
+
+BOOL IsBrowserRegistered(NSString* bundleIdentifier, NSString* notFound) {
+    NSURL* url = nil;
+    const UInt32 status = FindBrowser(bundleIdentifier, &url);
+    if (status == noErr) {
+        [NSLogger LogInformation:@"Application URL is: %@", url];
+        return YES;
+    }
+    if (status == kBrowserNotFound) {
+        [NSLogger LogInformation:@"%@", notFound];
+    } else {
+        [NSLogger LogWarning:@"An error occurred: %ld", static_cast<long>(status)];
+    }
+    return NO;
 }

@@ -71,18 +71,7 @@ BOOL Copy(NSString* source, NSString* target, NSString* failure) {
 @implementation EdgeInstall
 
 + (BOOL)IsBrowserInstalled {
-    NSURL* url = nil;
-    const UInt32 status = FindBrowser(kBundleIdentifier, &url);
-    if (status == noErr) {
-        [NSLogger LogInformation:@"Application URL is: %@", url];
-        return YES;
-    }
-    if (status == kBrowserNotFound) {
-        [NSLogger LogInformation:@"Edge application not found!"];
-    } else {
-        [NSLogger LogWarning:@"An error occurred: %ld", static_cast<long>(status)];
-    }
-    return NO;
+    return IsBrowserRegistered(kBundleIdentifier, @"Edge application not found!");
 }
 
 + (BOOL)IsBrowserStarted {

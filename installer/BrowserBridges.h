@@ -4,11 +4,19 @@
 // (…CPP) only calls the inner one of its name, which calls the class operation; the result is true
 // exactly when the operation's is not zero. What an operation does and logs stands with its class.
 
+bool IsFFInstalledBridgeCPP();       ///< FFoxInstall IsBrowserInstalled
+bool IsFFStartedBridgeCPP();         ///< FFoxInstall IsBrowserStarted
+bool FFInstallExtensionBridgeCPP();  ///< FFoxInstall InstallExtension
+
 bool IsEdgeInstalledBridgeCPP();           ///< EdgeInstall IsBrowserInstalled
 bool IsEdgeExtensionInstalledBridgeCPP();  ///< EdgeInstall IsExtensionInstalled
 bool IsEdgeStartedBridgeCPP();             ///< EdgeInstall IsBrowserStarted
 bool EdgeInstallExtensionBridgeCPP();      ///< EdgeInstall InstallExtension
 bool EdgeUninstallExtensionBridgeCPP();    ///< EdgeInstall UninstallExtension
+
+bool IsFFInstalledBridge();
+bool IsFFStartedBridge();
+bool FFInstallExtensionBridge();
 
 bool IsEdgeInstalledBridge();
 bool IsEdgeExtensionInstalledBridge();

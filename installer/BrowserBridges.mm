@@ -1,8 +1,27 @@
 #include "installer/BrowserBridges.h"
 
 #include "browsers/EdgeInstall.h"
+#include "browsers/FFoxInstall.h"
 
 // Each opens an autorelease scope of its own: its callers have none.
+
+bool IsFFInstalledBridge() {
+    @autoreleasepool {
+        return [FFoxInstall IsBrowserInstalled] != NO;
+    }
+}
+
+bool IsFFStartedBridge() {
+    @autoreleasepool {
+        return [FFoxInstall IsBrowserStarted] != NO;
+    }
+}
+
+bool FFInstallExtensionBridge() {
+    @autoreleasepool {
+        return [FFoxInstall InstallExtension] != NO;
+    }
+}
 
 bool IsEdgeInstalledBridge() {
     @autoreleasepool {

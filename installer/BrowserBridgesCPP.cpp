@@ -1,5 +1,14 @@
 #include "installer/BrowserBridges.h"
 
+bool IsFFInstalledBridgeCPP() {
+    return IsFFInstalledBridge();
+}
+bool IsFFStartedBridgeCPP() {
+    return IsFFStartedBridge();
+}
+bool FFInstallExtensionBridgeCPP() {
+    return FFInstallExtensionBridge();
+}
 bool IsEdgeInstalledBridgeCPP() {
     return IsEdgeInstalledBridge();
 }

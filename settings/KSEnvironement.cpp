@@ -22,6 +22,7 @@ constexpr const char* kDumpsSubfolder = "//dumps//";
 constexpr const char* kLogsSubfolder = "//logs//";
 constexpr mode_t kOpenToEverybody = 0777;
 
+constexpr const char* kFirefoxApplication = "/Applications/Firefox.app";
 constexpr const char* kFirefoxImporterTool64 = "KSFirefoxImporterTool_x64.exe";
 constexpr const char* kFirefoxImporterTool32 = "KSFirefoxImporterTool_x86.exe";
 
@@ -172,6 +173,15 @@ bool KSEnvironement::GetIsIExplorerInstalled() {
 
 bool KSEnvironement::GetIsIExplorerExtInstalled() {
     return false;
+}
+
+bool KSEnvironement::GetIsFFInstalled() {
+    return IsFFInstalledBridgeCPP();
+}
+
+bool KSEnvironement::GetFFInstallationPath(std::string& path) const {
+    path = kFirefoxApplication;
+    return true;
 }
 
 bool KSEnvironement::GetIsEdgeInstalled() {

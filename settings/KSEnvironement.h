@@ -97,6 +97,13 @@ class KSEnvironement {
     static bool GetIsIExplorerInstalled();
     static bool GetIsIExplorerExtInstalled();
 
+    /// FFoxInstall IsBrowserInstalled.
+    static bool GetIsFFInstalled();
+
+    /// Sets `path` to Firefox's usual place, whether it is there or not.
+    /// @return always true
+    bool GetFFInstallationPath(std::string& path) const;
+
     /// EdgeInstall IsBrowserInstalled and IsExtensionInstalled.
     static bool GetIsEdgeInstalled();
     static bool GetIsEdgeExtInstalled();

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "browsers/FFoxInstall.h"
+
+/// What older versions of Firefox kept about extensions in a profile. Nothing is logged, and no
+/// failure is reported: what cannot be read or written stays as it was. Firefox must not write the
+/// registry at the same time.
+@interface FFoxInstall (LegacyCleanup)
+
+/// Removes an extension from a profile's registry, an RDF/XML document: every entry and every list
+/// item whose resource has `identifier` in its name, and the target-application record that the
+/// last of these entries refers to. A registry that can be read is always written back, whole and
+/// at once, in its own encoding; text of nothing but white space is not kept. External entities are
+/// never loaded.
+/// @param identifier  compared with its letter case; it may stand inside a longer name
+/// @param path        the registry, "extensions.rdf" in the profile's folder
++ (void)removeExtension:(NSString*)identifier fromRdfFile:(NSString*)path;
+
+/// Removes the five files that Firefox makes anew from the registry and the extensions.
+/// @param profile  the profile's folder
++ (void)clearFFoxCache:(NSString*)profile;
+
+@end
