@@ -1,0 +1,5 @@
+// The part of the Security framework that the program meets.
+#pragma once
+
+#include <Security/SecBase.h>
+#include <Security/SecItem.h>
