@@ -2,7 +2,7 @@
 #   with target_sources and target_link_libraries of its own and runs anywhere.
 # mac_test(NAME MACHINE SOURCE... [RUN OPTION...]): a GoogleTest program with the whole product in it. Its
 #   globals touch the product's folders before main, so it always runs as alex inside a fresh Mac root of
-#   that machine, entered with these options of `scripts/macroot run`.
+#   that machine, entered with these options of `scripts/macroot run`. Each test has an autorelease pool.
 include(CTest)
 if(NOT BUILD_TESTING OR APPLE)
   return()
@@ -25,7 +25,7 @@ endfunction()
 
 function(mac_test name machine)
   cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "RUN")
-  product_program(${name} ${arg_UNPARSED_ARGUMENTS})
+  product_program(${name} ${arg_UNPARSED_ARGUMENTS} ${CMAKE_SOURCE_DIR}/tests/support/PoolPerTest.mm)
   target_link_libraries(${name}_objects PRIVATE GTest::gtest)
   target_link_libraries(${name} PRIVATE GTest::gtest_main)
   add_test(NAME ${name}

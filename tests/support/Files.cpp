@@ -1,0 +1,48 @@
+#include "tests/support/Files.h"
+
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    std::string bytes(std::istreambuf_iterator<char>(stream), {});
+    if (!stream) {
+        throw std::runtime_error("cannot read " + path);
+    }
+    return bytes;
+}
+
+void WriteFile(const std::string& path, const std::string& bytes) {
+    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+    stream << bytes;
+    stream.close();
+    if (!stream) {
+        throw std::runtime_error("cannot write " + path);
+    }
+}
+
+mode_t ModeOf(const std::string& path) {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) {
+        throw std::runtime_error("nothing at " + path);
+    }
+    return status.st_mode & 07777;
+}
+
+TemporaryFolder::TemporaryFolder() {
+    char name[] = "/private/tmp/testXXXXXX";
+    if (mkdtemp(name) == nullptr) {
+        throw std::runtime_error("no temporary folder");
+    }
+    path = name;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+/// The bytes of a file. Throws std::runtime_error when it cannot be read.
+std::string ReadFile(const std::string& path);
+
+/// Makes or replaces a file. Throws std::runtime_error when it cannot be written.
+void WriteFile(const std::string& path, const std::string& bytes);
+
+/// Permission bits of what is at a path, links followed. Throws std::runtime_error when nothing is.
+mode_t ModeOf(const std::string& path);
+
+/// A folder for one test under /private/tmp, gone with all it holds at the end.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::string& Path() const { return path; }
+    /// A path inside it.
+    std::string operator/(const std::string& name) const { return path + "/" + name; }
+
+  private:
+    std::string path;
+};
