@@ -10,6 +10,10 @@ NSString* const kVaultsFolder = @"/Users/Shared/Keystrel/Vaults/";
 
 NSString* const kNoValue = @"";
 
+void LogNotSaved(id error) {
+    [NSLogger LogFailure:@"Coudn't save local data with error: %@!", [error description]];
+}
+
 // An empty dictionary where there is no file, nil where there is one that holds no dictionary.
 NSDictionary* ReadDictionary(NSString* path) {
     if (![[NSFileManager defaultManager] fileExistsAtPath:path]) {
@@ -45,7 +49,7 @@ NSData* Encode(NSDictionary* dictionary) {
     } @catch (NSException* exception) {
         error = exception;
     }
-    [NSLogger LogFailure:@"Coudn't save local data with error: %@!", [error description]];
+    LogNotSaved(error);
     return nil;
 }
 
@@ -65,7 +69,12 @@ void WriteValue(id value, NSString* name, NSString* path) {
     }
     NSMutableDictionary* dictionary =
         [NSMutableDictionary dictionaryWithDictionary:ReadDictionary(path)];
-    [dictionary setValue:value forKey:name];
+    @try {
+        [dictionary setValue:value forKey:name];
+    } @catch (NSException* exception) {  // a name that is no string may be no key at all
+        LogNotSaved(exception);
+        return;
+    }
     WriteDictionary(dictionary, path);
 }
 
