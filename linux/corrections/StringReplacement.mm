@@ -1,0 +1,98 @@
+// GNUstep's search works out the whole rest of the text for every occurrence, and its replacement
+// moves it: quadratic, hours for a text of 100 MB. A literal replacement walks the text once here,
+// and makes no copy of it but the result. With other options (case, direction) it is GNUstep's.
+#include <Foundation/Foundation.h>
+#include <objc/runtime.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+using Replacement = NSString* (*)(id, SEL, NSString*, NSString*, NSStringCompareOptions, NSRange);
+Replacement replacementOfGNUstep;
+
+constexpr NSUInteger kBlock = 64 * 1024;
+
+std::vector<unichar> Characters(NSString* text, NSUInteger location, NSUInteger length) {
+    std::vector<unichar> characters(length);
+    [text getCharacters:characters.data() range:NSMakeRange(location, length)];
+    return characters;
+}
+
+// Where the target stands in that range of the text, from left to right, without overlaps.
+std::vector<NSUInteger> Places(NSString* text, NSString* target, NSRange range) {
+    const std::vector<unichar> wanted = Characters(target, 0, [target length]);
+    const NSUInteger blockLength = std::max<NSUInteger>(kBlock, 2 * wanted.size());
+    const NSUInteger end = NSMaxRange(range);
+    std::vector<NSUInteger> places;
+    NSUInteger start = range.location;
+    while (end - start >= wanted.size()) {
+        const std::vector<unichar> block =
+            Characters(text, start, std::min(blockLength, end - start));
+        auto searched = block.begin();
+        for (;;) {
+            const auto found = std::search(searched, block.end(), wanted.begin(), wanted.end());
+            if (found == block.end()) {
+                break;
+            }
+            places.push_back(start + static_cast<NSUInteger>(found - block.begin()));
+            searched = found + static_cast<std::ptrdiff_t>(wanted.size());
+        }
+        // The next block begins early enough for an occurrence that this one cuts off.
+        const NSUInteger done = static_cast<NSUInteger>(searched - block.begin());
+        start += std::max<NSUInteger>(done, block.size() - wanted.size() + 1);
+    }
+    return places;
+}
+
+NSString* LiteralReplacement(NSString* text, NSString* target, NSString* replacement,
+                             NSRange range) {
+    const std::vector<NSUInteger> places = Places(text, target, range);
+    if (places.empty()) {
+        return [[text copy] autorelease];
+    }
+    const NSUInteger kept = [text length] - places.size() * [target length];
+    const NSUInteger length = kept + places.size() * [replacement length];
+    unichar* const characters = static_cast<unichar*>(
+        NSZoneMalloc(NSDefaultMallocZone(), std::max<NSUInteger>(length, 1) * sizeof(unichar)));
+    unichar* out = characters;
+    NSUInteger done = 0;
+    for (const NSUInteger place : places) {
+        [text getCharacters:out range:NSMakeRange(done, place - done)];
+        out += place - done;
+        [replacement getCharacters:out range:NSMakeRange(0, [replacement length])];
+        out += [replacement length];
+        done = place + [target length];
+    }
+    [text getCharacters:out range:NSMakeRange(done, [text length] - done)];
+    return [[[NSString alloc] initWithCharactersNoCopy:characters length:length
+                                          freeWhenDone:YES] autorelease];
+}
+
+NSString* Replaced(id self, SEL command, NSString* target, NSString* replacement,
+                   NSStringCompareOptions options, NSRange range) {
+    const NSUInteger length = [self length];
+    if (options != NSLiteralSearch || [target length] == 0 || replacement == nil ||
+        range.location > length || range.length > length - range.location) {
+        return replacementOfGNUstep(self, command, target, replacement, options, range);
+    }
+    return LiteralReplacement(self, target, replacement, range);
+}
+
+}  // namespace
+
+@interface StringReplacementCorrection : NSObject
+@end
+
+@implementation StringReplacementCorrection
+
++ (void)load {
+    Method method = class_getInstanceMethod(
+        [NSString class], @selector(stringByReplacingOccurrencesOfString:
+                                                              withString:options:range:));
+    replacementOfGNUstep = reinterpret_cast<Replacement>(
+        method_setImplementation(method, reinterpret_cast<IMP>(Replaced)));
+}
+
+@end

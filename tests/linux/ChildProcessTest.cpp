@@ -1,0 +1,61 @@
+// Programs that are run to their end.
+#include "Security/ChildProcess.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace std::string_literals;
+
+ChildResult Shell(const std::string& script) {
+    return RunChild({"/bin/sh", "-c", script});
+}
+
+TEST(ChildProcess, BothOutputsAndTheStatusAreCollected) {
+    const ChildResult result = Shell("printf out; printf err >&2; exit 3");
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.output, "out");
+    EXPECT_EQ(result.errors, "err");
+}
+
+TEST(ChildProcess, OutputsLargerThanAPipeComeWholeFromBothAtOnce) {
+    const ChildResult result = Shell(
+        "head -c 3000000 /dev/zero | tr '\\0' o & head -c 2000000 /dev/zero | tr '\\0' e >&2; "
+        "wait");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(result.output == std::string(3000000, 'o'));
+    EXPECT_TRUE(result.errors == std::string(2000000, 'e'));
+}
+
+TEST(ChildProcess, AnyByteComesThrough) {
+    EXPECT_EQ(Shell("printf 'a\\0b\\377\\n'").output, "a\0b\377\n"s);
+}
+
+TEST(ChildProcess, ArgumentsArriveAsTheyAre) {
+    EXPECT_EQ(
+        RunChild({"/bin/sh", "-c", "printf '<%s>' \"$@\"", "sh", "", "a b", "$x'\"", "é\n"}).output,
+        "<><a b><$x'\"><é\n>");
+}
+
+TEST(ChildProcess, StandardInputIsEmpty) {
+    EXPECT_EQ(Shell("cat; echo end").output, "end\n");
+}
+
+TEST(ChildProcess, ASignalIsToldByItsNumberBehind128) {
+    EXPECT_EQ(Shell("kill -9 $$").status, 128 + 9);
+}
+
+TEST(ChildProcess, WhatCannotBeStartedHasStatus127) {
+    const ChildResult result = RunChild({"/nowhere/program"});
+    EXPECT_EQ(result.status, 127);
+    EXPECT_EQ(result.output + result.errors, "");
+}
+
+TEST(ChildProcess, NoDescriptorIsLeftOpen) {
+    const auto open = [] { return Shell("ls /proc/$PPID/fd | wc -l").output; };
+    const std::string before = open();
+    RunChild({"/nowhere/program"});
+    EXPECT_EQ(open(), before);
+}
+
+}  // namespace
