@@ -1,0 +1,15 @@
+#pragma once
+
+#include <Foundation/Foundation.h>
+
+// Bundles in Apple's layout, "X.app" with "Contents/Info.plist" inside.
+
+/// The Info dictionary of the bundle at a path; nil when there is none that can be read.
+NSDictionary* ApplicationInfo(NSString* bundlePath);
+
+/// CFBundleIdentifier; nil when the dictionary has none or something other than a text.
+NSString* ApplicationIdentifier(NSDictionary* info);
+
+/// What a person reads: CFBundleDisplayName, else CFBundleName, else the folder's name without
+/// ".app".
+NSString* ApplicationName(NSString* bundlePath, NSDictionary* info);

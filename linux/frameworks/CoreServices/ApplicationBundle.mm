@@ -1,0 +1,31 @@
+#include "linux/frameworks/CoreServices/ApplicationBundle.h"
+
+namespace {
+
+NSString* const kInfoFile = @"Contents/Info.plist";
+
+/// nil for anything but a text that says something.
+NSString* TextUnder(NSString* key, NSDictionary* info) {
+    id value = [info objectForKey:key];
+    return [value isKindOfClass:[NSString class]] && [value length] > 0 ? value : nil;
+}
+
+}  // namespace
+
+NSDictionary* ApplicationInfo(NSString* bundlePath) {
+    NSString* path = [bundlePath stringByAppendingPathComponent:kInfoFile];
+    return [NSDictionary dictionaryWithContentsOfFile:path];
+}
+
+NSString* ApplicationIdentifier(NSDictionary* info) {
+    return TextUnder(@"CFBundleIdentifier", info);
+}
+
+NSString* ApplicationName(NSString* bundlePath, NSDictionary* info) {
+    for (NSString* key in @[ @"CFBundleDisplayName", @"CFBundleName" ]) {
+        if (NSString* name = TextUnder(key, info)) {
+            return name;
+        }
+    }
+    return [[bundlePath lastPathComponent] stringByDeletingPathExtension];
+}

@@ -1,0 +1,64 @@
+#include "tests/linux/ChildProcess.h"
+
+#include <sched.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <fstream>
+#include <system_error>
+
+namespace {
+
+struct FileActions : posix_spawn_file_actions_t {
+    FileActions() { posix_spawn_file_actions_init(this); }
+    ~FileActions() { posix_spawn_file_actions_destroy(this); }
+};
+
+/// The kernel lets the parent go on a moment before it shows the new program's arguments.
+void WaitForCommandLine(pid_t process) {
+    const std::string path = "/proc/" + std::to_string(process) + "/cmdline";
+    while (std::ifstream(path, std::ios::binary).peek() == std::ifstream::traits_type::eof()) {
+        siginfo_t ended{};
+        if (waitid(P_PID, process, &ended, WEXITED | WNOHANG | WNOWAIT) != 0 || ended.si_pid != 0) {
+            return;
+        }
+        sched_yield();
+    }
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments,
+                           const std::string& folder) {
+    std::vector<char*> pointers;
+    for (const std::string& argument : arguments) {
+        pointers.push_back(const_cast<char*>(argument.c_str()));
+    }
+    pointers.push_back(nullptr);
+    FileActions actions;
+    if (!folder.empty()) {
+        posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
+    }
+    const int error =
+        posix_spawn(&process_, program.c_str(), &actions, nullptr, pointers.data(), environ);
+    if (error != 0) {
+        throw std::system_error(error, std::generic_category(), program);
+    }
+    WaitForCommandLine(process_);
+}
+
+ChildProcess::~ChildProcess() {
+    if (process_ > 0) {
+        kill(process_, SIGKILL);
+        Wait();
+    }
+}
+
+int ChildProcess::Wait() {
+    int status = 0;
+    waitpid(process_, &status, 0);
+    process_ = 0;
+    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+}

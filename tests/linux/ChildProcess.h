@@ -1,0 +1,28 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+/// A program that a test starts, and ends at the latest when it goes away.
+class ChildProcess {
+  public:
+    /// Starts `program`; its first argument is the name that it sees for itself. Throws when it
+    /// cannot be started.
+    /// @param folder  where it works; empty: where the test does
+    ChildProcess(const std::string& program, const std::vector<std::string>& arguments,
+                 const std::string& folder = "");
+    ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    pid_t identifier() const { return process_; }
+
+    /// Waits for its end.
+    /// @return the signal that ended it, or 0
+    int Wait();
+
+  private:
+    pid_t process_ = 0;
+};
