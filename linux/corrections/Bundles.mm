@@ -45,9 +45,11 @@ bool IsMain(NSBundle* bundle) {
 @implementation NSBundle (AppleLayout)
 
 + (void)load {
-    const auto exchange = [](SEL first, SEL second) {
-        method_exchangeImplementations(class_getInstanceMethod([NSBundle class], first),
-                                       class_getInstanceMethod([NSBundle class], second));
+    // No message may be sent yet: it would initialise classes while this library is half loaded.
+    const Class bundle = objc_getClass("NSBundle");
+    const auto exchange = [bundle](SEL first, SEL second) {
+        method_exchangeImplementations(class_getInstanceMethod(bundle, first),
+                                       class_getInstanceMethod(bundle, second));
     };
     // From here on the second name calls what GNUstep does.
     exchange(@selector(bundlePath), @selector(gnustepBundlePath));

@@ -27,6 +27,10 @@ int main() {
              [NSString localizedNameOfStringEncoding:[NSString defaultCStringEncoding]]);
         Tell("c-string", [NSString stringWithCString:"\xC3\xBC"
                                             encoding:[NSString defaultCStringEncoding]]);
+        NSBundle* bundle = [NSBundle mainBundle];
+        Tell("bundle", [bundle bundlePath]);
+        Tell("identifier", [bundle bundleIdentifier]);
+        Tell("version", [process operatingSystemVersionString]);
         std::printf("locale=%s\n", setlocale(LC_ALL, nullptr));
         std::printf("wide=%s\n", std::mbstowcs(nullptr, "\xC3\xBC", 0) == 1 ? "utf-8" : "bytes");
         std::printf("number=%s\n", [[NSString stringWithFormat:@"%.1f", 1.5] UTF8String]);

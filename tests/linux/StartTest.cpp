@@ -1,16 +1,17 @@
 // What a program finds when it starts, whatever the environment says.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
+#include <sys/utsname.h>
 
 #include <array>
 #include <clocale>
 #include <cstdio>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <sstream>
 #include <string>
 
-#include "tests/linux/TemporaryFolder.h"
+#include "tests/linux/AppleBundle.h"
 
 namespace {
 
@@ -18,9 +19,10 @@ class Start : public testing::Test {
   protected:
     /// Runs the probe with these variables and arguments alone; its facts, standard error included.
     std::map<std::string, std::string> Probe(const std::string& variables,
-                                             const std::string& arguments = "") {
-        const std::string command = "env -i \"LSAN_OPTIONS=$LSAN_OPTIONS\" " + variables +
-                                    " " KS_PROBE " " + arguments + " 2>&1";
+                                             const std::string& arguments = "",
+                                             const std::string& program = KS_PROBE) {
+        const std::string command = "env -i \"LSAN_OPTIONS=$LSAN_OPTIONS\" " + variables + " " +
+                                    program + " " + arguments + " 2>&1";
         const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen(command.c_str(), "r"), &pclose);
         std::array<char, 4096> buffer;
         std::string output;
@@ -63,6 +65,29 @@ TEST_F(Start, ArgumentsAndEnvironmentArriveUnchanged) {
     EXPECT_EQ(facts["process"], "standins_probe");
     EXPECT_EQ(facts["variable"], "ü 50%");
     EXPECT_EQ(facts["arguments"], KS_PROBE "|a b|-NSx|ü|--last");
+}
+
+TEST_F(Start, AProgramInABundleFindsTheBundle) {
+    const TemporaryFolder folder;
+    MakeBundle(folder, "My Tool.app", Entry("CFBundleIdentifier", "example.tool"));
+    const std::string program = folder / "My Tool.app/Contents/MacOS/tool";
+    std::filesystem::copy(KS_PROBE, program);
+    auto facts = Probe("LD_LIBRARY_PATH=" KS_LIBRARIES, "", "'" + program + "'");
+    EXPECT_EQ(facts["bundle"], folder / "My Tool.app");
+    EXPECT_EQ(facts["identifier"], "example.tool");
+    EXPECT_EQ(facts["process"], "tool");
+}
+
+TEST_F(Start, APlainProgramHasItsFolderForABundle) {
+    auto facts = Probe("");
+    EXPECT_EQ(facts["bundle"], KS_LIBRARIES);
+    EXPECT_EQ(facts["identifier"], "(nil)");
+}
+
+TEST_F(Start, TheVersionIsTheKernelsWhereNoMacIs) {
+    utsname kernel{};
+    ASSERT_EQ(uname(&kernel), 0);
+    EXPECT_EQ(Probe("")["version"], kernel.release);
 }
 
 }  // namespace

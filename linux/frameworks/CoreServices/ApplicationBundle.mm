@@ -14,7 +14,18 @@ NSString* TextUnder(NSString* key, NSDictionary* info) {
 
 NSDictionary* ApplicationInfo(NSString* bundlePath) {
     NSString* path = [bundlePath stringByAppendingPathComponent:kInfoFile];
-    return [NSDictionary dictionaryWithContentsOfFile:path];
+    NSData* bytes = [NSData dataWithContentsOfFile:path];
+    id info = nil;
+    @try {
+        info = bytes == nil ? nil
+                            : [NSPropertyListSerialization propertyListWithData:bytes
+                                                                        options:0
+                                                                         format:NULL
+                                                                          error:NULL];
+    } @catch (NSException*) {
+        // GNUstep's answer to a malformed list.
+    }
+    return [info isKindOfClass:[NSDictionary class]] ? info : nil;
 }
 
 NSString* ApplicationIdentifier(NSDictionary* info) {
