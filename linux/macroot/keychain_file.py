@@ -2,13 +2,13 @@
 
 import base64
 import os
-import plistlib
 
 from macroot.errors import Trouble
 
 
 def read(path):
     """The items, their data in Base64; a file that is missing is an empty keychain."""
+    import plistlib  # not at the top: few runs have a keychain, and it takes its time
     try:
         with open(path, "rb") as file:
             items = plistlib.load(file)
@@ -23,6 +23,7 @@ def read(path):
 
 def write(path, items):
     """Replaces the file by the items, in one step."""
+    import plistlib
     content = plistlib.dumps({label: base64.b64decode(data) for label, data in items.items()})
     temporary = f"{path}.{os.getpid()}"
     with open(temporary, "wb") as file:

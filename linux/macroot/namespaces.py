@@ -5,7 +5,8 @@ import os
 import subprocess
 
 from macroot.errors import Trouble
-from macroot.inside.cell import process_namespace
+from macroot.inside import supervisor  # pylint: disable=unused-import  (compiled here, where it can be kept)
+from macroot.inside.cell import PATH, process_namespace
 
 _PACKAGE = os.path.dirname(os.path.realpath(__file__))
 _PACKAGE_INSIDE = "/run/macroot/lib/macroot"
@@ -17,10 +18,7 @@ ETC_FROM_HOST = ("ld.so.cache", "GNUstep", "fonts", "localtime", "alternatives")
 
 
 def check(_):
-    """Says which option cannot work here."""
-    for name in ("display", "web", "keychain", "keychain_locked"):
-        if _[name]:
-            raise Trouble(f"--{name} does not work yet")
+    """Every option works here."""
 
 
 def carry_out(plan, files, channels):
@@ -35,7 +33,7 @@ def carry_out(plan, files, channels):
     handed_on = [written_plan, *(number for number in plan["channels"].values() if number >= 0)]
     command = ["bwrap", *_walls(plan, files), "--",
                "/usr/bin/python3", "-ISXutf8", _SUPERVISOR, str(written_plan)]
-    with subprocess.Popen(command, pass_fds=handed_on, env={"PATH": os.environ.get("PATH", os.defpath)}) as sandbox:
+    with subprocess.Popen(command, pass_fds=handed_on, env={"PATH": PATH}) as sandbox:
         os.close(reporting)
         with open(report, encoding="utf-8") as reported:
             outcome = reported.read()

@@ -8,6 +8,8 @@ from macroot.inside.cell import PATH
 MACROOT = "/run/macroot"
 ALEXS_FOLDER = "/run/alex"
 BROKER_SOCKET = f"{MACROOT}/broker.sock"
+KEYCHAIN = f"{ALEXS_FOLDER}/keychain/login.keyring"
+KEYCHAIN_PASSWORD = "alex"
 
 PLATFORM_UUID = "8F1C2A7E-5D3B-4E96-A0C4-7B2D9E6F1A35"
 
@@ -53,10 +55,10 @@ def furnish(plan, cell):
                 f"nobody:x:65534:65534:Nobody:/:/usr/sbin/nologin\n")
     for folder in plan["etc_folders"]:
         for name, content in {**_ETC, "passwd": accounts}.items():
-            _write(cell, f"{folder}/{name}", content)
-    _write(cell, f"{MACROOT}/platform-uuid", PLATFORM_UUID + "\n")
-    _write(cell, f"{MACROOT}/fonts.conf", _FONTS)
-    _write(cell, f"{MACROOT}/GNUstep.conf", _gnustep_configuration(home))
+            write(cell, f"{folder}/{name}", content)
+    write(cell, f"{MACROOT}/platform-uuid", PLATFORM_UUID + "\n")
+    write(cell, f"{MACROOT}/fonts.conf", _FONTS)
+    write(cell, f"{MACROOT}/GNUstep.conf", _gnustep_configuration(home))
     for name in ("", "/tmp", "/cache", "/config", "/data", "/runtime", "/keychain"):
         folder = ALEXS_FOLDER + name
         os.mkdir(cell.path(folder), 0o700)
@@ -72,6 +74,7 @@ def alexs_environment(plan):
         "USER": "alex",
         "LOGNAME": "alex",
         "SHELL": "/bin/bash",
+        **keychain_environment(KEYCHAIN_PASSWORD),
         "TEMP": f"{ALEXS_FOLDER}/tmp",
         "GNUSTEP_CONFIG_FILE": f"{MACROOT}/GNUstep.conf",
         "FONTCONFIG_FILE": f"{MACROOT}/fonts.conf",
@@ -80,6 +83,12 @@ def alexs_environment(plan):
         "XDG_DATA_HOME": f"{ALEXS_FOLDER}/data",
         "XDG_RUNTIME_DIR": f"{ALEXS_FOLDER}/runtime",
     }
+
+
+def keychain_environment(password):
+    """What leads libsecret to alex's login keychain, a file."""
+    return {"SECRET_BACKEND": "file", "SECRET_FILE_TEST_PATH": KEYCHAIN,
+            "SECRET_FILE_TEST_PASSWORD": password, "GIO_USE_VFS": "local"}
 
 
 def roots_environment(plan):
@@ -117,6 +126,7 @@ def _gnustep_configuration(home):
     return "".join(f"{name}={value}\n" for name, value in lines.items())
 
 
-def _write(cell, path, content):
+def write(cell, path, content):
+    """Writes a file of the inside."""
     with open(cell.path(path), "w", encoding="utf-8", errors="surrogateescape") as file:
         file.write(content)

@@ -7,9 +7,12 @@ import signal
 import subprocess
 
 from macroot.errors import Trouble
+from macroot.inside import web
 from macroot.inside.broker import Broker
 from macroot.inside.disks import Disk
+from macroot.inside.display import Display
 from macroot.inside.furniture import alexs_environment, furnish, roots_environment
+from macroot.inside.keychain import Keychain
 
 _GRACE = 5  # seconds that a program has to end after a signal
 
@@ -31,11 +34,23 @@ def _supervise(plan, cell, channels, ending):
     root, alex = roots_environment(plan), alexs_environment(plan)
     _own(plan["own"], cell, root)
     _insert_disks(plan["full"], ending)
+    if plan["web"]:
+        web.start(plan["web"], cell, plan["etc_folders"])
+    keychain = Keychain(plan, cell, alex)
+    keychain.fill()
+    display = _start_display(plan["display"], cell, root, alex, ending)
     Broker(plan, cell, channels["asked"]).start()
     _run_pre(plan["pre"], cell, root)
-    status = _Program(plan, cell, alex).run(channels["control"])
+    program = _Program(plan, cell, alex)
+
+    def at_the_end():
+        if channels["screenshot"] >= 0:
+            display.save_picture(channels["screenshot"])
+
+    status = program.run(channels["control"], at_the_end)
+    at_the_end()
     cell.end_everything()
-    return {"status": status, "keychain": plan["keychain"]}
+    return {"status": status, "keychain": keychain.read()}
 
 
 def _own(paths, cell, environment):
@@ -52,6 +67,17 @@ def _insert_disks(disks, ending):
         disk = Disk(path, room)
         disk.insert()
         ending.callback(disk.remove)
+
+
+def _start_display(wanted, cell, root, alex, ending):
+    if not wanted:
+        return None
+    display = Display(cell, root)
+    display.start()
+    ending.callback(display.stop)
+    display.wait()
+    alex["DISPLAY"] = display.name
+    return display
 
 
 def _run_pre(command, cell, environment):
@@ -75,7 +101,7 @@ class _Program:
         folder = home if os.path.isdir(cell.path(home)) else "/"
         self._process = cell.start_as_alex(plan["program"], environment, folder, start_new_session=True)
 
-    def run(self, control):
+    def run(self, control, before_signal):
         """Waits for the end, passing on what signals come in by `control`; the result is the status."""
         with selectors.DefaultSelector() as selector:
             ended = selector.register(os.pidfd_open(self._process.pid), selectors.EVENT_READ)
@@ -88,6 +114,7 @@ class _Program:
                     return status if status >= 0 else 128 - status
                 impatient = patience is not None
                 number = os.read(control, 1)[0] if ready else signal.SIGKILL
+                before_signal()
                 self._signal(signal.SIGKILL if impatient else number)
                 patience = _GRACE
 
