@@ -6,6 +6,7 @@ import sys
 
 from macroot import host
 from macroot.errors import Trouble
+from macroot.inside.cell import PATH
 
 CANNOT_WORK = 70
 VERDICTS = ("allow", "cancel", "refuse")
@@ -14,6 +15,7 @@ VERDICTS = ("allow", "cancel", "refuse")
 def main(arguments):
     """Runs one command; the result is the exit status."""
     os.umask(0o022)
+    os.environ["PATH"] = PATH  # the host's own programs, nobody's private ones
     own, program = _split(arguments[1:] if arguments[:1] == [host.ENTERED] else arguments)
     options = _parser().parse_args(own)
     options.program = program

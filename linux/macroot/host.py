@@ -1,12 +1,15 @@
 """What this host lets a Mac root be, found out by trying.
 
 From the best to the least:
-  as root                          bwrap, real users 0 and 501
-  as a user with subordinate ids   the same, inside `unshare --user --map-root-user --map-auto`
-  as a user without them           the same, but one kernel user stands for both: reduced
-  where namespaces are refused     proot; as root with real users, as a user reduced
+  root                                     namespaces made by bwrap; real users 0 and 501
+  root who may not mount                   the same, inside a user namespace where every id is itself
+  a user with subordinate ids              the same, inside `unshare --map-root-user --map-auto`
+  root where namespaces are refused        proot; real users
+  a user without subordinate ids           namespaces, but one user of the host stands for both: reduced
+  a user where namespaces are refused      proot, and one user for both: reduced
 """
 
+import ctypes
 import os
 import subprocess
 import sys
@@ -20,15 +23,16 @@ PROOT = "proot"
 # Given to the copy of this program that runs inside a user namespace of its own.
 ENTERED = "--entered"
 
-_USER_NAMESPACES = (
-    ["unshare", "--user", "--map-root-user", "--map-auto"],
-    ["unshare", "--user", "--map-root-user"],
-)
-_TRIAL = ["bwrap", "--unshare-pid", "--unshare-ipc", "--unshare-uts", "--ro-bind", "/", "/",
-          "--dev", "/dev", "--proc", "/proc", "--tmpfs", "/run", "true"]
+_SUBORDINATE_IDS = ["unshare", "--user", "--map-root-user", "--map-auto"]
+_ONE_ID = ["unshare", "--user", "--map-root-user"]
+_BWRAP_TRIAL = ["bwrap", "--unshare-pid", "--unshare-ipc", "--unshare-uts", "--ro-bind", "/", "/",
+                "--dev", "/dev", "--proc", "/proc", "--tmpfs", "/run", "true"]
 _PROOT_TRIAL = ["proot", "-r", "/", "-b", "/proc", "true"]
 
 _CAPABILITY_CHOWN, _CAPABILITY_SETGID, _CAPABILITY_SETUID = 0, 6, 7
+_CLONE_NEWUSER = 0x10000000
+_EVERY_ID = "0 0 65536\n"
+_ADVICE = " (a range for you in /etc/subuid and /etc/subgid, and the package uidmap, would part them)"
 
 
 class Host:
@@ -41,38 +45,61 @@ class Host:
     def say_if_reduced(self):
         """Tells people what this host cannot give."""
         if not self.real_users:
-            print(f"macroot: reduced: {self._lack()}", file=sys.stderr)
-
-    def _lack(self):
-        if self.kind == NAMESPACES:
-            return ("alex and root are one user of this host (no subordinate ids in /etc/subuid), "
-                    "kept apart by missing write permissions alone")
-        return ("namespaces are refused here and alex and root are one user of this host, "
-                "kept apart by missing write permissions alone")
+            print("macroot: reduced: alex and root are one user of this host, kept apart by missing "
+                  f"write permissions alone{_ADVICE if self.kind == NAMESPACES else ''}", file=sys.stderr)
 
 
 def settle(arguments):
     """The host, after entering a user namespace where that is needed: then this program starts anew."""
     if ENTERED in arguments[:1]:
         return Host(NAMESPACES)
-    if os.geteuid() == 0 and _works(_TRIAL):
+    again = [sys.executable, "-ISXutf8", sys.argv[0], ENTERED, *arguments]
+    two_users = _can_be_two_users()
+    if os.geteuid() == 0 and _works(_BWRAP_TRIAL):
         return Host(NAMESPACES)
-    for namespace in _USER_NAMESPACES:
-        if _works(namespace + _TRIAL):
-            program = [sys.executable, "-ISXutf8", sys.argv[0], ENTERED, *arguments]
-            os.execvp(namespace[0], namespace + program)
+    if two_users and _works(_BWRAP_TRIAL, _enter_with_every_id):
+        _enter_with_every_id()
+        os.execv(again[0], again)
+    if _works(_SUBORDINATE_IDS + _BWRAP_TRIAL):
+        os.execvp(_SUBORDINATE_IDS[0], _SUBORDINATE_IDS + again)
+    if two_users and _works(_PROOT_TRIAL):
+        return Host(PROOT)
+    if _works(_ONE_ID + _BWRAP_TRIAL):
+        os.execvp(_ONE_ID[0], _ONE_ID + again)
     if _works(_PROOT_TRIAL):
         return Host(PROOT)
     raise Trouble("this host lets nobody make a Mac root: neither bwrap (Debian packages bubblewrap and "
                   "uidmap) nor proot (package proot) can run here")
 
 
-def _works(command):
+def _works(command, before=None):
     try:
         return subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, check=False).returncode == 0
-    except OSError:
+                              stderr=subprocess.DEVNULL, preexec_fn=before, check=False).returncode == 0
+    except (OSError, subprocess.SubprocessError):
         return False
+
+
+def _enter_with_every_id():
+    """Moves this process into a user namespace; a child that stays outside writes its maps."""
+    process = os.getpid()
+    entered, entering = os.pipe()
+    child = os.fork()
+    if child == 0:
+        try:
+            os.close(entering)
+            if os.read(entered, 1):
+                for ids in ("uid_map", "gid_map"):
+                    with open(f"/proc/{process}/{ids}", "w", encoding="ascii") as file:
+                        file.write(_EVERY_ID)
+                os._exit(0)
+        finally:
+            os._exit(1)
+    if ctypes.CDLL(None).unshare(_CLONE_NEWUSER) == 0:
+        os.write(entering, b".")
+    os.close(entering)
+    if os.waitpid(child, 0)[1] != 0:
+        raise OSError("no user namespace")
 
 
 def _can_be_two_users():

@@ -6,7 +6,7 @@ import subprocess
 
 from macroot.errors import Trouble
 from macroot.inside import supervisor  # pylint: disable=unused-import  (compiled here, where it can be kept)
-from macroot.inside.cell import PATH, process_namespace
+from macroot.inside.cell import process_namespace
 
 _PACKAGE = os.path.dirname(os.path.realpath(__file__))
 _PACKAGE_INSIDE = "/run/macroot/lib/macroot"
@@ -24,8 +24,8 @@ def check(_):
 def carry_out(plan, files, channels):
     """Runs the supervisor inside; the result is what it reports."""
     report, reporting = os.pipe()
-    plan = {**plan, "process_namespace": process_namespace(), "channels": {"control": channels.control, "asked": channels.asked,
-                                 "screenshot": channels.screenshot, "report": reporting}}
+    plan = {**plan, "process_namespace": process_namespace(),
+            "channels": {**channels.numbers(), "report": reporting}}
     written_plan = os.memfd_create("plan")
     os.write(written_plan, json.dumps(plan).encode())
     os.lseek(written_plan, 0, os.SEEK_SET)
@@ -33,7 +33,7 @@ def carry_out(plan, files, channels):
     handed_on = [written_plan, *(number for number in plan["channels"].values() if number >= 0)]
     command = ["bwrap", *_walls(plan, files), "--",
                "/usr/bin/python3", "-ISXutf8", _SUPERVISOR, str(written_plan)]
-    with subprocess.Popen(command, pass_fds=handed_on, env={"PATH": PATH}) as sandbox:
+    with subprocess.Popen(command, pass_fds=handed_on, env={}) as sandbox:
         os.close(reporting)
         with open(report, encoding="utf-8") as reported:
             outcome = reported.read()

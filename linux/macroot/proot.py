@@ -1,8 +1,79 @@
-"""Carries a run out by proot, where namespaces are refused."""
+"""Carries a run out by proot, where namespaces are refused.
+
+proot shows a program another root by tracing its system calls. The kernel's permissions still hold
+for the process's real user, so as root outside alex and root stay two users. There is no process
+namespace and no mount: processes of the host are visible, and a disk or a network of its own cannot
+be had.
+"""
+
+import os
+import shutil
+import stat
+import sys
+import tempfile
 
 from macroot.errors import Trouble
+from macroot.inside.supervisor import supervise
+from macroot.inside.traced import Traced
+from macroot.namespaces import ETC_FROM_HOST, swapped_programs
+
+_INSIDE = os.path.join(os.path.dirname(os.path.realpath(__file__)), "inside")
 
 
-def check(_):
+def check(plan):
     """Says which option cannot work here."""
-    raise Trouble("namespaces are refused here")
+    for name, lack in (("full", "a disk"), ("web", "a network")):
+        if plan[name]:
+            raise Trouble(f"--{name} cannot work here: namespaces are refused, and {lack} "
+                          "of its own needs one")
+
+
+def carry_out(plan, files, channels):
+    """Supervises the run from the outside; the result is what the supervisor reports."""
+    if plan["real_users"] and (closed := _closed_to_alex(plan["tree"])):
+        print(f"macroot: reduced: alex cannot enter {closed} (no search permission for others), "
+              "so he runs with root's powers", file=sys.stderr)
+        plan = {**plan, "real_users": False}
+    scratch = tempfile.mkdtemp(prefix="macroot-run-", dir="/tmp")
+    try:
+        os.chmod(scratch, 0o755)
+        return supervise(plan, Traced(plan, _options(plan, files, scratch), scratch, channels.numbers()),
+                         channels.numbers())
+    finally:
+        shutil.rmtree(scratch, ignore_errors=True)
+
+
+def _options(plan, files, scratch):
+    """proot's options: the tree as root, the host's part and what the run brings over it."""
+    bound = [("/usr", "/usr"), ("/dev", "/dev"), ("/proc", "/proc"), (f"{scratch}/run", "/run")]
+    os.makedirs(f"{scratch}/run/macroot/lib/macroot")
+    shutil.copytree(_INSIDE, f"{scratch}/run/macroot/lib/macroot/inside")
+    shutil.copy(f"{_INSIDE}/admin", f"{scratch}/run/macroot/admin")
+    for number, folder in enumerate(plan["etc_folders"]):
+        os.mkdir(f"{scratch}/etc{number}")
+        bound.append((f"{scratch}/etc{number}", folder))
+        bound += [(f"/etc/{name}", f"{folder}/{name}") for name in ETC_FROM_HOST if os.path.exists(f"/etc/{name}")]
+    bound += [(source, inside) for inside, source in swapped_programs(plan)]
+    for inside, host_path in files.bound.items():
+        bound.append((_reachable(host_path, scratch) if plan["real_users"] else host_path, inside))
+    return ["-r", plan["tree"], *(word for source, inside in bound
+                                  for word in ("-b", f"{source}:{inside}"))]
+
+
+def _reachable(path, scratch):
+    """The path, or a copy of it where alex can get at it."""
+    if not _closed_to_alex(path):
+        return path
+    copy = os.path.join(tempfile.mkdtemp(dir=scratch), os.path.basename(path))
+    os.chmod(os.path.dirname(copy), 0o755)
+    return shutil.copytree(path, copy) if os.path.isdir(path) else shutil.copy(path, copy)
+
+
+def _closed_to_alex(path):
+    """The folder above a path that others may not search, if there is one."""
+    folder = os.path.dirname(os.path.realpath(path))
+    while folder != "/":
+        if not os.stat(folder).st_mode & stat.S_IXOTH:
+            return folder
+        folder = os.path.dirname(folder)
+    return None

@@ -7,6 +7,7 @@ import signal
 from macroot import keychain_file, mountpoints, namespaces, proot, sanitizers
 from macroot.errors import Trouble
 from macroot.host import NAMESPACES
+from macroot.inside.write_bits import give_back
 
 _REPOSITORY = os.path.normpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 _INSTALLER = os.path.join(_REPOSITORY, "build/release/bin/KSExtensionInstaller")
@@ -36,9 +37,12 @@ def run(options, host):
     files = _Files()
     plan = _plan(options, host, tree, files)
     way.check(plan)
-    channels = _Channels(options)
+    channels = _Channels(options, host)
     with mountpoints.MountPoints(tree):
-        outcome = way.carry_out(plan, files, channels)
+        try:
+            outcome = way.carry_out(plan, files, channels)
+        finally:
+            channels.finish(tree)
     if "trouble" in outcome:
         raise Trouble(outcome["trouble"])
     if options.keychain and not options.keychain_locked:
@@ -63,15 +67,27 @@ class _Channels:
     control     a byte a signal that the run got, read by the supervisor
     asked       where each prompt is noted
     screenshot  where the display's picture goes
+    write_bits  where the permissions are noted that alex and root lose as one user of the host
     """
 
-    def __init__(self, options):
+    def __init__(self, options, host):
         self.control, self._signalled = os.pipe()
         os.set_blocking(self._signalled, False)
         for number in _ENDING_SIGNALS:
             signal.signal(number, self._pass_on)
         self.asked = _open(options.asked, os.O_APPEND)
         self.screenshot = _open(options.screenshot, os.O_TRUNC)
+        self.write_bits = -1 if host.real_users else os.memfd_create("write bits", 0)
+
+    def numbers(self):
+        """By name, as the supervisor is told."""
+        return {"control": self.control, "asked": self.asked, "screenshot": self.screenshot,
+                "write_bits": self.write_bits}
+
+    def finish(self, tree):
+        """After the supervisor, however it ended."""
+        if self.write_bits >= 0:
+            give_back(tree, self.write_bits)
 
     def _pass_on(self, number, _):
         os.write(self._signalled, bytes([number]))

@@ -11,6 +11,6 @@ from macroot.inside.supervisor import supervise
 
 with open(int(sys.argv[1]), encoding="utf-8") as _written:
     _plan = json.load(_written)
-_outcome = supervise(_plan, Namespaces(_plan["real_users"], _plan["process_namespace"]), _plan["channels"])
+_outcome = supervise(_plan, Namespaces(_plan, _plan["channels"]), _plan["channels"])
 with open(_plan["channels"]["report"], "w", encoding="utf-8") as _report:
     json.dump(_outcome, _report)

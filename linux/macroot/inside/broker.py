@@ -13,6 +13,7 @@ import subprocess
 import threading
 
 from macroot.inside.furniture import BROKER_SOCKET, roots_environment
+from macroot.inside.write_bits import now
 
 
 class Broker:
@@ -66,9 +67,11 @@ class Broker:
             return verdict
 
     def _run(self, command):
+        began = now()
         with self._cell.start_as_root([b"/bin/sh", b"-c", command], self._environment,
                                       stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                       stderr=subprocess.PIPE) as process:
             output, errors = process.communicate()
+        self._cell.part_users(began)
         status = process.returncode
         return status if status >= 0 else 128 - status, output, errors

@@ -5,9 +5,10 @@ import os
 import signal
 import subprocess
 
+from macroot.inside.write_bits import WriteBits
 from macroot.people import ALEX, STAFF
 
-_UMASK = 0o022
+UMASK = 0o022
 PATH = "/usr/bin:/bin:/usr/sbin:/sbin"
 
 _SECOND_USER = ["unshare", "--user", f"--map-user={ALEX}", f"--map-group={STAFF}"]
@@ -22,26 +23,32 @@ class Namespaces:
 
     alex = f"{ALEX}:{STAFF}"
 
-    def __init__(self, real_users, outer_process_namespace):
-        self._real_users = real_users
-        self._outer_process_namespace = outer_process_namespace
+    def __init__(self, plan, channels):
+        self._real_users = plan["real_users"]
+        self._outer_process_namespace = plan["process_namespace"]
+        self._bits = None if self._real_users else WriteBits("/", [plan["home"], *plan["own"]],
+                                                             channels["write_bits"])
 
     def path(self, inside):
         """Where the supervisor finds a path of the inside."""
         return inside
 
     def start_as_root(self, command, environment, folder="/", **more):
-        return subprocess.Popen(command, env=environment, cwd=folder, umask=_UMASK, **more)
+        return subprocess.Popen(command, env=environment, cwd=folder, umask=UMASK, **more)
 
     def start_as_alex(self, command, environment, folder="/", **more):
         if self._real_users:
             more.update(user=ALEX, group=STAFF, extra_groups=[])
         else:
             command = _SECOND_USER + command
-        return subprocess.Popen(command, env=environment, cwd=folder, umask=_UMASK, **more)
+        return subprocess.Popen(command, env=environment, cwd=folder, umask=UMASK, **more)
 
-    def start_with_private_tmp(self, command, environment, **more):
-        """As root, with a /tmp that nobody else sees."""
+    def start_program(self, command, environment, folder):
+        """The program as alex, in a session of its own, so that a signal reaches all of it."""
+        return _Program(self.start_as_alex(command, environment, folder, start_new_session=True))
+
+    def start_beside(self, command, environment, **more):
+        """As root, but with a /tmp that nobody else sees."""
         script = 'mount -t tmpfs tmpfs /private/tmp && exec "$0" "$@"'
         return self.start_as_root(["unshare", "--mount", "/bin/sh", "-c", script, *command],
                                   environment, **more)
@@ -50,6 +57,11 @@ class Namespaces:
         """Makes alex the owner of one path of the inside."""
         if self._real_users:
             os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
+
+    def part_users(self, since=0):
+        """After root's changes (from that time on): where alex and root are one, keeps alex from them."""
+        if self._bits:
+            self._bits.take(since)
 
     def end_everything(self):
         """Kills whatever runs inside beside the supervisor."""
@@ -61,3 +73,17 @@ class Namespaces:
 def process_namespace():
     """The number of the process namespace that this process lives in."""
     return os.stat("/proc/self/ns/pid").st_ino
+
+
+class _Program:
+    """A running program: `end` is a descriptor that becomes readable when it has ended."""
+
+    def __init__(self, process):
+        self._process = process
+        self.group = process.pid
+        self.end = os.pidfd_open(process.pid)
+
+    def status(self):
+        """The exit status, 128+N when signal N ended the program."""
+        status = self._process.wait()
+        return status if status >= 0 else 128 - status

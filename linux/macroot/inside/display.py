@@ -22,7 +22,7 @@ class Display:
     def start(self):
         """Starts the server; `name` is known after `wait`."""
         self._number_to_come, number = os.pipe()
-        self._server = self._cell.start_with_private_tmp(
+        self._server = self._cell.start_beside(
             [*_SERVER, "-displayfd", str(number)], self._environment, pass_fds=[number],
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         os.close(number)
@@ -40,7 +40,7 @@ class Display:
         if self._saved:
             return
         self._saved = True
-        with self._cell.start_with_private_tmp(
+        with self._cell.start_beside(
                 ["import", "-silent", "-window", "root", "png:-"],
                 {**self._environment, "DISPLAY": self.name}, stdin=subprocess.DEVNULL, stdout=file,
                 stderr=subprocess.PIPE) as camera:

@@ -32,7 +32,8 @@ def supervise(plan, cell, channels):
 def _supervise(plan, cell, channels, ending):
     furnish(plan, cell)
     root, alex = roots_environment(plan), alexs_environment(plan)
-    _own(plan["own"], cell, root)
+    if plan["real_users"]:
+        _own(plan["own"], cell, root)
     _insert_disks(plan["full"], ending)
     if plan["web"]:
         web.start(plan["web"], cell, plan["etc_folders"])
@@ -41,16 +42,15 @@ def _supervise(plan, cell, channels, ending):
     display = _start_display(plan["display"], cell, root, alex, ending)
     Broker(plan, cell, channels["asked"]).start()
     _run_pre(plan["pre"], cell, root)
-    program = _Program(plan, cell, alex)
-
-    def at_the_end():
-        if channels["screenshot"] >= 0:
-            display.save_picture(channels["screenshot"])
-
-    status = program.run(channels["control"], at_the_end)
-    at_the_end()
+    cell.part_users()
+    home = plan["home"] if os.path.isdir(cell.path(plan["home"])) else "/"
+    program = cell.start_program(plan["program"], alex, home)
+    take_picture = contextlib.nullcontext if channels["screenshot"] < 0 else (
+        lambda: display.save_picture(channels["screenshot"]))
+    _wait(program, channels["control"], take_picture)
+    take_picture()
     cell.end_everything()
-    return {"status": status, "keychain": keychain.read()}
+    return {"status": program.status(), "keychain": keychain.read()}
 
 
 def _own(paths, cell, environment):
@@ -93,31 +93,21 @@ def _finish(process, what):
         raise Trouble(f"{what}: {reason}")
 
 
-class _Program:
-    """The program as alex, in a session of its own, so that a signal reaches all of it."""
+def _wait(program, control, before_signal):
+    """Waits for the program's end; passes on the signals whose numbers come in by `control`.
 
-    def __init__(self, plan, cell, environment):
-        home = plan["home"]
-        folder = home if os.path.isdir(cell.path(home)) else "/"
-        self._process = cell.start_as_alex(plan["program"], environment, folder, start_new_session=True)
-
-    def run(self, control, before_signal):
-        """Waits for the end, passing on what signals come in by `control`; the result is the status."""
-        with selectors.DefaultSelector() as selector:
-            ended = selector.register(os.pidfd_open(self._process.pid), selectors.EVENT_READ)
-            selector.register(control, selectors.EVENT_READ)
-            patience = None
-            while True:
-                ready = [key for key, _ in selector.select(patience)]
-                if ended in ready:
-                    status = self._process.wait()
-                    return status if status >= 0 else 128 - status
-                impatient = patience is not None
-                number = os.read(control, 1)[0] if ready else signal.SIGKILL
-                before_signal()
-                self._signal(signal.SIGKILL if impatient else number)
-                patience = _GRACE
-
-    def _signal(self, number):
-        with contextlib.suppress(ProcessLookupError):
-            os.killpg(self._process.pid, number)
+    A program that does not heed the first one in time is killed, and so it is by a second one.
+    """
+    with selectors.DefaultSelector() as selector:
+        ended = selector.register(program.end, selectors.EVENT_READ)
+        selector.register(control, selectors.EVENT_READ)
+        patience = None
+        while True:
+            ready = [key for key, _ in selector.select(patience)]
+            if ended in ready:
+                return
+            number = os.read(control, 1)[0] if ready and patience is None else signal.SIGKILL
+            before_signal()
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(program.group, number)
+            patience = _GRACE

@@ -1,0 +1,129 @@
+"""How commands are started in a Mac root that proot makes; the supervisor itself stays outside."""
+
+import contextlib
+import os
+import signal
+import subprocess
+import time
+
+from macroot.errors import Trouble
+from macroot.inside.cell import UMASK
+from macroot.inside.old_system_calls import filter_young_calls
+from macroot.inside.write_bits import WriteBits
+from macroot.people import ALEX, STAFF
+
+_INSIDE = "/run/macroot/lib/macroot/inside"
+_PATIENCE = 2  # seconds that proot has to end after the last process that it traced
+
+
+class Traced:
+    """Where the host gives no second user, proot shows each side the user that it should be."""
+
+    alex = f"{ALEX}:{STAFF}"
+
+    def __init__(self, plan, options, scratch, channels):
+        self._real_users = plan["real_users"]
+        self._tree = plan["tree"]
+        self._options = options
+        self._scratch = scratch
+        self._etc_folders = plan["etc_folders"]
+        self._started = []
+        self._bits = None if self._real_users else WriteBits(
+            plan["tree"], [plan["home"], *plan["own"]], channels["write_bits"])
+        os.mkdir(self._glue)
+        os.chmod(self._glue, 0o1777)
+
+    @property
+    def _glue(self):
+        """Where proot keeps what it needs for its bindings."""
+        return f"{self._scratch}/glue"
+
+    def path(self, inside):
+        """Where the supervisor finds a path of the inside."""
+        for number, folder in enumerate(self._etc_folders):
+            if inside.startswith(folder + "/"):
+                return f"{self._scratch}/etc{number}{inside[len(folder):]}"
+        return (self._scratch if inside.startswith("/run/") else self._tree) + inside
+
+    def start_as_root(self, command, environment, folder="/", **more):
+        shown = [] if self._real_users else ["-0"]
+        return self._start([*shown, "-w", folder], command, environment, **more)
+
+    def start_as_alex(self, command, environment, folder="/", **more):
+        if self._real_users:
+            more.update(user=ALEX, group=STAFF, extra_groups=[])
+            return self._start(["-w", folder], command, environment, **more)
+        return self._start(["-i", self.alex, "-w", folder], command, environment, **more)
+
+    def start_beside(self, command, environment, **more):
+        """Outside, as the user of the host."""
+        return subprocess.Popen(command, env=environment, umask=UMASK, **more)
+
+    def _start(self, options, command, environment, **more):
+        process = self.start_beside(["proot", "--verbose=-1", *self._options, *options, *command],
+                                    {**environment, "PROOT_TMP_DIR": self._glue},
+                                    preexec_fn=filter_young_calls, **more)
+        self._started.append(process)
+        return process
+
+    def give_to_alex(self, path):
+        """Makes alex the owner of one path of the inside."""
+        if self._real_users:
+            os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
+
+    def part_users(self, since=0):
+        """After root's changes (from that time on): where alex and root are one, keeps alex from them."""
+        if self._bits:
+            self._bits.take(since)
+
+    def start_program(self, command, environment, folder):
+        """The program as alex, in a session of its own, so that a signal reaches all of it."""
+        end, reporting = os.pipe()
+        process = self.start_as_alex(
+            ["/usr/bin/python3", "-ISXutf8", f"{_INSIDE}/reporter.py", str(reporting), *command],
+            environment, folder, start_new_session=True, pass_fds=[reporting])
+        os.close(reporting)
+        return _Program(process, end)
+
+    def end_everything(self):
+        """Kills what is still running of all that was started."""
+        for process in self._started:
+            patience = time.monotonic() + _PATIENCE
+            while process.poll() is None:
+                doomed = _traced_by(process.pid)
+                if time.monotonic() > patience:
+                    doomed.append(process.pid)
+                for number in doomed:
+                    with contextlib.suppress(ProcessLookupError):
+                        os.kill(number, signal.SIGKILL)
+                time.sleep(0.001)
+
+
+class _Program:
+    """A running program: `end` is a descriptor that becomes readable when it has ended."""
+
+    def __init__(self, process, end):
+        self._process = process
+        self.group = process.pid
+        self.end = end
+
+    def status(self):
+        """The exit status, 128+N when signal N ended the program."""
+        with open(self.end, encoding="utf-8") as report:
+            text = report.read()
+        self._process.wait()
+        if not text:  # killed together with the one that reports
+            return 128 + signal.SIGKILL
+        if not text.isdecimal():
+            raise Trouble(text)
+        return int(text)
+
+
+def _traced_by(tracer):
+    """The processes that a process traces."""
+    traced = []
+    for number in filter(str.isdecimal, os.listdir("/proc")):
+        with contextlib.suppress(OSError), open(f"/proc/{number}/status", "rb") as file:
+            if b"\nTracerPid:\t%d\n" % tracer in file.read():
+                traced.append(int(number))
+    return traced

@@ -1,0 +1,70 @@
+"""The boundary where one user of the host stands for both alex and root: missing write permissions.
+
+What is not alex's loses its owner's write permission for the time of the run; root's capabilities
+do not need it. What everybody may write stays so. Each loss is noted in a file that outlives the
+supervisor, so that it can be made good from the outside whatever happened inside.
+"""
+
+import json
+import os
+import stat
+import time
+
+from macroot.people import BUNDLE, SHARED, TEMPORARY_FOLDERS, is_beneath
+
+_HOSTS_FOLDERS = ("/usr", "/dev", "/proc", "/run", "/private/etc")
+_CLOCK_REALTIME_COARSE = 5  # Linux's number; Python has no name for it
+_OWNER_WRITES, _OTHERS_WRITE = 0o200, 0o002
+
+
+class WriteBits:
+    """Takes the permissions; `top` is where the Mac's root lies, `notes` an open file."""
+
+    def __init__(self, top, alexs, notes):
+        self._top = top.rstrip("/")
+        self._left_alone = (*_HOSTS_FOLDERS, SHARED, BUNDLE, *TEMPORARY_FOLDERS, *alexs)
+        self._notes = notes
+
+    def take(self, since=0):
+        """From everything that changed at that time or later."""
+        taken = {}
+        for path, status in self._entries("/"):
+            mode = stat.S_IMODE(status.st_mode)
+            if status.st_ctime >= since and mode & _OWNER_WRITES and not mode & _OTHERS_WRITE:
+                taken[path] = mode
+        # Noted before it happens.
+        os.write(self._notes, b"".join(json.dumps(entry).encode() + b"\n" for entry in taken.items()))
+        for path, mode in taken.items():
+            os.chmod(self._top + path, mode & ~_OWNER_WRITES)
+
+    def _entries(self, folder):
+        """(path, status) of what is not alex's, links left out."""
+        if any(is_beneath(folder, alone) for alone in self._left_alone):
+            return
+        yield folder, os.lstat(self._top + folder)
+        with os.scandir(self._top + folder) as entries:
+            for entry in entries:
+                path = os.path.join(folder, entry.name)
+                if entry.is_dir(follow_symlinks=False):
+                    yield from self._entries(path)
+                elif entry.is_file(follow_symlinks=False) and path not in self._left_alone:
+                    yield path, entry.stat(follow_symlinks=False)
+
+
+def now():
+    """The time of a change that happens after this call, by the clock that file times are taken from."""
+    return time.clock_gettime(_CLOCK_REALTIME_COARSE)
+
+
+def give_back(tree, notes):
+    """Restores what was taken, where nobody changed it since."""
+    with open(notes, encoding="utf-8", closefd=False) as file:
+        file.seek(0)
+        taken = dict(json.loads(line) for line in file)
+    for path, mode in taken.items():
+        try:
+            status = os.lstat(tree + path)
+            if not stat.S_ISLNK(status.st_mode) and stat.S_IMODE(status.st_mode) == mode & ~_OWNER_WRITES:
+                os.chmod(tree + path, mode)
+        except OSError:
+            pass  # gone, or in a folder that was closed since
