@@ -57,8 +57,8 @@ def settle(arguments):
     two_users = _can_be_two_users()
     if os.geteuid() == 0 and _works(_BWRAP_TRIAL):
         return Host(NAMESPACES)
-    if two_users and _works(_BWRAP_TRIAL, _enter_with_every_id):
-        _enter_with_every_id()
+    if two_users and _works(_BWRAP_TRIAL, enter_with_every_id):
+        enter_with_every_id()
         os.execv(again[0], again)
     if _works(_SUBORDINATE_IDS + _BWRAP_TRIAL):
         os.execvp(_SUBORDINATE_IDS[0], _SUBORDINATE_IDS + again)
@@ -80,7 +80,7 @@ def _works(command, before=None):
         return False
 
 
-def _enter_with_every_id():
+def enter_with_every_id():
     """Moves this process into a user namespace; a child that stays outside writes its maps."""
     process = os.getpid()
     entered, entering = os.pipe()

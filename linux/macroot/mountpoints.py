@@ -110,8 +110,17 @@ class MountPoints:
 
 def etc_folders(tree):
     """Where /etc lies: behind the Mac's link, and in a tree's own folder of that name too."""
-    etc = os.path.join(tree, "etc")
-    return ["/private/etc"] + (["/etc"] if os.path.isdir(etc) and not os.path.islink(etc) else [])
+    return ["/private/etc"] + (["/etc"] if _is_real_folder(tree, "etc") else [])
+
+
+def library_folders(tree):
+    """Where a tree brings a folder of its own instead of the link to the host's /usr/bin, /usr/lib, …"""
+    return [f"/{name}" for name in _LIBRARY_LINKS if os.path.islink(f"/{name}") and _is_real_folder(tree, name)]
+
+
+def _is_real_folder(tree, name):
+    path = os.path.join(tree, name)
+    return os.path.isdir(path) and not os.path.islink(path)
 
 
 def _lock_folder():

@@ -53,6 +53,8 @@ def _walls(plan, files):
              "--dev", "/dev", "--chmod", "1777", "/dev/shm", "--proc", "/proc", "--perms", "0755", "--tmpfs", "/run"]
     if plan["web"]:
         walls += ["--unshare-net"]
+    for folder in plan["library_folders"]:
+        walls += ["--ro-bind", f"/usr{folder}", folder]
     for folder in plan["etc_folders"]:
         walls += ["--perms", "0755", "--tmpfs", folder]
         for name in ETC_FROM_HOST:

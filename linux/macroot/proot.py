@@ -16,6 +16,7 @@ from macroot.errors import Trouble
 from macroot.inside.supervisor import supervise
 from macroot.inside.traced import Traced
 from macroot.namespaces import ETC_FROM_HOST, swapped_programs
+from macroot.tree import remove
 
 _INSIDE = os.path.join(os.path.dirname(os.path.realpath(__file__)), "inside")
 
@@ -40,12 +41,13 @@ def carry_out(plan, files, channels):
         return supervise(plan, Traced(plan, _options(plan, files, scratch), scratch, channels.numbers()),
                          channels.numbers())
     finally:
-        shutil.rmtree(scratch, ignore_errors=True)
+        remove(scratch)
 
 
 def _options(plan, files, scratch):
     """proot's options: the tree as root, the host's part and what the run brings over it."""
     bound = [("/usr", "/usr"), ("/dev", "/dev"), ("/proc", "/proc"), (f"{scratch}/run", "/run")]
+    bound += [(f"/usr{folder}", folder) for folder in plan["library_folders"]]
     os.makedirs(f"{scratch}/run/macroot/lib/macroot")
     shutil.copytree(_INSIDE, f"{scratch}/run/macroot/lib/macroot/inside")
     shutil.copy(f"{_INSIDE}/admin", f"{scratch}/run/macroot/admin")

@@ -11,6 +11,7 @@ from macroot.inside.write_bits import give_back
 
 _REPOSITORY = os.path.normpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 _INSTALLER = os.path.join(_REPOSITORY, "build/release/bin/KSExtensionInstaller")
+_FONT_CACHE = "/var/cache/fontconfig"
 
 # Where a Mac root keeps what is not the machine's.
 PROGRAM_FOLDER = "/run/program"
@@ -107,6 +108,7 @@ def _plan(options, host, tree, files):
     return {
         "tree": tree,
         "etc_folders": mountpoints.etc_folders(tree),
+        "library_folders": mountpoints.library_folders(tree),
         "real_users": host.real_users,
         "home": options.home,
         "program": _program(options.program or [_INSTALLER], files),
@@ -127,6 +129,8 @@ def _plan(options, host, tree, files):
 
 def _program(words, files):
     """The program and its arguments as they are called inside; its folder comes along."""
+    if os.path.isdir(_FONT_CACHE):
+        files.bind("/run/macroot/font-cache", _FONT_CACHE)
     if os.path.isdir(os.path.dirname(_INSTALLER)):
         files.bind(INSTALLER_FOLDER, os.path.dirname(_INSTALLER))
     name, *arguments = words

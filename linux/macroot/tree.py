@@ -2,7 +2,6 @@
 
 import os
 import shutil
-import stat
 
 from macroot import machines
 from macroot.errors import Trouble
@@ -80,13 +79,21 @@ def delete(tree):
     if os.path.ismount(tree):
         raise Trouble(f"{tree} is a mount point")
 
-    def open_up_and_retry(function, path, _):
-        for closed in (os.path.dirname(path), path):
-            if stat.S_ISDIR(os.lstat(closed).st_mode):
-                os.chmod(closed, 0o700)
-        function(path)
-
     try:
-        shutil.rmtree(tree, onerror=open_up_and_retry)
+        remove(tree)
     except OSError as error:
         raise Trouble(f"cannot remove {tree}: {error}") from error
+
+
+def remove(folder):
+    """Removes a folder with all in it, folders without permissions included."""
+    _open_up(folder)
+    shutil.rmtree(folder)
+
+
+def _open_up(folder):
+    os.chmod(folder, 0o700)
+    with os.scandir(folder) as entries:
+        for entry in entries:
+            if entry.is_dir(follow_symlinks=False):
+                _open_up(entry.path)

@@ -59,9 +59,15 @@ class Namespaces:
             os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
 
     def part_users(self, since=0):
-        """After root's changes (from that time on): where alex and root are one, keeps alex from them."""
+        """Where alex and root are one: keeps alex from what is root's, or became so since that time."""
         if self._bits:
             self._bits.take(since)
+
+    def close_to_alex(self, folders):
+        """Where alex and root are one: keeps alex from changing folders of the host's part."""
+        if self._bits:
+            for folder in folders:
+                os.chmod(self.path(folder), 0o555)
 
     def end_everything(self):
         """Kills whatever runs inside beside the supervisor."""

@@ -37,7 +37,7 @@ class Disk:
 
     def remove(self):
         """What the disk holds goes back where it came from."""
-        _do("mount", "-o", f"remount,{_AMPLE}", self._path)
+        self._resize(_AMPLE)
         _do("find", self._hidden, "-mindepth", "1", "-delete")
         _copy(self._path, self._hidden)
         if self._filler:
@@ -57,7 +57,11 @@ class Disk:
             self._filler.write(b"\0" * page)
             used = page
         size = used + -(-self._room // page) * page
-        _do("mount", "-o", f"remount,size={size}", self._path)
+        self._resize(f"size={size}")
+
+    def _resize(self, size):
+        # The other options as the kernel tells them may name users that are unknown here.
+        _do("mount", "--options-mode", "ignore", "-o", f"remount,{size}", self._path)
 
 
 def _copy(source, target):

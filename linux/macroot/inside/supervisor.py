@@ -11,7 +11,7 @@ from macroot.inside import web
 from macroot.inside.broker import Broker
 from macroot.inside.disks import Disk
 from macroot.inside.display import Display
-from macroot.inside.furniture import alexs_environment, furnish, roots_environment
+from macroot.inside.furniture import MACROOT, alexs_environment, furnish, roots_environment
 from macroot.inside.keychain import Keychain
 
 _GRACE = 5  # seconds that a program has to end after a signal
@@ -42,6 +42,7 @@ def _supervise(plan, cell, channels, ending):
     display = _start_display(plan["display"], cell, root, alex, ending)
     Broker(plan, cell, channels["asked"]).start()
     _run_pre(plan["pre"], cell, root)
+    cell.close_to_alex([*plan["etc_folders"], "/run", MACROOT])
     cell.part_users()
     home = plan["home"] if os.path.isdir(cell.path(plan["home"])) else "/"
     program = cell.start_program(plan["program"], alex, home)

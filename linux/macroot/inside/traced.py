@@ -10,7 +10,7 @@ from macroot.errors import Trouble
 from macroot.inside.cell import UMASK
 from macroot.inside.old_system_calls import filter_young_calls
 from macroot.inside.write_bits import WriteBits
-from macroot.people import ALEX, STAFF
+from macroot.people import ALEX, STAFF, is_beneath
 
 _INSIDE = "/run/macroot/lib/macroot/inside"
 _PATIENCE = 2  # seconds that proot has to end after the last process that it traced
@@ -41,9 +41,9 @@ class Traced:
     def path(self, inside):
         """Where the supervisor finds a path of the inside."""
         for number, folder in enumerate(self._etc_folders):
-            if inside.startswith(folder + "/"):
+            if is_beneath(inside, folder):
                 return f"{self._scratch}/etc{number}{inside[len(folder):]}"
-        return (self._scratch if inside.startswith("/run/") else self._tree) + inside
+        return (self._scratch if is_beneath(inside, "/run") else self._tree) + inside
 
     def start_as_root(self, command, environment, folder="/", **more):
         shown = [] if self._real_users else ["-0"]
@@ -72,9 +72,15 @@ class Traced:
             os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
 
     def part_users(self, since=0):
-        """After root's changes (from that time on): where alex and root are one, keeps alex from them."""
+        """Where alex and root are one: keeps alex from what is root's, or became so since that time."""
         if self._bits:
             self._bits.take(since)
+
+    def close_to_alex(self, folders):
+        """Where alex and root are one: keeps alex from changing folders of the host's part."""
+        if self._bits:
+            for folder in folders:
+                os.chmod(self.path(folder), 0o555)
 
     def start_program(self, command, environment, folder):
         """The program as alex, in a session of its own, so that a signal reaches all of it."""
