@@ -3,3 +3,6 @@
 
 #include <Foundation/Foundation.h>
 #include_next <AppKit/AppKit.h>
+
+// GNUstep's has another bit.
+#define NSWorkspaceLaunchDefault static_cast<NSWorkspaceLaunchOptions>(0x10000)

@@ -13,3 +13,7 @@ NSString* ApplicationIdentifier(NSDictionary* info);
 /// What a person reads: CFBundleDisplayName, else CFBundleName, else the folder's name without
 /// ".app".
 NSString* ApplicationName(NSString* bundlePath, NSDictionary* info);
+
+/// The path of the program that the bundle runs: CFBundleExecutable, else the folder's name without
+/// ".app". nil when there is no bundle that can be read.
+NSString* ApplicationProgram(NSString* bundlePath);

@@ -3,11 +3,16 @@
 namespace {
 
 NSString* const kInfoFile = @"Contents/Info.plist";
+NSString* const kProgramsFolder = @"Contents/MacOS";
 
 /// nil for anything but a text that says something.
 NSString* TextUnder(NSString* key, NSDictionary* info) {
     id value = [info objectForKey:key];
     return [value isKindOfClass:[NSString class]] && [value length] > 0 ? value : nil;
+}
+
+NSString* NameOfFolder(NSString* bundlePath) {
+    return [[bundlePath lastPathComponent] stringByDeletingPathExtension];
 }
 
 }  // namespace
@@ -38,5 +43,15 @@ NSString* ApplicationName(NSString* bundlePath, NSDictionary* info) {
             return name;
         }
     }
-    return [[bundlePath lastPathComponent] stringByDeletingPathExtension];
+    return NameOfFolder(bundlePath);
+}
+
+NSString* ApplicationProgram(NSString* bundlePath) {
+    NSDictionary* info = ApplicationInfo(bundlePath);
+    if (info == nil) {
+        return nil;
+    }
+    NSString* named = TextUnder(@"CFBundleExecutable", info);
+    return [[bundlePath stringByAppendingPathComponent:kProgramsFolder]
+        stringByAppendingPathComponent:named != nil ? named : NameOfFolder(bundlePath)];
 }
