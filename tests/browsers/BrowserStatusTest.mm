@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "browsers/EdgeInstall.h"
+#include "browsers/FFoxInstall.h"
 #include "tests/logging/LogFile.h"
 
 namespace {
@@ -54,6 +55,28 @@ TEST_F(BrowserStatusTest, EdgeThatIsNotFound) {
 TEST_F(BrowserStatusTest, EdgeWithAnotherStatusShowsItUnsigned) {
     answer = -10813;
     EXPECT_FALSE([EdgeInstall IsBrowserInstalled]);
+    EXPECT_EQ(Log(), "\nHH:MM:SS - WARNING : An error occurred: 4294956483");
+}
+
+TEST_F(BrowserStatusTest, FirefoxThatIsFound) {
+    answer = noErr;
+    EXPECT_TRUE([FFoxInstall IsBrowserInstalled]);
+    EXPECT_TRUE([asked isEqualToString:@"org.mozilla.firefox"]);
+    EXPECT_EQ(Log(),
+              "\nHH:MM:SS - INFO : Application URL is: file:///Applications/Some%20App.app/");
+}
+
+TEST_F(BrowserStatusTest, FirefoxThatIsNotFound) {
+    answer = -10814;
+    EXPECT_FALSE([FFoxInstall IsBrowserInstalled]);
+    EXPECT_EQ(Log(), "\nHH:MM:SS - INFO : Firefox application not found!");
+    EXPECT_FALSE([FFoxInstall IsExtensionInstalled]);
+    EXPECT_TRUE([FFoxInstall InstallExtension]);  // nothing to do counts as success
+}
+
+TEST_F(BrowserStatusTest, FirefoxWithAnotherStatusShowsItUnsigned) {
+    answer = -10813;
+    EXPECT_FALSE([FFoxInstall IsBrowserInstalled]);
     EXPECT_EQ(Log(), "\nHH:MM:SS - WARNING : An error occurred: 4294956483");
 }
 
