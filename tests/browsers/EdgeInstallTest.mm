@@ -11,7 +11,6 @@ namespace {
 NSString* const kEdgeFolder = @"/Users/alex/Library/Application Support/Microsoft Edge";
 NSString* const kHostManifest = @"NativeMessagingHosts/com.corvendale.kschromena.json";
 NSString* const kDescriptor = @"External Extensions/ljdimbpkaehcfognojlkbmcpiedhfagk.json";
-NSString* const kApplication = @"/Applications/Microsoft Edge.app";
 
 class EdgeInstallTest : public testing::Test {
   protected:
