@@ -19,6 +19,7 @@ NSString* const kProductVersionKey = @"KSVersion";
 NSString* const kDefaultProductVersion = @"20200902";
 
 constexpr const char* kHIDSystem = "IOHIDSystem";
+NSString* const kIdleTimeProperty = @"HIDIdleTime";
 constexpr double kNanosecondsPerSecond = 1000000000.0;
 constexpr int kUnknown = -1;
 
@@ -44,7 +45,7 @@ bool ReadIdleTime(int64_t& nanoseconds) {
         !properties) {
         return false;
     }
-    const CFTypeRef idle = CFDictionaryGetValue(properties.Get(), CFSTR("HIDIdleTime"));
+    const CFTypeRef idle = CFDictionaryGetValue(properties.Get(), (CFStringRef)kIdleTimeProperty);
     return idle != nullptr && CFGetTypeID(idle) == CFNumberGetTypeID() &&
            CFNumberGetValue(static_cast<CFNumberRef>(idle), kCFNumberSInt64Type, &nanoseconds);
 }

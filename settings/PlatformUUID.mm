@@ -8,6 +8,7 @@
 namespace {
 
 constexpr const char* kPlatformExpert = "IOPlatformExpertDevice";
+NSString* const kPlatformUUIDProperty = @"IOPlatformUUID";
 
 }  // namespace
 
@@ -18,7 +19,7 @@ std::string PlatformUUID() {
         return std::string();
     }
     const ScopedCFRef<CFTypeRef> identifier(IORegistryEntryCreateCFProperty(
-        machine.Get(), CFSTR("IOPlatformUUID"), kCFAllocatorDefault, 0));
+        machine.Get(), (CFStringRef)kPlatformUUIDProperty, kCFAllocatorDefault, 0));
     if (!identifier || CFGetTypeID(identifier.Get()) != CFStringGetTypeID()) {
         return std::string();
     }
