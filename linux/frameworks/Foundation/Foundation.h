@@ -5,6 +5,9 @@
 
 enum {
     NSFileWriteVolumeReadOnlyError = 642,
+    NSPropertyListReadCorruptError = 3840,
+    NSPropertyListReadStreamError = 3842,
+    NSPropertyListWriteStreamError = 3851,
 };
 
 enum {

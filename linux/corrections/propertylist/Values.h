@@ -1,0 +1,98 @@
+#pragma once
+
+#include <Foundation/Foundation.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The objects that a property list consists of, and what all its readers and writers need of them.
+
+/// A list may nest this deep, in either direction: a hostile one must not exhaust the stack,
+/// neither here nor later when its objects are compared or released.
+constexpr unsigned kDeepestNesting = 512;
+
+/// What is wrong, as a sentence that lives as long as the process; nullptr if nothing is.
+using Problem = const char*;
+
+/// The reference of one object to another in a keyed archive. It is a type of its own in the binary
+/// format, and in XML the dictionary that it also shows itself as: one entry, "CF$UID".
+@interface KSPropertyListUID : NSDictionary {
+    NSDictionary* _entry;
+}
+- (id)initWithUID:(unsigned long long)uid;
+- (unsigned long long)uid;
+@end
+
+namespace propertylist {
+
+extern NSString* const kUidKey;
+
+enum class Kind { Array, Boolean, Data, Date, Dictionary, Integer, Real, String, Uid, Unsuitable };
+
+/// Unsuitable: nil, or nothing that a property list can hold.
+Kind KindOf(id value);
+
+/// Whether an integer is below zero.
+bool IsNegative(NSNumber* integer);
+
+/// @param text  gets the string's UTF-16 units
+void GetText(NSString* string, std::u16string& text);
+
+/// The text as long as it is plain ASCII.
+/// @return false when it is not
+bool GetAscii(std::u16string_view text, std::string& bytes);
+
+/// An entry of a dictionary.
+struct Entry {
+    std::u16string key;
+    id keyObject;
+    id value;
+};
+
+/// A dictionary's entries in the order of their keys, so that equal lists are written alike.
+/// @return false when a key is no string
+bool GetEntries(NSDictionary* dictionary, std::vector<Entry>& entries);
+
+/// Owns a reference to each of some objects.
+class References {
+  public:
+    References() = default;
+    References(const References&) = delete;
+    References& operator=(const References&) = delete;
+    ~References();
+
+    void Reserve(std::size_t count) { objects_.reserve(count); }
+    void Add(id owned) { objects_.push_back(owned); }
+    const id* data() const { return objects_.data(); }
+    std::size_t size() const { return objects_.size(); }
+    id operator[](std::size_t index) const { return objects_[index]; }
+
+  private:
+    std::vector<id> objects_;
+};
+
+/// Makes the objects of a list, mutable or not. The caller owns what the functions return.
+class Maker {
+  public:
+    explicit Maker(NSPropertyListMutabilityOptions options);
+
+    bool MutableContainers() const { return mutableContainers_; }
+    bool MutableLeaves() const { return mutableLeaves_; }
+
+    NSString* NewAscii(std::string_view ascii) const;
+    NSString* NewText(std::u16string_view text) const;
+    /// nil if the bytes are not UTF-8.
+    NSString* NewUtf8(std::string_view bytes) const;
+    NSData* NewData(std::string_view bytes) const;
+    NSArray* NewArray(const References& values) const;
+    /// Of two entries with equal keys the later one counts.
+    NSDictionary* NewDictionary(const References& keys, const References& values) const;
+
+  private:
+    bool mutableContainers_;
+    bool mutableLeaves_;
+};
+
+}  // namespace propertylist

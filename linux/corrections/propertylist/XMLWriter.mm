@@ -1,0 +1,207 @@
+#include "linux/corrections/propertylist/XMLWriter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "linux/corrections/propertylist/Base64.h"
+#include "linux/corrections/propertylist/Calendar.h"
+#include "linux/corrections/propertylist/Unicode.h"
+
+namespace propertylist {
+
+namespace {
+
+constexpr const char* kStart = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                               "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                               "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+                               "<plist version=\"1.0\">\n";
+constexpr const char* kEnd = "</plist>\n";
+
+void AppendReal(double real, std::string& text) {
+    if (std::isnan(real)) {
+        text += "nan";
+    } else if (std::isinf(real)) {
+        text += real > 0 ? "+infinity" : "-infinity";
+    } else if (real == 0) {
+        text += std::signbit(real) ? "-0.0" : "0.0";
+    } else {
+        char number[32];
+        std::snprintf(number, sizeof number, "%.17g", real);
+        text += number;
+    }
+}
+
+class Writer {
+  public:
+    explicit Writer(std::string& out) : out_(out) {}
+
+    bool Write(id value, unsigned depth);
+    Problem WhatIsWrong() const { return problem_; }
+
+  private:
+    bool Fail(Problem problem) {
+        problem_ = problem;
+        return false;
+    }
+
+    void Line(unsigned depth, const char* text) {
+        out_.append(depth, '\t').append(text).append("\n");
+    }
+    bool WriteElement(const char* name, std::u16string_view text, unsigned depth);
+    void WriteInteger(NSNumber* integer, unsigned depth);
+    void WriteReal(NSNumber* real, unsigned depth);
+    bool WriteDate(NSDate* date, unsigned depth);
+    void WriteData(NSData* data, unsigned depth);
+    bool WriteArray(NSArray* array, unsigned depth);
+    bool WriteDictionary(NSDictionary* dictionary, unsigned depth);
+
+    std::string& out_;
+    std::u16string text_;
+    std::string bytes_;
+    Problem problem_ = nullptr;
+};
+
+/// @param depth  the number of containers around the value
+bool Writer::Write(id value, unsigned depth) {
+    const Kind kind = KindOf(value);
+    if ((kind == Kind::Array || kind == Kind::Dictionary) && depth >= kDeepestNesting) {
+        return Fail("The property list is nested too deep, or contains itself.");
+    }
+    switch (kind) {
+        case Kind::Array:
+            return WriteArray(value, depth);
+        case Kind::Boolean:
+            Line(depth, [value boolValue] ? "<true/>" : "<false/>");
+            return true;
+        case Kind::Data:
+            WriteData(value, depth);
+            return true;
+        case Kind::Date:
+            return WriteDate(value, depth);
+        case Kind::Dictionary:
+        case Kind::Uid:
+            return WriteDictionary(value, depth);
+        case Kind::Integer:
+            WriteInteger(value, depth);
+            return true;
+        case Kind::Real:
+            WriteReal(value, depth);
+            return true;
+        case Kind::String:
+            GetText(value, text_);
+            return WriteElement("string", text_, depth);
+        case Kind::Unsuitable:
+            break;
+    }
+    return Fail("Property lists cannot contain an object of this class.");
+}
+
+bool Writer::WriteElement(const char* name, std::u16string_view text, unsigned depth) {
+    bytes_.clear();
+    if (!AppendUtf8(text, bytes_)) {
+        return Fail("A string of the property list has half a surrogate pair.");
+    }
+    out_.append(depth, '\t').append("<").append(name).append(">");
+    for (const char character : bytes_) {
+        switch (character) {
+            case '&':
+                out_ += "&amp;";
+                break;
+            case '<':
+                out_ += "&lt;";
+                break;
+            case '>':
+                out_ += "&gt;";
+                break;
+            case '\r':
+                // A reader that follows XML would turn a bare one into a line feed.
+                out_ += "&#13;";
+                break;
+            default:
+                out_ += character;
+        }
+    }
+    out_.append("</").append(name).append(">\n");
+    return true;
+}
+
+void Writer::WriteInteger(NSNumber* integer, unsigned depth) {
+    out_.append(depth, '\t').append("<integer>");
+    out_ += IsNegative(integer) ? std::to_string([integer longLongValue])
+                                : std::to_string([integer unsignedLongLongValue]);
+    out_ += "</integer>\n";
+}
+
+void Writer::WriteReal(NSNumber* real, unsigned depth) {
+    out_.append(depth, '\t').append("<real>");
+    AppendReal([real doubleValue], out_);
+    out_ += "</real>\n";
+}
+
+bool Writer::WriteDate(NSDate* date, unsigned depth) {
+    out_.append(depth, '\t').append("<date>");
+    if (!AppendMoment([date timeIntervalSinceReferenceDate], out_)) {
+        return Fail("A date of the property list is beyond any calendar.");
+    }
+    out_ += "</date>\n";
+    return true;
+}
+
+void Writer::WriteData(NSData* data, unsigned depth) {
+    constexpr std::size_t kLineWidth = 76;
+    constexpr unsigned kTabWidth = 8;
+    constexpr unsigned kMostTabs = 8;
+
+    Line(depth, "<data>");
+    AppendBase64({static_cast<const char*>([data bytes]), [data length]}, std::string(depth, '\t'),
+                 kLineWidth - kTabWidth * std::min(depth, kMostTabs), out_);
+    Line(depth, "</data>");
+}
+
+bool Writer::WriteArray(NSArray* array, unsigned depth) {
+    if ([array count] == 0) {
+        Line(depth, "<array/>");
+        return true;
+    }
+    Line(depth, "<array>");
+    for (id value in array) {
+        if (!Write(value, depth + 1)) {
+            return false;
+        }
+    }
+    Line(depth, "</array>");
+    return true;
+}
+
+bool Writer::WriteDictionary(NSDictionary* dictionary, unsigned depth) {
+    std::vector<Entry> entries;
+    if (!GetEntries(dictionary, entries)) {
+        return Fail("Property lists can only have strings as keys of dictionaries.");
+    }
+    if (entries.empty()) {
+        Line(depth, "<dict/>");
+        return true;
+    }
+    Line(depth, "<dict>");
+    for (const Entry& entry : entries) {
+        if (!WriteElement("key", entry.key, depth + 1) || !Write(entry.value, depth + 1)) {
+            return false;
+        }
+    }
+    Line(depth, "</dict>");
+    return true;
+}
+
+}  // namespace
+
+bool WriteXML(id root, std::string& text, Problem& problem) {
+    text = kStart;
+    Writer writer(text);
+    const bool written = writer.Write(root, 0);
+    problem = writer.WhatIsWrong();
+    text += kEnd;
+    return written;
+}
+
+}  // namespace propertylist

@@ -1,0 +1,342 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/linux/ErrorChecks.h"
+
+@interface OwnObject : NSObject
+@end
+
+@implementation OwnObject
+@end
+
+namespace {
+
+constexpr NSPropertyListFormat kXML = NSPropertyListXMLFormat_v1_0;
+constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
+constexpr NSPropertyListFormat kFormats[] = {kXML, kBinary};
+
+class PropertyListSerialization : public testing::Test {
+  protected:
+    NSData* Write(id list, NSPropertyListFormat format) {
+        return [NSPropertyListSerialization dataWithPropertyList:list
+                                                          format:format
+                                                         options:0
+                                                           error:&error_];
+    }
+    id Read(NSData* data, NSPropertyListReadOptions options = NSPropertyListImmutable) {
+        return [NSPropertyListSerialization propertyListWithData:data
+                                                         options:options
+                                                          format:&format_
+                                                           error:&error_];
+    }
+
+    void ExpectUnsuitable(id list) {
+        for (const NSPropertyListFormat format : kFormats) {
+            error_ = nil;
+            EXPECT_EQ(Write(list, format), nil);
+            EXPECT_EQ(Text([error_ domain]), "NSCocoaErrorDomain");
+            EXPECT_EQ([error_ code], NSPropertyListWriteStreamError);
+            EXPECT_GT([[error_ localizedDescription] length], 0U);
+            EXPECT_FALSE([NSPropertyListSerialization propertyList:list isValidForFormat:format]);
+
+            NSString* text = nil;
+            EXPECT_EQ([NSPropertyListSerialization dataFromPropertyList:list
+                                                                 format:format
+                                                       errorDescription:&text],
+                      nil);
+            EXPECT_GT([text length], 0U);
+        }
+    }
+
+    void ExpectUnsuitableAnywhere(id object) {
+        ExpectUnsuitable(object);
+        ExpectUnsuitable(@[ @1, object ]);
+        ExpectUnsuitable(@{@"key" : @[ @{@"inner" : object} ]});
+    }
+
+    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
+    NSError* error_ = nil;
+    NSPropertyListFormat format_ = 0;
+
+    ~PropertyListSerialization() override { [pool_ release]; }
+};
+
+NSData* Bytes(const char* text) {
+    return [NSData dataWithBytes:text length:strlen(text)];
+}
+
+NSDictionary* Sample() {
+    return @{
+        @"array" : @[ @"string", @1, [NSNumber numberWithBool:YES], @2.5, @[], @{} ],
+        @"data" : Bytes("data"),
+        @"date" : [NSDate distantFuture],
+        @"dictionary" : @{@"inner" : @"text"},
+    };
+}
+
+TEST_F(PropertyListSerialization, ListsComeBackEqualInBothFormats) {
+    for (const NSPropertyListFormat format : kFormats) {
+        EXPECT_TRUE([Read(Write(Sample(), format)) isEqual:Sample()]);
+        EXPECT_EQ(format_, format);
+        EXPECT_EQ(error_, nil);
+    }
+}
+
+TEST_F(PropertyListSerialization, EveryKindOfValueMayBeTheRoot) {
+    for (id root in @[
+             @"text", @"", @1, @2.5, [NSNumber numberWithBool:NO], [NSData data], @[], @{},
+             [NSDate distantPast]
+         ]) {
+        for (const NSPropertyListFormat format : kFormats) {
+            EXPECT_TRUE([Read(Write(root, format)) isEqual:root]) << Text([root description]);
+        }
+    }
+}
+
+TEST_F(PropertyListSerialization, NumbersKeepTheirKind) {
+    for (const NSPropertyListFormat format : kFormats) {
+        NSArray* numbers = Read(Write(
+            @[
+                [NSNumber numberWithBool:YES], @1, @1.0,
+                [NSNumber numberWithUnsignedLongLong:UINT64_MAX],
+                [NSNumber numberWithLongLong:INT64_MIN]
+            ],
+            format));
+        ASSERT_EQ([numbers count], 5U);
+        EXPECT_EQ([numbers objectAtIndex:0], [NSNumber numberWithBool:YES]);
+        EXPECT_NE([numbers objectAtIndex:1], [NSNumber numberWithBool:YES]);
+        EXPECT_STREQ([[numbers objectAtIndex:1] objCType], @encode(int));
+        EXPECT_STREQ([[numbers objectAtIndex:2] objCType], @encode(double));
+        EXPECT_EQ([[numbers objectAtIndex:3] unsignedLongLongValue], UINT64_MAX);
+        EXPECT_EQ([[numbers objectAtIndex:4] longLongValue], INT64_MIN);
+    }
+}
+
+TEST_F(PropertyListSerialization, ObjectsOfOtherClassesAreRefusedAtEveryLevel) {
+    ExpectUnsuitableAnywhere([NSNull null]);
+    ExpectUnsuitableAnywhere([[[OwnObject alloc] init] autorelease]);
+    ExpectUnsuitableAnywhere([NSSet setWithObject:@"a"]);
+    ExpectUnsuitableAnywhere([NSURL URLWithString:@"http://a.example/"]);
+    ExpectUnsuitableAnywhere([NSString class]);
+    ExpectUnsuitableAnywhere([NSValue valueWithPointer:nullptr]);
+}
+
+TEST_F(PropertyListSerialization, NoListAtAllIsRefused) {
+    ExpectUnsuitable(nil);
+}
+
+TEST_F(PropertyListSerialization, KeysThatAreNoStringsAreRefused) {
+    ExpectUnsuitable(@{@1 : @"value"});
+    ExpectUnsuitable(@{@"key" : @[ @{[NSDate distantPast] : @"value"} ]});
+}
+
+TEST_F(PropertyListSerialization, ListsThatContainThemselvesAreRefused) {
+    NSMutableArray* array = [NSMutableArray array];
+    NSMutableDictionary* dictionary = [NSMutableDictionary dictionaryWithObject:array forKey:@"a"];
+    [array addObject:@"first"];
+    [array addObject:dictionary];
+    [array addObject:dictionary];
+    ExpectUnsuitable(array);
+    ExpectUnsuitable(dictionary);
+    [array removeAllObjects];
+}
+
+TEST_F(PropertyListSerialization, AnUnknownFormatIsRefused) {
+    EXPECT_EQ(Write(Sample(), 77), nil);
+    EXPECT_EQ([error_ code], NSPropertyListWriteStreamError);
+    EXPECT_EQ(Write(nil, NSPropertyListOpenStepFormat), nil);
+}
+
+TEST_F(PropertyListSerialization, MalformedDataIsAnErrorAndLeavesTheFormatAlone) {
+    format_ = 42;
+    for (const char* text :
+         {"", "<plist>", "bplist00", "nothing", "{ a = ", "(1, 2", "{ a b c }"}) {
+        error_ = nil;
+        EXPECT_EQ(Read(Bytes(text)), nil) << text;
+        EXPECT_EQ(Text([error_ domain]), "NSCocoaErrorDomain");
+        EXPECT_EQ([error_ code], NSPropertyListReadCorruptError);
+        EXPECT_GT([[error_ localizedDescription] length], 0U);
+        EXPECT_EQ(format_, 42U);
+    }
+    EXPECT_EQ(Read(nil), nil);
+    EXPECT_EQ([error_ code], NSPropertyListReadCorruptError);
+}
+
+TEST_F(PropertyListSerialization, NobodyHasToAskForErrorOrFormat) {
+    EXPECT_EQ([NSPropertyListSerialization propertyListWithData:Bytes("<plist>")
+                                                        options:0
+                                                         format:nullptr
+                                                          error:nullptr],
+              nil);
+    EXPECT_EQ([NSPropertyListSerialization dataWithPropertyList:nil
+                                                         format:kXML
+                                                        options:0
+                                                          error:nullptr],
+              nil);
+}
+
+TEST_F(PropertyListSerialization, TheOlderMethodsAnswerWithATextThatMayBeReleased) {
+    NSString* text = nil;
+    EXPECT_EQ([NSPropertyListSerialization propertyListFromData:Bytes("<plist>")
+                                               mutabilityOption:NSPropertyListImmutable
+                                                         format:nullptr
+                                               errorDescription:&text],
+              nil);
+    EXPECT_GT([text length], 0U);
+    [text release];
+    [text release];
+
+    NSData* data = [NSPropertyListSerialization dataFromPropertyList:Sample()
+                                                              format:kXML
+                                                    errorDescription:&text];
+    EXPECT_EQ(text, nil);
+    id list = [NSPropertyListSerialization propertyListFromData:data
+                                               mutabilityOption:NSPropertyListImmutable
+                                                         format:&format_
+                                               errorDescription:&text];
+    EXPECT_TRUE([list isEqual:Sample()]);
+    EXPECT_EQ(text, nil);
+    EXPECT_EQ(format_, kXML);
+}
+
+class Mutability : public PropertyListSerialization,
+                   public testing::WithParamInterface<NSPropertyListFormat> {
+  protected:
+    /// A list in which every kind of object stands at the root's level and below it.
+    NSDictionary* ReadWith(NSPropertyListReadOptions options) {
+        NSArray* values = @[ @"text", Bytes("data"), @[], @{} ];
+        return Read(Write(
+                        @{@"values" : values,
+                          @"deep" : @[ @{@"values" : values} ]},
+                        GetParam()),
+                    options);
+    }
+
+    static NSArray* DeepValues(NSDictionary* root) {
+        return [[[root objectForKey:@"deep"] objectAtIndex:0] objectForKey:@"values"];
+    }
+};
+
+TEST_P(Mutability, NothingIsMutableUnlessAskedFor) {
+    NSDictionary* root = ReadWith(NSPropertyListImmutable);
+    EXPECT_FALSE([root isKindOfClass:[NSMutableDictionary class]]);
+    EXPECT_FALSE([DeepValues(root) isKindOfClass:[NSMutableArray class]]);
+    EXPECT_FALSE([[DeepValues(root) objectAtIndex:0] isKindOfClass:[NSMutableString class]]);
+    EXPECT_FALSE([[DeepValues(root) objectAtIndex:1] isKindOfClass:[NSMutableData class]]);
+    EXPECT_FALSE([[DeepValues(root) objectAtIndex:2] isKindOfClass:[NSMutableArray class]]);
+    EXPECT_FALSE([[DeepValues(root) objectAtIndex:3] isKindOfClass:[NSMutableDictionary class]]);
+}
+
+TEST_P(Mutability, ContainersAreMutableAtEveryLevel) {
+    NSMutableDictionary* root = (NSMutableDictionary*)ReadWith(NSPropertyListMutableContainers);
+    [root setObject:@1 forKey:@"new"];
+    [[root objectForKey:@"values"] addObject:@1];
+    NSMutableArray* values = (NSMutableArray*)DeepValues(root);
+    [[values objectAtIndex:2] addObject:@1];
+    [[values objectAtIndex:3] setObject:@1 forKey:@"new"];
+    [values removeObjectAtIndex:0];
+    EXPECT_EQ([root count], 3U);
+    EXPECT_EQ([values count], 3U);
+    EXPECT_FALSE([[values objectAtIndex:0] isKindOfClass:[NSMutableData class]]);
+}
+
+TEST_P(Mutability, LeavesAreMutableAtEveryLevel) {
+    NSDictionary* root = ReadWith(NSPropertyListMutableContainersAndLeaves);
+    for (NSArray* values in @[ [root objectForKey:@"values"], DeepValues(root) ]) {
+        [[values objectAtIndex:0] appendString:@" and more"];
+        [[values objectAtIndex:1] appendBytes:"!" length:1];
+        [[values objectAtIndex:2] addObject:@1];
+        EXPECT_EQ(Text((NSString*)[values objectAtIndex:0]), "text and more");
+        EXPECT_EQ([[values objectAtIndex:1] length], 5U);
+    }
+}
+
+TEST_P(Mutability, WhatIsMutableIsNeverShared) {
+    for (const auto options :
+         {NSPropertyListMutableContainers, NSPropertyListMutableContainersAndLeaves}) {
+        NSArray* list = Read(Write(@[ @[ @"a" ], @[ @"a" ] ], GetParam()), options);
+        [[list objectAtIndex:0] addObject:@"b"];
+        EXPECT_EQ([[list objectAtIndex:1] count], 1U);
+    }
+    NSArray* list =
+        Read(Write(@[ @"a", @"a" ], GetParam()), NSPropertyListMutableContainersAndLeaves);
+    [[list objectAtIndex:0] appendString:@"b"];
+    EXPECT_EQ(Text((NSString*)[list objectAtIndex:1]), "a");
+}
+
+TEST_P(Mutability, ListsOfEveryMutabilityAreEqual) {
+    NSDictionary* immutable = ReadWith(NSPropertyListImmutable);
+    EXPECT_TRUE([ReadWith(NSPropertyListMutableContainers) isEqual:immutable]);
+    EXPECT_TRUE([immutable isEqual:ReadWith(NSPropertyListMutableContainersAndLeaves)]);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, Mutability, testing::Values(kXML, kBinary),
+                         [](const auto& info) { return info.param == kXML ? "XML" : "Binary"; });
+
+TEST_F(PropertyListSerialization, StreamsAreReadAndWritten) {
+    NSOutputStream* out = [NSOutputStream outputStreamToMemory];
+    [out open];
+    const NSInteger length = [NSPropertyListSerialization writePropertyList:Sample()
+                                                                   toStream:out
+                                                                     format:kBinary
+                                                                    options:0
+                                                                      error:&error_];
+    NSData* written = [out propertyForKey:NSStreamDataWrittenToMemoryStreamKey];
+    EXPECT_EQ(static_cast<NSUInteger>(length), [written length]);
+
+    NSInputStream* in = [NSInputStream inputStreamWithData:written];
+    [in open];
+    id list = [NSPropertyListSerialization propertyListWithStream:in
+                                                          options:0
+                                                           format:&format_
+                                                            error:&error_];
+    EXPECT_TRUE([list isEqual:Sample()]);
+    EXPECT_EQ(format_, kBinary);
+
+    EXPECT_EQ([NSPropertyListSerialization writePropertyList:[NSNull null]
+                                                    toStream:out
+                                                      format:kXML
+                                                     options:0
+                                                       error:&error_],
+              0);
+    EXPECT_EQ([error_ code], NSPropertyListWriteStreamError);
+}
+
+TEST_F(PropertyListSerialization, TheFormatsOfGNUstepStayWritableAndReadable) {
+    for (const auto format : {NSPropertyListOpenStepFormat, NSPropertyListGNUstepFormat}) {
+        NSDictionary* list = @{@"key" : @[ @"a b", @{@"ä" : Bytes("data")} ]};
+        EXPECT_TRUE([Read(Write(list, format)) isEqual:list]);
+    }
+    EXPECT_TRUE([Read(Bytes("( <*I5>, <*BY> )")) isEqual:(@[ @5, [NSNumber numberWithBool:YES] ])]);
+}
+
+TEST_F(PropertyListSerialization, KeyedArchivesWork) {
+    NSData* archive = [NSKeyedArchiver archivedDataWithRootObject:Sample()];
+    EXPECT_TRUE([[NSKeyedUnarchiver unarchiveObjectWithData:archive] isEqual:Sample()]);
+    for (const NSPropertyListFormat format : kFormats) {
+        NSData* converted = Write(Read(archive), format);
+        EXPECT_TRUE([[NSKeyedUnarchiver unarchiveObjectWithData:converted] isEqual:Sample()]);
+    }
+}
+
+TEST_F(PropertyListSerialization, TheReferencesOfAKeyedArchiveAreDictionariesToLookAt) {
+    NSDictionary* uid =
+        Read(Bytes("<plist><dict><key>CF$UID</key><integer>7</integer></dict></plist>"));
+    EXPECT_EQ([uid count], 1U);
+    EXPECT_TRUE([[uid objectForKey:@"CF$UID"] isEqual:@7]);
+    EXPECT_TRUE([uid isEqual:(@{@"CF$UID" : @7})]);
+    NSUInteger keys = 0;
+    for (NSString* key in uid) {
+        EXPECT_EQ(Text(key), "CF$UID");
+        ++keys;
+    }
+    EXPECT_EQ(keys, 1U);
+    EXPECT_TRUE([[uid copy] autorelease] == uid);
+    NSMutableDictionary* changed = [[uid mutableCopy] autorelease];
+    [changed setObject:@1 forKey:@"a"];
+    EXPECT_EQ([changed count], 2U);
+    EXPECT_EQ([Write(uid, kBinary) length], strlen("bplist00") + 2 + 1 + 32);
+}
+
+}  // namespace
