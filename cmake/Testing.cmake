@@ -33,3 +33,11 @@ function(mac_test name machine)
       ${machine} ${arg_RUN} -- $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "${KS_TEST_ENVIRONMENT}" TIMEOUT 300)
 endfunction()
+
+# thread_test(NAME): marks a test that runs several threads. Those run by themselves in other builds, which
+# need no more than the target thread_tests.
+add_custom_target(thread_tests)
+function(thread_test name)
+  set_tests_properties(${name} PROPERTIES LABELS threads)
+  add_dependencies(thread_tests ${name})
+endfunction()
