@@ -5,8 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <csignal>
 #include <fstream>
+#include <stdexcept>
 #include <system_error>
 
 namespace {
@@ -15,6 +18,14 @@ struct FileActions : posix_spawn_file_actions_t {
     FileActions() { posix_spawn_file_actions_init(this); }
     ~FileActions() { posix_spawn_file_actions_destroy(this); }
 };
+
+std::array<int, 2> Pipe() {
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0) {
+        throw std::system_error(errno, std::generic_category(), "pipe");
+    }
+    return ends;
+}
 
 /// The kernel lets the parent go on a moment before it shows the new program's arguments.
 void WaitForCommandLine(pid_t process) {
@@ -29,6 +40,22 @@ void WaitForCommandLine(pid_t process) {
 }
 
 }  // namespace
+
+Announcement::Announcement() : Announcement(Pipe()) {}
+
+Announcement::Announcement(const std::array<int, 2>& ends) : reading_(ends[0]), writing_(ends[1]) {}
+
+std::string Announcement::Read() {
+    writing_.Close();
+    std::string line;
+    for (char next = 0; read(reading_.get(), &next, 1) == 1 && next != '\n';) {
+        line += next;
+    }
+    if (line.empty()) {
+        throw std::runtime_error("the program ended without a word");
+    }
+    return line;
+}
 
 ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments,
                            const std::string& folder) {

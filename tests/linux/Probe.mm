@@ -19,6 +19,8 @@ int main() {
         NSProcessInfo* process = [NSProcessInfo processInfo];
         // GNUstep asks for the environment's locale while it works these out.
         [[NSUserDefaults standardUserDefaults] dictionaryRepresentation];
+        // A run loop does this from time to time.
+        [[NSUserDefaults standardUserDefaults] synchronize];
         [[[[NSNumberFormatter alloc] init] autorelease] stringFromNumber:@1.5];
         Tell("process", [process processName]);
         Tell("arguments", [[process arguments] componentsJoinedByString:@"|"]);

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "tests/linux/AppleBundle.h"
+#include "tests/support/Command.h"
 
 namespace {
 
@@ -82,6 +83,20 @@ TEST_F(Start, APlainProgramHasItsFolderForABundle) {
     auto facts = Probe("");
     EXPECT_EQ(facts["bundle"], KS_LIBRARIES);
     EXPECT_EQ(facts["identifier"], "(nil)");
+}
+
+TEST_F(Start, NothingIsLeftInTheHomeAndNothingIsSaid) {
+    // Another folder is put in the place of the home, below which the build may lie itself.
+    const std::string bind = std::string(" --dev-bind ") + KS_SOURCE + " " + KS_SOURCE +
+                             " --dev-bind " + KS_LIBRARIES + " " + KS_LIBRARIES;
+    const std::string command =
+        "home=$(getent passwd $(id -u) | cut -d: -f6); "
+        "bwrap --dev-bind / / --tmpfs \"$home\"" +
+        bind +
+        " sh -c 'env -i \"LSAN_OPTIONS=$LSAN_OPTIONS\" " KS_PROBE
+        " >/dev/null; find \"$0\" -mindepth 1 -path \"*GNUstep*\" -o -path "
+        "\"*Library*\"' \"$home\" 2>&1";
+    EXPECT_EQ(OutputOf(command), "");
 }
 
 TEST_F(Start, TheVersionIsTheKernelsWhereNoMacIs) {
