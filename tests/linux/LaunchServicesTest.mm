@@ -3,6 +3,7 @@
 
 #include "tests/linux/AppleBundle.h"
 #include "tests/linux/ErrorChecks.h"
+#include "tests/support/Command.h"
 
 namespace {
 
@@ -94,6 +95,16 @@ TEST_F(LaunchServices, BrokenInfoIsPassedOver) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(Find(@"example.one"), "I%20good.app/");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(LaunchServices, InfoMayBeABinaryPropertyList) {
+    Install("Binary.app", "example.binary");
+    Python("import plistlib, sys\n"
+           "info = plistlib.load(open(sys.argv[1], 'rb'))\n"
+           "plistlib.dump(info, open(sys.argv[1], 'wb'), fmt=plistlib.FMT_BINARY)",
+           {folder_ / "Applications/Binary.app/Contents/Info.plist"});
+    EXPECT_EQ(folder_.Read("Applications/Binary.app/Contents/Info.plist").substr(0, 6), "bplist");
+    EXPECT_EQ(Find(@"example.binary"), "Binary.app/");
 }
 
 TEST_F(LaunchServices, TheFirstNameWinsAndFoldersAreLookedInto) {

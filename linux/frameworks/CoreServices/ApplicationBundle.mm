@@ -18,19 +18,8 @@ NSString* NameOfFolder(NSString* bundlePath) {
 }  // namespace
 
 NSDictionary* ApplicationInfo(NSString* bundlePath) {
-    NSString* path = [bundlePath stringByAppendingPathComponent:kInfoFile];
-    NSData* bytes = [NSData dataWithContentsOfFile:path];
-    id info = nil;
-    @try {
-        info = bytes == nil ? nil
-                            : [NSPropertyListSerialization propertyListWithData:bytes
-                                                                        options:0
-                                                                         format:NULL
-                                                                          error:NULL];
-    } @catch (NSException*) {
-        // GNUstep's answer to a malformed list.
-    }
-    return [info isKindOfClass:[NSDictionary class]] ? info : nil;
+    return [NSDictionary
+        dictionaryWithContentsOfFile:[bundlePath stringByAppendingPathComponent:kInfoFile]];
 }
 
 NSString* ApplicationIdentifier(NSDictionary* info) {
