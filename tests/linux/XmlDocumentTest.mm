@@ -89,6 +89,21 @@ TEST_F(XmlDocument, WhatIsNotWellFormedIsAnError) {
     }
 }
 
+TEST_F(XmlDocument, AnErrorIsNotPrinted) {
+    testing::internal::CaptureStderr();
+    ExpectToFail("<a");
+    ExpectToFail("<a>" + std::string(11000000, 'x') + "</a>");  // more than a text may have
+    EXPECT_NE(Load("<undeclared:a/>"), nil);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(XmlDocument, ADocumentOfManyMegabytesIsLoaded) {
+    const std::string element = "<b c='" + std::string(1000, 'x') + "'></b>";
+    NSXMLDocument* document = Load("<a>\n" + Repeated(element, 30000) + "</a>");
+    EXPECT_EQ([[[document rootElement] children] count], 30000U);
+    EXPECT_EQ(Written(document).size(), 30000 * element.size() + 47);
+}
+
 TEST_F(XmlDocument, AnErrorNeedNotBeTaken) {
     NSData* data = [NSData dataWithBytes:"<a>" length:3];
     EXPECT_EQ([[NSXMLDocument alloc] initWithData:data options:0 error:NULL], nil);

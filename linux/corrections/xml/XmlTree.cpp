@@ -4,7 +4,7 @@
 #include <libxml/parser.h>
 #include <libxml/xmlsave.h>
 
-#include <climits>
+#include <algorithm>
 #include <cstring>
 #include <map>
 
@@ -102,6 +102,20 @@ void DropBlankText(xmlNode* parent) {
     }
 }
 
+struct Input {
+    const char* rest;
+    size_t length;
+};
+
+int Read(void* source, char* buffer, int size) {
+    Input& input = *static_cast<Input*>(source);
+    const size_t count = std::min(input.length, static_cast<size_t>(size));
+    std::memcpy(buffer, input.rest, count);
+    input.rest += count;
+    input.length -= count;
+    return static_cast<int>(count);
+}
+
 int Append(void* bytes, const char* chunk, int length) {
     static_cast<std::string*>(bytes)->append(chunk, static_cast<size_t>(length));
     return length;
@@ -112,16 +126,14 @@ int Append(void* bytes, const char* chunk, int length) {
 std::unique_ptr<XmlTree> XmlTree::Parse(const void* bytes, size_t length, std::string& error) {
     const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(xmlNewParserCtxt(),
                                                                                &xmlFreeParserCtxt);
-    if (!context || length > INT_MAX) {
-        error = "Document too large";
-        return nullptr;
-    }
-    xmlDoc* const document = xmlCtxtReadMemory(
-        context.get(), static_cast<const char*>(bytes), static_cast<int>(length), nullptr, nullptr,
-        XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+    context->sax->serror = [](void*, auto*) {};  // nothing is printed
+    // Read piece by piece: of a document in one piece, libxml2 refuses what is longer than 10 MB.
+    Input input{static_cast<const char*>(bytes), length};
+    xmlDoc* const document =
+        xmlCtxtReadIO(context.get(), &Read, nullptr, &input, nullptr, nullptr, XML_PARSE_NONET);
     if (document == nullptr) {
         const xmlError* last = xmlCtxtGetLastError(context.get());
-        error = last != nullptr && last->message != nullptr ? last->message : "Empty document";
+        error = last != nullptr && last->message != nullptr ? last->message : "No XML document";
         return nullptr;
     }
     std::unique_ptr<XmlTree> tree(new XmlTree(document));
