@@ -21,7 +21,7 @@ def main(arguments):
     options.program = program
     try:
         return options.command(options, arguments)
-    except Trouble as trouble:
+    except (Trouble, OSError) as trouble:
         print(f"macroot: {trouble}", file=sys.stderr)
         return CANNOT_WORK
 

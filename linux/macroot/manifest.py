@@ -3,7 +3,6 @@
 import hashlib
 import os
 import stat
-import sys
 
 from macroot.errors import Trouble
 from macroot.people import ALEX, STAFF
@@ -99,7 +98,7 @@ def show_difference(before, after):
 
 def _read(manifest):
     try:
-        with sys.stdin if manifest == "-" else open(manifest, encoding="utf-8") as file:
+        with open(manifest, encoding="utf-8") as file:
             entries = [line.rstrip("\n").split("\t") for line in file]
     except (OSError, UnicodeDecodeError) as error:
         raise Trouble(f"cannot read {manifest}: {error}") from error

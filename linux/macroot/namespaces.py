@@ -14,7 +14,7 @@ _ADMIN = "/run/macroot/admin"
 _SUPERVISOR = f"{_PACKAGE_INSIDE}/inside"
 
 # What of the host's /etc programs need to start, to find fonts and to know the time.
-ETC_FROM_HOST = ("ld.so.cache", "GNUstep", "fonts", "localtime", "alternatives")
+ETC_FROM_HOST = ("ld.so.cache", "GNUstep", "fonts", "localtime", "timezone", "alternatives")
 
 
 def check(_):
@@ -33,7 +33,8 @@ def carry_out(plan, files, channels):
     handed_on = [written_plan, *(number for number in plan["channels"].values() if number >= 0)]
     command = ["bwrap", *_walls(plan, files), "--",
                "/usr/bin/python3", "-ISXutf8", _SUPERVISOR, str(written_plan)]
-    with subprocess.Popen(command, pass_fds=handed_on, env={}) as sandbox:
+    # A session of its own: the terminal's signals come to the program by way of the supervisor alone.
+    with subprocess.Popen(command, pass_fds=handed_on, env={}, start_new_session=True) as sandbox:
         os.close(reporting)
         with open(report, encoding="utf-8") as reported:
             outcome = reported.read()

@@ -75,7 +75,8 @@ class _Channels:
         self.control, self._signalled = os.pipe()
         os.set_blocking(self._signalled, False)
         for number in _ENDING_SIGNALS:
-            signal.signal(number, self._pass_on)
+            if signal.getsignal(number) is not signal.SIG_IGN:
+                signal.signal(number, self._pass_on)
         self.asked = _open(options.asked, os.O_APPEND)
         self.screenshot = _open(options.screenshot, os.O_TRUNC)
         self.write_bits = -1 if host.real_users else os.memfd_create("write bits", 0)

@@ -5,6 +5,7 @@ import os
 import pathlib
 import shutil
 import subprocess
+import tempfile
 from collections import namedtuple
 
 from tests.support import build
@@ -37,6 +38,7 @@ class Mac:
 
         options: those of `scripts/macroot run`. more: as subprocess.run takes them (input, env).
         """
+        _let_everybody_pass(self.tree.parent)
         asked = self.tree.with_name(self.tree.name + ".asked")
         asked.unlink(missing_ok=True)
         if "--asked" not in options:
@@ -73,6 +75,14 @@ class Mac:
         """The one log of this Mac."""
         (log,) = self.path(LOGS).iterdir()
         return log.read_text(encoding="utf-8")
+
+
+def _let_everybody_pass(folder):
+    """Where namespaces are refused, alex is a user of the host who must be able to reach his Mac."""
+    temporary = pathlib.Path(tempfile.gettempdir())
+    for closed in (folder, *folder.parents):
+        if temporary in closed.parents and closed.stat().st_uid == os.geteuid():
+            closed.chmod(closed.stat().st_mode | 0o011)
 
 
 def macroot(*words, timeout=60, check=False, **more):

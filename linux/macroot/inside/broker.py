@@ -9,7 +9,6 @@ refuse; STATUS is the exit status of an allowed command, 128+N when signal N end
 import json
 import os
 import socket
-import subprocess
 import threading
 
 from macroot.inside.furniture import BROKER_SOCKET, roots_environment
@@ -55,7 +54,9 @@ class Broker:
                                os.fsdecode(body if kind == "command" else body.rstrip(b"\n")))
         status, output, errors = 0, b"", b""
         if kind == "command" and verdict == "allow":
-            status, output, errors = self._run(body)
+            began = now()
+            status, output, errors = self._cell.run_as_root([b"/bin/sh", b"-c", body], self._environment)
+            self._cell.part_users(began)
         return f"{verdict} {status} {len(output)} {len(errors)}\n".encode() + output + errors
 
     def _prompt(self, kind, what):
@@ -65,13 +66,3 @@ class Broker:
             if self._asked >= 0:
                 os.write(self._asked, json.dumps({kind: what, "verdict": verdict}).encode() + b"\n")
             return verdict
-
-    def _run(self, command):
-        began = now()
-        with self._cell.start_as_root([b"/bin/sh", b"-c", command], self._environment,
-                                      stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                      stderr=subprocess.PIPE) as process:
-            output, errors = process.communicate()
-        self._cell.part_users(began)
-        status = process.returncode
-        return status if status >= 0 else 128 - status, output, errors

@@ -26,7 +26,7 @@ class Namespaces:
     def __init__(self, plan, channels):
         self._real_users = plan["real_users"]
         self._outer_process_namespace = plan["process_namespace"]
-        self._bits = None if self._real_users else WriteBits("/", [plan["home"], *plan["own"]],
+        self._bits = None if channels["write_bits"] < 0 else WriteBits("/", [plan["home"], *plan["own"]],
                                                              channels["write_bits"])
 
     def path(self, inside):
@@ -42,6 +42,13 @@ class Namespaces:
         else:
             command = _SECOND_USER + command
         return subprocess.Popen(command, env=environment, cwd=folder, umask=UMASK, **more)
+
+    def run_as_root(self, command, environment):
+        """Runs a command to its end; the result is its status, its output and its errors."""
+        with self.start_as_root(command, environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                stderr=subprocess.PIPE) as process:
+            output, errors = process.communicate()
+        return shell_status(process.returncode), output, errors
 
     def start_program(self, command, environment, folder):
         """The program as alex, in a session of its own, so that a signal reaches all of it."""
@@ -90,6 +97,10 @@ class _Program:
         self.end = os.pidfd_open(process.pid)
 
     def status(self):
-        """The exit status, 128+N when signal N ended the program."""
-        status = self._process.wait()
-        return status if status >= 0 else 128 - status
+        """The exit status, as the shell tells it."""
+        return shell_status(self._process.wait())
+
+
+def shell_status(status):
+    """A process's exit status, 128+N when signal N ended it."""
+    return status if status >= 0 else 128 - status

@@ -13,10 +13,14 @@ import sys
 for _number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT):
     signal.signal(_number, lambda *_: None)
 
+# As it was handed over: Python adds to its own.
+with open("/proc/self/environ", "rb") as _file:
+    _environment = dict(entry.split(b"=", 1) for entry in _file.read().split(b"\0") if b"=" in entry)
+
 _report = int(sys.argv[1])
 os.set_inheritable(_report, False)
 try:
-    _status = subprocess.call(sys.argv[2:])
+    _status = subprocess.call(sys.argv[2:], env=_environment)
     _text = str(_status if _status >= 0 else 128 - _status)
 except OSError as error:
     _text = str(error)

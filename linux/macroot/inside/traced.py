@@ -28,7 +28,7 @@ class Traced:
         self._scratch = scratch
         self._etc_folders = plan["etc_folders"]
         self._started = []
-        self._bits = None if self._real_users else WriteBits(
+        self._bits = None if channels["write_bits"] < 0 else WriteBits(
             plan["tree"], [plan["home"], *plan["own"]], channels["write_bits"])
         os.mkdir(self._glue)
         os.chmod(self._glue, 0o1777)
@@ -57,6 +57,7 @@ class Traced:
 
     def start_beside(self, command, environment, **more):
         """Outside, as the user of the host."""
+        more.setdefault("start_new_session", True)  # the terminal's signals are for the supervisor
         return subprocess.Popen(command, env=environment, umask=UMASK, **more)
 
     def _start(self, options, command, environment, **more):
@@ -82,14 +83,16 @@ class Traced:
             for folder in folders:
                 os.chmod(self.path(folder), 0o555)
 
+    def run_as_root(self, command, environment):
+        """Runs a command to its end; the result is its status, its output and its errors."""
+        program = _Program(self.start_as_root, command, environment, "/", stdin=subprocess.DEVNULL,
+                           stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        output, errors = program.process.communicate()
+        return program.status(), output, errors
+
     def start_program(self, command, environment, folder):
         """The program as alex, in a session of its own, so that a signal reaches all of it."""
-        end, reporting = os.pipe()
-        process = self.start_as_alex(
-            ["/usr/bin/python3", "-ISXutf8", f"{_INSIDE}/reporter.py", str(reporting), *command],
-            environment, folder, start_new_session=True, pass_fds=[reporting])
-        os.close(reporting)
-        return _Program(process, end)
+        return _Program(self.start_as_alex, command, environment, folder)
 
     def end_everything(self):
         """Kills what is still running of all that was started."""
@@ -108,16 +111,18 @@ class Traced:
 class _Program:
     """A running program: `end` is a descriptor that becomes readable when it has ended."""
 
-    def __init__(self, process, end):
-        self._process = process
-        self.group = process.pid
-        self.end = end
+    def __init__(self, start, command, environment, folder, **more):
+        self.end, reporting = os.pipe()
+        reporter = ["/usr/bin/python3", "-ISXutf8", f"{_INSIDE}/reporter.py", str(reporting)]
+        self.process = start([*reporter, *command], environment, folder, pass_fds=[reporting], **more)
+        self.group = self.process.pid
+        os.close(reporting)
 
     def status(self):
-        """The exit status, 128+N when signal N ended the program."""
+        """The exit status, as the shell tells it."""
         with open(self.end, encoding="utf-8") as report:
             text = report.read()
-        self._process.wait()
+        self.process.wait()
         if not text:  # killed together with the one that reports
             return 128 + signal.SIGKILL
         if not text.isdecimal():
