@@ -9,13 +9,13 @@ From the best to the least:
   a user where namespaces are refused      proot, and one user for both: reduced
 """
 
-import ctypes
 import os
 import subprocess
 import sys
 
 from macroot.errors import Trouble
 from macroot.people import ALEX, STAFF
+from macroot.user_namespace import enter_with_every_id
 
 NAMESPACES = "namespaces"
 PROOT = "proot"
@@ -78,28 +78,6 @@ def _works(command, before=None):
                               stderr=subprocess.DEVNULL, preexec_fn=before, check=False).returncode == 0
     except (OSError, subprocess.SubprocessError):
         return False
-
-
-def enter_with_every_id():
-    """Moves this process into a user namespace; a child that stays outside writes its maps."""
-    process = os.getpid()
-    entered, entering = os.pipe()
-    child = os.fork()
-    if child == 0:
-        try:
-            os.close(entering)
-            if os.read(entered, 1):
-                for ids in ("uid_map", "gid_map"):
-                    with open(f"/proc/{process}/{ids}", "w", encoding="ascii") as file:
-                        file.write(_EVERY_ID)
-                os._exit(0)
-        finally:
-            os._exit(1)
-    if ctypes.CDLL(None).unshare(_CLONE_NEWUSER) == 0:
-        os.write(entering, b".")
-    os.close(entering)
-    if os.waitpid(child, 0)[1] != 0:
-        raise OSError("no user namespace")
 
 
 def _can_be_two_users():

@@ -10,6 +10,7 @@ import stat
 import zlib
 
 from macroot.errors import Trouble
+from macroot.inside import write_bits
 from macroot.people import TEMPORARY_FOLDERS
 
 # In the order of making; those of _STAYING are part of the machine once they exist.
@@ -22,7 +23,11 @@ _LIBRARY_LINKS = ("bin", "sbin", "lib", "lib32", "lib64", "libx32")
 
 
 class MountPoints:
-    """Held around a run: `with MountPoints(tree): ...`."""
+    """Held around a run: `with MountPoints(tree): ...`.
+
+    `notes` is an open file for the permissions that are taken for the time of a run (write_bits.py):
+    they are given back with the rest.
+    """
 
     def __init__(self, tree):
         self._tree = tree
@@ -31,11 +36,16 @@ class MountPoints:
         path = zlib.crc32(os.fsencode(os.path.realpath(tree)))
         # The path too: a number may have gone to another tree since a run was killed.
         self._record_path = os.path.join(self._locks, f"{status.st_dev:x}-{status.st_ino:x}-{path:x}")
+        self._notes_path = self._record_path + "-permissions"
         self._record = None
+        self.notes = None
 
     def __enter__(self):
         with self._alone():
             self._record = open(self._record_path, "a+", encoding="utf-8")
+            self.notes = open(self._notes_path, "ab+", buffering=0)
+            if self._is_the_only_one():  # what is there is a killed run's
+                write_bits.give_back(self._tree, self.notes)
             fcntl.flock(self._record, fcntl.LOCK_SH)
             try:
                 self._make()
@@ -47,6 +57,13 @@ class MountPoints:
     def __exit__(self, *_):
         with self._alone():
             self._take_away()
+
+    def _is_the_only_one(self):
+        try:
+            fcntl.flock(self._record, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            return True
+        except BlockingIOError:
+            return False
 
     def _alone(self):
         """A lock over every tree's records, held for moments only."""
@@ -87,15 +104,16 @@ class MountPoints:
         self._record.flush()
 
     def _take_away(self):
-        with self._record:
-            try:
-                fcntl.flock(self._record, fcntl.LOCK_EX | fcntl.LOCK_NB)
-            except BlockingIOError:
-                return  # another run in this tree goes on
+        """Everything, unless another run in this tree goes on."""
+        with self._record, self.notes:
+            if not self._is_the_only_one():
+                return
+            write_bits.give_back(self._tree, self.notes)
             self._record.seek(0)
             for name in reversed(self._record.read().splitlines()):
                 self._remove(os.path.join(self._tree, name))
             os.unlink(self._record_path)
+            os.unlink(self._notes_path)
 
     @staticmethod
     def _remove(path):

@@ -21,17 +21,17 @@ def check(_):
     """Every option works here."""
 
 
-def carry_out(plan, files, channels):
+def carry_out(plan, bound, channels):
     """Runs the supervisor inside; the result is what it reports."""
     report, reporting = os.pipe()
     plan = {**plan, "process_namespace": process_namespace(),
-            "channels": {**channels.numbers(), "report": reporting}}
+            "channels": {**channels, "report": reporting}}
     written_plan = os.memfd_create("plan")
     os.write(written_plan, json.dumps(plan).encode())
     os.lseek(written_plan, 0, os.SEEK_SET)
 
     handed_on = [written_plan, *(number for number in plan["channels"].values() if number >= 0)]
-    command = ["bwrap", *_walls(plan, files), "--",
+    command = ["bwrap", *_walls(plan, bound), "--",
                "/usr/bin/python3", "-ISXutf8", _SUPERVISOR, str(written_plan)]
     # A session of its own: the terminal's signals come to the program by way of the supervisor alone.
     with subprocess.Popen(command, pass_fds=handed_on, env={}, start_new_session=True) as sandbox:
@@ -46,7 +46,7 @@ def carry_out(plan, files, channels):
     raise Trouble(f"bwrap could not make the Mac root (status {status})")
 
 
-def _walls(plan, files):
+def _walls(plan, bound):
     """bwrap's options: the tree as one bind, the host's part over it, the rest beneath /run."""
     walls = ["--unshare-pid", "--unshare-ipc", "--unshare-uts", "--hostname", "mac",
              "--die-with-parent", "--new-session",
@@ -62,10 +62,10 @@ def _walls(plan, files):
             walls += ["--ro-bind-try", f"/etc/{name}", f"{folder}/{name}"]
     for inside, source in swapped_programs(plan):
         walls += ["--ro-bind", source, inside]
-    for folder in sorted({os.path.dirname(path) for path in (_ADMIN, _PACKAGE_INSIDE, *files.bound)} - {"/run"}):
+    for folder in sorted({os.path.dirname(path) for path in (_ADMIN, _PACKAGE_INSIDE, *bound)} - {"/run"}):
         walls += ["--perms", "0755", "--dir", folder]
     walls += ["--ro-bind", _PACKAGE, _PACKAGE_INSIDE, "--ro-bind", f"{_PACKAGE}/inside/admin", _ADMIN]
-    for inside, host_path in files.bound.items():
+    for inside, host_path in bound.items():
         walls += ["--ro-bind", host_path, inside]
     return walls
 

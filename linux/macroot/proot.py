@@ -29,7 +29,7 @@ def check(plan):
                           "of its own needs one")
 
 
-def carry_out(plan, files, channels):
+def carry_out(plan, bound, channels):
     """Supervises the run from the outside; the result is what the supervisor reports."""
     if plan["real_users"] and (closed := _closed_to_alex(plan["tree"])):
         print(f"macroot: reduced: alex cannot enter {closed} (no search permission for others), "
@@ -38,28 +38,27 @@ def carry_out(plan, files, channels):
     scratch = tempfile.mkdtemp(prefix="macroot-run-", dir="/tmp")
     try:
         os.chmod(scratch, 0o755)
-        return supervise(plan, Traced(plan, _options(plan, files, scratch), scratch, channels.numbers()),
-                         channels.numbers())
+        return supervise(plan, Traced(plan, _options(plan, bound, scratch), scratch, channels),
+                         channels)
     finally:
         remove(scratch)
 
 
-def _options(plan, files, scratch):
+def _options(plan, bound, scratch):
     """proot's options: the tree as root, the host's part and what the run brings over it."""
-    bound = [("/usr", "/usr"), ("/dev", "/dev"), ("/proc", "/proc"), (f"{scratch}/run", "/run")]
-    bound += [(f"/usr{folder}", folder) for folder in plan["library_folders"]]
+    shown = [("/usr", "/usr"), ("/dev", "/dev"), ("/proc", "/proc"), (f"{scratch}/run", "/run")]
+    shown += [(f"/usr{folder}", folder) for folder in plan["library_folders"]]
+    for number, folder in enumerate(plan["etc_folders"]):
+        os.mkdir(f"{scratch}/etc{number}")
+        shown.append((f"{scratch}/etc{number}", folder))
+        shown += [(f"/etc/{name}", f"{folder}/{name}") for name in ETC_FROM_HOST if os.path.exists(f"/etc/{name}")]
+    shown += [(source, inside) for inside, source in swapped_programs(plan)]
+    shown += [(_reachable(host_path, scratch) if plan["real_users"] else host_path, inside)
+              for inside, host_path in bound.items()]
     os.makedirs(f"{scratch}/run/macroot/lib/macroot")
     shutil.copytree(_INSIDE, f"{scratch}/run/macroot/lib/macroot/inside")
     shutil.copy(f"{_INSIDE}/admin", f"{scratch}/run/macroot/admin")
-    for number, folder in enumerate(plan["etc_folders"]):
-        os.mkdir(f"{scratch}/etc{number}")
-        bound.append((f"{scratch}/etc{number}", folder))
-        bound += [(f"/etc/{name}", f"{folder}/{name}") for name in ETC_FROM_HOST if os.path.exists(f"/etc/{name}")]
-    bound += [(source, inside) for inside, source in swapped_programs(plan)]
-    for inside, host_path in files.bound.items():
-        bound.append((_reachable(host_path, scratch) if plan["real_users"] else host_path, inside))
-    return ["-r", plan["tree"], *(word for source, inside in bound
-                                  for word in ("-b", f"{source}:{inside}"))]
+    return ["-r", plan["tree"], *(word for source, inside in shown for word in ("-b", f"{source}:{inside}"))]
 
 
 def _reachable(path, scratch):
@@ -72,8 +71,8 @@ def _reachable(path, scratch):
 
 
 def _closed_to_alex(path):
-    """The folder above a path that others may not search, if there is one."""
-    folder = os.path.dirname(os.path.realpath(path))
+    """The folder on the way to a path that others may not search, if there is one."""
+    folder = os.path.realpath(path if os.path.isdir(path) else os.path.dirname(path))
     while folder != "/":
         if not os.stat(folder).st_mode & stat.S_IXOTH:
             return folder

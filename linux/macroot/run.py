@@ -7,19 +7,19 @@ import signal
 from macroot import keychain_file, mountpoints, namespaces, proot, sanitizers
 from macroot.errors import Trouble
 from macroot.host import NAMESPACES
-from macroot.inside.write_bits import give_back
+from macroot.inside import furniture
 
 _REPOSITORY = os.path.normpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 _INSTALLER = os.path.join(_REPOSITORY, "build/release/bin/KSExtensionInstaller")
-_FONT_CACHE = "/var/cache/fontconfig"
 
 # Where a Mac root keeps what is not the machine's.
-PROGRAM_FOLDER = "/run/program"
-INSTALLER_FOLDER = "/run/installer"
-PRE_SCRIPT = "/run/macroot/pre"
+_PROGRAM_FOLDER = "/run/program"
+_PRE_SCRIPT = "/run/macroot/pre"
+_COMMON_FOLDERS = {"/run/installer": os.path.dirname(_INSTALLER),
+                   furniture.FONT_CACHE: "/var/cache/fontconfig"}
 
 # What the host has in the same place.
-_COMMON_FOLDERS = ("/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/")
+_SAME_INSIDE = ("/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/")
 
 # Variables that reach the program; every other one is cleared.
 _PASSED = ("LANG", "LANGUAGE", "TZ", "ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS")
@@ -35,15 +35,14 @@ def run(options, host):
         raise Trouble(f"{options.tree} is no folder")
     host.say_if_reduced()
     way = namespaces if host.kind == NAMESPACES else proot
-    files = _Files()
-    plan = _plan(options, host, tree, files)
+    bound = {}
+    plan = _plan(options, host, tree, bound)
     way.check(plan)
-    channels = _Channels(options, host)
-    with mountpoints.MountPoints(tree):
-        try:
-            outcome = way.carry_out(plan, files, channels)
-        finally:
-            channels.finish(tree)
+    channels = _channels(options)
+    with mountpoints.MountPoints(tree) as entered:
+        if not host.real_users:
+            channels["write_bits"] = entered.notes.fileno()
+        outcome = way.carry_out(plan, bound, channels)
     if "trouble" in outcome:
         raise Trouble(outcome["trouble"])
     if options.keychain and not options.keychain_locked:
@@ -51,48 +50,22 @@ def run(options, host):
     return outcome["status"]
 
 
-class _Files:
-    """What of the host a run needs inside: `bound` maps a path inside to a path of the host."""
-
-    def __init__(self):
-        self.bound = {}
-
-    def bind(self, inside, host_path):
-        self.bound[inside] = host_path
-        return inside
-
-
-class _Channels:
+def _channels(options):
     """The open files between the outside and the supervisor, by name; -1 where there is none.
 
-    control     a byte a signal that the run got, read by the supervisor
+    control     a byte a signal that this process gets, read by the supervisor
     asked       where each prompt is noted
     screenshot  where the display's picture goes
-    write_bits  where the permissions are noted that alex and root lose as one user of the host
+    write_bits  where the permissions are noted that what is root's loses, where one user of the
+                host stands for alex and root
     """
-
-    def __init__(self, options, host):
-        self.control, self._signalled = os.pipe()
-        os.set_blocking(self._signalled, False)
-        for number in _ENDING_SIGNALS:
-            if signal.getsignal(number) is not signal.SIG_IGN:
-                signal.signal(number, self._pass_on)
-        self.asked = _open(options.asked, os.O_APPEND)
-        self.screenshot = _open(options.screenshot, os.O_TRUNC)
-        self.write_bits = -1 if host.real_users else os.memfd_create("write bits", 0)
-
-    def numbers(self):
-        """By name, as the supervisor is told."""
-        return {"control": self.control, "asked": self.asked, "screenshot": self.screenshot,
-                "write_bits": self.write_bits}
-
-    def finish(self, tree):
-        """After the supervisor, however it ended."""
-        if self.write_bits >= 0:
-            give_back(tree, self.write_bits)
-
-    def _pass_on(self, number, _):
-        os.write(self._signalled, bytes([number]))
+    control, signalled = os.pipe()
+    os.set_blocking(signalled, False)
+    for number in _ENDING_SIGNALS:
+        if signal.getsignal(number) is not signal.SIG_IGN:
+            signal.signal(number, lambda number, _: os.write(signalled, bytes([number])))
+    return {"control": control, "asked": _open(options.asked, os.O_APPEND),
+            "screenshot": _open(options.screenshot, os.O_TRUNC), "write_bits": -1}
 
 
 def _open(path, how):
@@ -104,15 +77,19 @@ def _open(path, how):
         raise Trouble(f"cannot write {path}: {error.strerror}") from error
 
 
-def _plan(options, host, tree, files):
-    """Everything that the supervisor must know, as JSON can carry it."""
+def _plan(options, host, tree, bound):
+    """Everything that the supervisor must know, as JSON can carry it.
+
+    bound: gets what of the host must be seen inside, a path inside -> a path of the host.
+    """
+    bound.update((inside, folder) for inside, folder in _COMMON_FOLDERS.items() if os.path.isdir(folder))
     return {
         "tree": tree,
         "etc_folders": mountpoints.etc_folders(tree),
         "library_folders": mountpoints.library_folders(tree),
         "real_users": host.real_users,
         "home": options.home,
-        "program": _program(options.program or [_INSTALLER], files),
+        "program": _program(options.program or [_INSTALLER], bound),
         "verdicts": options.admin or ["allow"],
         "own": [path for path in options.own if path != "none"],
         "fast": options.fast,
@@ -123,40 +100,36 @@ def _plan(options, host, tree, files):
         "display": options.display or options.screenshot is not None,
         "keychain": keychain_file.read(options.keychain) if options.keychain else {},
         "keychain_locked": options.keychain_locked,
-        "pre": _pre(options.pre, files),
-        "environment": sanitizers.bind_their_files(_passed_environment(), files),
+        "pre": _pre(options.pre, bound),
+        "environment": sanitizers.bind_their_files(_passed_environment(), bound),
     }
 
 
-def _program(words, files):
+def _program(words, bound):
     """The program and its arguments as they are called inside; its folder comes along."""
-    if os.path.isdir(_FONT_CACHE):
-        files.bind("/run/macroot/font-cache", _FONT_CACHE)
-    if os.path.isdir(os.path.dirname(_INSTALLER)):
-        files.bind(INSTALLER_FOLDER, os.path.dirname(_INSTALLER))
     name, *arguments = words
     if "/" not in name and not os.path.exists(name):
         name = shutil.which(name) or name
     path = os.path.abspath(name)
     if not os.path.isfile(path):
         raise Trouble(f"there is no program {path}")
-    if path.startswith(_COMMON_FOLDERS):
+    if path.startswith(_SAME_INSIDE):
         return [path, *arguments]
     path = os.path.realpath(path)
-    files.bind(PROGRAM_FOLDER, os.path.dirname(path))
-    return [os.path.join(PROGRAM_FOLDER, os.path.basename(path)), *arguments]
+    bound[_PROGRAM_FOLDER] = os.path.dirname(path)
+    return [os.path.join(_PROGRAM_FOLDER, os.path.basename(path)), *arguments]
 
 
-def _pre(script, files):
+def _pre(script, bound):
     """The command before the program: a file of the host, or shell text."""
     if script is None:
         return None
     if not os.path.isfile(script):
         return ["/bin/sh", "-c", script]
-    inside = files.bind(PRE_SCRIPT, os.path.realpath(script))
+    bound[_PRE_SCRIPT] = os.path.realpath(script)
     with open(script, "rb") as file:
         names_its_interpreter = file.read(2) == b"#!"
-    return [inside] if names_its_interpreter and os.access(script, os.X_OK) else ["/bin/sh", inside]
+    return [_PRE_SCRIPT] if names_its_interpreter and os.access(script, os.X_OK) else ["/bin/sh", _PRE_SCRIPT]
 
 
 def _passed_environment():

@@ -113,7 +113,7 @@ def start(mac, script, *options):
 def test_a_signal_ends_the_program_and_leaves_nothing(empty, number):
     (empty.tree / "Shared").mkdir()
     (empty.tree / "Shared").chmod(0o777)
-    run = start(empty, "touch /Shared/runs; exec sleep 60")
+    run = start(empty, ": > /Shared/runs; exec sleep 60")
     wait_for(empty.tree / "Shared/runs")
     run.send_signal(number)
     assert run.wait(20) == 128 + number
@@ -123,7 +123,7 @@ def test_a_signal_ends_the_program_and_leaves_nothing(empty, number):
 def test_a_program_may_end_its_own_way_at_a_signal(empty):
     (empty.tree / "Shared").mkdir()
     (empty.tree / "Shared").chmod(0o777)
-    run = start(empty, "trap 'echo tidied; exit 5' TERM; touch /Shared/runs; while :; do sleep 0.05; done")
+    run = start(empty, "trap 'echo tidied; exit 5' TERM; : > /Shared/runs; while :; do sleep 0.05; done")
     wait_for(empty.tree / "Shared/runs")
     run.terminate()
     assert run.communicate(timeout=20)[0] == b"tidied\n"
@@ -133,7 +133,7 @@ def test_a_program_may_end_its_own_way_at_a_signal(empty):
 def test_a_program_that_heeds_no_signal_is_killed_by_the_second(empty):
     (empty.tree / "Shared").mkdir()
     (empty.tree / "Shared").chmod(0o777)
-    run = start(empty, "trap '' TERM INT; touch /Shared/runs; while :; do sleep 0.05; done")
+    run = start(empty, "trap '' TERM INT; : > /Shared/runs; while :; do sleep 0.05; done")
     wait_for(empty.tree / "Shared/runs")
     run.terminate()
     time.sleep(0.3)
@@ -153,7 +153,7 @@ def test_a_run_in_which_everything_is_killed_leaves_nothing(empty):
 def test_what_a_killed_run_left_the_next_one_takes_away(empty):
     (empty.tree / "Shared").mkdir()
     (empty.tree / "Shared").chmod(0o777)
-    run = start(empty, "touch /Shared/runs; exec sleep 60")
+    run = start(empty, ": > /Shared/runs; exec sleep 60")
     wait_for(empty.tree / "Shared/runs")
     os.killpg(run.pid, signal.SIGKILL)
     run.wait(20)

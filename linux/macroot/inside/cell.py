@@ -5,13 +5,12 @@ import os
 import signal
 import subprocess
 
-from macroot.inside.write_bits import WriteBits
+from macroot.inside.write_bits import write_bits
 from macroot.people import ALEX, STAFF
+from macroot.user_namespace import enter_as
 
 UMASK = 0o022
 PATH = "/usr/bin:/bin:/usr/sbin:/sbin"
-
-_SECOND_USER = ["unshare", "--user", f"--map-user={ALEX}", f"--map-group={STAFF}"]
 
 
 class Namespaces:
@@ -26,8 +25,7 @@ class Namespaces:
     def __init__(self, plan, channels):
         self._real_users = plan["real_users"]
         self._outer_process_namespace = plan["process_namespace"]
-        self._bits = None if channels["write_bits"] < 0 else WriteBits("/", [plan["home"], *plan["own"]],
-                                                             channels["write_bits"])
+        self._bits = write_bits(self.path("/"), plan, channels["write_bits"])
 
     def path(self, inside):
         """Where the supervisor finds a path of the inside."""
@@ -40,7 +38,7 @@ class Namespaces:
         if self._real_users:
             more.update(user=ALEX, group=STAFF, extra_groups=[])
         else:
-            command = _SECOND_USER + command
+            more.update(preexec_fn=_become_alex)
         return subprocess.Popen(command, env=environment, cwd=folder, umask=UMASK, **more)
 
     def run_as_root(self, command, environment):
@@ -86,6 +84,10 @@ class Namespaces:
 def process_namespace():
     """The number of the process namespace that this process lives in."""
     return os.stat("/proc/self/ns/pid").st_ino
+
+
+def _become_alex():
+    enter_as(ALEX, STAFF)
 
 
 class _Program:

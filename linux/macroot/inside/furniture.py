@@ -38,10 +38,11 @@ _GNUSTEP_FOLDERS = {
 }
 
 # Fonts come from the host, and so does the cache that saves searching them.
-_FONTS = """<?xml version="1.0"?>
+FONT_CACHE = f"{MACROOT}/font-cache"
+_FONTS = f"""<?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "fonts.dtd">
 <fontconfig>
-  <cachedir>/run/macroot/font-cache</cachedir>
+  <cachedir>{FONT_CACHE}</cachedir>
   <include ignore_missing="yes">/etc/fonts/fonts.conf</include>
 </fontconfig>
 """

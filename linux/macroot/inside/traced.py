@@ -9,7 +9,7 @@ import time
 from macroot.errors import Trouble
 from macroot.inside.cell import UMASK
 from macroot.inside.old_system_calls import filter_young_calls
-from macroot.inside.write_bits import WriteBits
+from macroot.inside.write_bits import write_bits
 from macroot.people import ALEX, STAFF, is_beneath
 
 _INSIDE = "/run/macroot/lib/macroot/inside"
@@ -28,8 +28,7 @@ class Traced:
         self._scratch = scratch
         self._etc_folders = plan["etc_folders"]
         self._started = []
-        self._bits = None if channels["write_bits"] < 0 else WriteBits(
-            plan["tree"], [plan["home"], *plan["own"]], channels["write_bits"])
+        self._bits = write_bits(self.path("/"), plan, channels["write_bits"])
         os.mkdir(self._glue)
         os.chmod(self._glue, 0o1777)
 

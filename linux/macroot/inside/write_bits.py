@@ -2,9 +2,10 @@
 
 What is not alex's loses its owner's write permission for the time of the run; root's capabilities
 do not need it. What everybody may write stays so. Each loss is noted in a file that outlives the
-supervisor, so that it can be made good from the outside whatever happened inside.
+run, so that it can be made good whatever happened.
 """
 
+import contextlib
 import json
 import os
 import stat
@@ -12,17 +13,26 @@ import time
 
 from macroot.people import BUNDLE, SHARED, TEMPORARY_FOLDERS, is_beneath
 
-_HOSTS_FOLDERS = ("/usr", "/dev", "/proc", "/run", "/private/etc")
+_HOSTS_FOLDERS = ("/usr", "/dev", "/proc", "/run")
 _CLOCK_REALTIME_COARSE = 5  # Linux's number; Python has no name for it
 _OWNER_WRITES, _OTHERS_WRITE = 0o200, 0o002
 
 
-class WriteBits:
-    """Takes the permissions; `top` is where the Mac's root lies, `notes` an open file."""
+def write_bits(top, plan, notes):
+    """What keeps alex out where the Mac's root lies, or None where nothing needs to (no notes)."""
+    if notes < 0:
+        return None
+    alexs = (plan["home"], SHARED, BUNDLE, *TEMPORARY_FOLDERS, *plan["own"])
+    hosts = (*_HOSTS_FOLDERS, *plan["etc_folders"], *plan["library_folders"])
+    return _WriteBits(top.rstrip("/"), (*alexs, *hosts), notes)
 
-    def __init__(self, top, alexs, notes):
-        self._top = top.rstrip("/")
-        self._left_alone = (*_HOSTS_FOLDERS, SHARED, BUNDLE, *TEMPORARY_FOLDERS, *alexs)
+
+class _WriteBits:
+    """Takes the permissions; `notes` is an open file."""
+
+    def __init__(self, top, left_alone, notes):
+        self._top = top
+        self._left_alone = left_alone
         self._notes = notes
 
     def take(self, since=0):
@@ -57,14 +67,11 @@ def now():
 
 
 def give_back(tree, notes):
-    """Restores what was taken, where nobody changed it since."""
-    with open(notes, encoding="utf-8", closefd=False) as file:
-        file.seek(0)
-        taken = dict(json.loads(line) for line in file)
-    for path, mode in taken.items():
-        try:
+    """Restores what was taken, where nobody changed it since, and empties the notes."""
+    notes.seek(0)
+    for path, mode in dict(json.loads(line) for line in notes).items():
+        with contextlib.suppress(OSError):  # gone, or in a folder that was closed since
             status = os.lstat(tree + path)
             if not stat.S_ISLNK(status.st_mode) and stat.S_IMODE(status.st_mode) == mode & ~_OWNER_WRITES:
                 os.chmod(tree + path, mode)
-        except OSError:
-            pass  # gone, or in a folder that was closed since
+    notes.truncate(0)
