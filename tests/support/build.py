@@ -15,6 +15,8 @@ os.environ.setdefault(
     "LSAN_OPTIONS",
     f"suppressions={_SOURCE / 'tests/support/lsan.txt'}:print_suppressions=0",
 )
+# AddressSanitizer would ask for the time inside malloc, and libfaketime's answer needs malloc.
+os.environ.setdefault("ASAN_OPTIONS", "allocator_release_to_os_interval_ms=-1")
 
 
 def folder():
