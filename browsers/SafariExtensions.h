@@ -1,0 +1,36 @@
+#pragma once
+
+#include <Foundation/Foundation.h>
+
+// Safari's extensions as it keeps them on disk and in its lists.
+
+/// The archives of the old extension and of the old toolbar button.
+static NSString* const kSafariExtensionArchive = @"Keystrel.safariextz";
+static NSString* const kSafariButtonArchive = @"Keystrel Button.safariextz";
+
+/// The keys of Safari's lists of extensions: an array of dictionaries, each with an archive's name.
+static NSString* const kSafariInstalledExtensions = @"Installed Extensions";
+static NSString* const kSafariArchiveName = @"Archive File Name";
+
+/// The user's Library folder.
+NSString* UserLibrary();
+
+/// What an archive's name is recognised by: all before its first ".".
+NSString* ArchivePrefix(NSString* archive);
+
+/// The "Archive File Name" of a list's entry; nil when there is none or it is no text.
+NSString* ArchiveName(id entry);
+
+/// The user's registry of Safari's extensions.
+NSString* SafariRegistryPath();
+
+/// The registry's bytes, autoreleased; nil when it cannot be read.
+NSData* ReadSafariRegistry();
+
+/// Removes the last entry whose archive's name begins like `archive`'s, and every entry equal to
+/// it, and writes the registry again as a binary property list, whether or not there was one. Bytes
+/// that are no property list are not written again.
+/// @param registry  what ReadSafariRegistry returned
+/// @param error     gets the platform's error when the registry cannot be written; else untouched
+/// @return NO when the registry cannot be written
+BOOL RemoveFromSafariRegistry(NSString* archive, NSData* registry, NSError** error);

@@ -1,0 +1,82 @@
+#include "browsers/BinaryPropertyList.h"
+#include "browsers/SafariInstall.h"
+#include "logging/NSLogger.h"
+
+namespace {
+
+NSString* const kPreferences = @"~/Library/Preferences/com.apple.Safari.plist";
+NSString* const kAutoFill = @"AutoFillPasswords";
+NSString* const kAutoFillOn = @"1";
+NSString* const kAutoFillOff = @"0";
+NSString* const kTabPolicy = @"TabCreationPolicy";
+constexpr int kTabPolicyWithoutAutoFill = 2;
+
+NSString* PreferencesPath() {
+    return [kPreferences stringByExpandingTildeInPath];
+}
+
+NSData* ReadPreferences() {
+    return [NSData dataWithContentsOfFile:PreferencesPath()];
+}
+
+void SetFillPasswords(NSMutableDictionary* preferences, BOOL on) {
+    [preferences setObject:on ? kAutoFillOn : kAutoFillOff forKey:kAutoFill];
+    if (!on) {
+        [preferences setObject:[NSNumber numberWithInt:kTabPolicyWithoutAutoFill]
+                        forKey:kTabPolicy];
+    }
+}
+
+}  // namespace
+
+@implementation SafariInstall (Preferences)
+
++ (void)setFillPasswords:(BOOL)on {
+    @autoreleasepool {
+        NSData* data = ReadPreferences();
+        if (data == nil) {
+            [NSLogger LogWarning:@"Missing com.apple.Safari.plist"];
+            return;
+        }
+        id root = ParsePropertyList(data, NULL);
+        if ([root isKindOfClass:[NSMutableDictionary class]]) {
+            SetFillPasswords(root, on);
+        }
+        NSError* error = nil;
+        if (!WriteBinaryPropertyList(root, PreferencesPath(), &error)) {
+            [NSLogger LogInformation:@"%@", [error description]];
+        }
+    }
+}
+
++ (NSMutableDictionary*)comAppleSafariPlist {
+    NSData* data = ReadPreferences();
+    if (data == nil) {
+        [NSLogger LogFailure:@"Missing com.apple.Safari.plist"];
+        return nil;
+    }
+    NSError* error = nil;
+    id root = ParsePropertyList(data, &error);
+    if (root == nil) {
+        [NSLogger LogFailure:@"Error reading plist: %@", [error description]];
+    }
+    return [root isKindOfClass:[NSMutableDictionary class]] ? root : nil;
+}
+
++ (BOOL)writeDictToComAppleSafariPlist:(NSDictionary*)dictionary {
+    NSError* error = nil;
+    NSData* data = EncodeBinaryPropertyList(dictionary, &error);
+    if (data == nil && error != nil) {
+        [NSLogger LogFailure:@"Error reading plist: %@", [error description]];  // meant: "reading"
+        return NO;
+    }
+    if (data != nil && ![data writeToFile:PreferencesPath()
+                                  options:NSDataWritingAtomic
+                                    error:&error]) {
+        [NSLogger LogFailure:@"Error writing to file: %@", [error description]];
+        return NO;
+    }
+    return YES;
+}
+
+@end
