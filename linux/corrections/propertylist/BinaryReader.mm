@@ -10,7 +10,7 @@ namespace propertylist {
 namespace {
 
 /// How much a list may grow to when every reference in it is followed: many times any honest list.
-constexpr std::uint64_t kGrowthBase = 256ULL << 20;
+constexpr std::uint64_t kGrowthBase = 128ULL << 20;
 constexpr std::uint64_t kGrowthFactor = 16;
 
 /// Roughly what an object takes beside its content.

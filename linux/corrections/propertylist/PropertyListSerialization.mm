@@ -1,9 +1,10 @@
-// Property lists in Apple's two formats, XML and binary. GNUstep's own code raises on most
-// malformed input, loses large integers and characters beyond the BMP, and writes objects of other
-// classes as text. libplist is no base either: its functions cut dates to 68 years around 2001,
-// cannot tell -1 from 2^64 - 1, drop control characters and read "abc" as the integer 0.
+// Property lists, read in all of Apple's formats and written in XML and binary. GNUstep's own code
+// raises on most malformed input or prints to standard error, loses large integers and characters
+// beyond the BMP, and writes objects of other classes as text. libplist is no base either: its
+// functions cut dates to 68 years around 2001, cannot tell -1 from 2^64 - 1, drop control
+// characters and read "abc" as the integer 0.
 //
-// The formats that only GNUstep writes, and the old text format, stay with GNUstep.
+// The formats that only GNUstep writes are still written by it.
 #include <Foundation/Foundation.h>
 
 #include <objc/runtime.h>
@@ -12,11 +13,13 @@
 #include "linux/corrections/propertylist/BinaryReader.h"
 #include "linux/corrections/propertylist/BinaryWriter.h"
 #include "linux/corrections/propertylist/Encoding.h"
-#include "linux/corrections/propertylist/OldText.h"
+#include "linux/corrections/propertylist/OldTextReader.h"
 #include "linux/corrections/propertylist/XMLReader.h"
 #include "linux/corrections/propertylist/XMLWriter.h"
 
+using propertylist::IsOldText;
 using propertylist::NewFromBinary;
+using propertylist::NewFromOldText;
 using propertylist::NewFromXML;
 using propertylist::WriteBinary;
 using propertylist::WriteXML;
@@ -37,25 +40,22 @@ void SetError(NSError** slot, NSInteger code, NSString* text, Problem problem) {
     *slot = [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info];
 }
 
-/// Reads Apple's two formats.
-/// @param isOldText  gets whether the data may be a list in the old text format instead
+/// @return a reference to the root that the caller owns, or nil
 id NewFromBytes(std::string_view bytes, NSPropertyListReadOptions options,
-                NSPropertyListFormat& format, bool& isOldText, Problem& problem) {
-    isOldText = false;
+                NSPropertyListFormat& format, Problem& problem) {
     if (bytes.substr(0, propertylist::kBinarySignature.size()) == propertylist::kBinarySignature) {
         format = NSPropertyListBinaryFormat_v1_0;
         return NewFromBinary(bytes, options, problem);
     }
     std::string converted;
     const std::string_view text = TextAsUtf8(bytes, converted);
-    const std::size_t start = text.find_first_not_of(" \t\r\n");
-    if (start == std::string_view::npos) {
+    if (text.empty()) {
         problem = "The data is no text in any known encoding.";
         return nil;
     }
     if (IsOldText(text)) {
-        isOldText = true;
-        return nil;
+        format = NSPropertyListOpenStepFormat;
+        return NewFromOldText(text, options, problem);
     }
     format = NSPropertyListXMLFormat_v1_0;
     return NewFromXML(text, options, problem);
@@ -83,11 +83,6 @@ void SetText(NSString** slot, id result, NSString* text) {
     }
 }
 
-void Exchange(Class owner, SEL first, SEL second) {
-    method_exchangeImplementations(class_getClassMethod(owner, first),
-                                   class_getClassMethod(owner, second));
-}
-
 }  // namespace
 
 @implementation NSPropertyListSerialization (AppleFormats)
@@ -97,37 +92,19 @@ void Exchange(Class owner, SEL first, SEL second) {
     @autoreleasepool {
         [self class];
     }
-    Exchange(self, @selector(propertyListWithData:options:format:error:),
-             @selector(gnustep_propertyListWithData:options:format:error:));
-    Exchange(self, @selector(dataWithPropertyList:format:options:error:),
-             @selector(gnustep_dataWithPropertyList:format:options:error:));
+    method_exchangeImplementations(
+        class_getClassMethod(self, @selector(dataWithPropertyList:format:options:error:)),
+        class_getClassMethod(self, @selector(gnustep_dataWithPropertyList:format:options:error:)));
 }
 
-// Once the implementations have changed places, the name with the prefix is GNUstep's own method
-// and the body below it is what the plain name does.
-+ (id)gnustep_propertyListWithData:(NSData*)data
-                           options:(NSPropertyListReadOptions)options
-                            format:(NSPropertyListFormat*)format
-                             error:(NSError**)error {
-    Problem problem = "There is no data.";
-    NSPropertyListFormat found = NSPropertyListOpenStepFormat;
-    id list = nil;
-    if ([data length] > 0) {
-        bool isOldText = false;
-        list = [NewFromBytes({static_cast<const char*>([data bytes]), [data length]}, options,
-                             found, isOldText, problem) autorelease];
-        if (isOldText) {
-            problem = "The data is no property list in the old text format.";
-            @try {
-                list = [self gnustep_propertyListWithData:data
-                                                  options:options
-                                                   format:&found
-                                                    error:nullptr];
-            } @catch (NSException* exception) {
-                list = nil;
-            }
-        }
-    }
++ (id)propertyListWithData:(NSData*)data
+                   options:(NSPropertyListReadOptions)options
+                    format:(NSPropertyListFormat*)format
+                     error:(NSError**)error {
+    Problem problem = nullptr;
+    NSPropertyListFormat found = 0;
+    id list = [NewFromBytes({static_cast<const char*>([data bytes]), [data length]}, options, found,
+                            problem) autorelease];
     if (list == nil) {
         SetError(error, NSPropertyListReadCorruptError, kReadingFailed, problem);
     } else if (format != nullptr) {
@@ -136,6 +113,8 @@ void Exchange(Class owner, SEL first, SEL second) {
     return list;
 }
 
+// Once the implementations have changed places, the name with the prefix is GNUstep's own method
+// and the body below it is what the plain name does.
 + (NSData*)gnustep_dataWithPropertyList:(id)list
                                  format:(NSPropertyListFormat)format
                                 options:(NSPropertyListWriteOptions)options

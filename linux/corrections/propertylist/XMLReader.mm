@@ -1,11 +1,11 @@
 #include "linux/corrections/propertylist/XMLReader.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 
 #include "linux/corrections/propertylist/Base64.h"
 #include "linux/corrections/propertylist/Calendar.h"
+#include "linux/corrections/propertylist/Numbers.h"
 #include "linux/corrections/propertylist/Unicode.h"
 
 namespace propertylist {
@@ -21,40 +21,6 @@ std::string_view Trimmed(std::string_view text) {
         return {};
     }
     return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
-/// An integer as XML lists write it: a sign, then decimal digits or hexadecimal ones after 0x.
-id NewInteger(std::string_view text) {
-    constexpr std::uint64_t kLowest = 1ULL << 63;
-    const bool negative = !text.empty() && text[0] == '-';
-    if (negative || (!text.empty() && text[0] == '+')) {
-        text.remove_prefix(1);
-    }
-    const bool isHex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    const std::string digits(isHex ? text.substr(2) : text);
-    const char* allowed = isHex ? "0123456789abcdefABCDEF" : "0123456789";
-    if (digits.empty() || digits.find_first_not_of(allowed) != std::string::npos) {
-        return nil;
-    }
-    errno = 0;
-    const std::uint64_t number = std::strtoull(digits.c_str(), nullptr, isHex ? 16 : 10);
-    if (errno == ERANGE || (negative && number > kLowest)) {
-        return nil;
-    }
-    if (!negative) {
-        return [[NSNumber alloc] initWithUnsignedLongLong:number];
-    }
-    return [[NSNumber alloc] initWithLongLong:static_cast<std::int64_t>(0 - number)];
-}
-
-id NewReal(std::string_view text) {
-    const std::string number(text);
-    char* end = nullptr;
-    const double real = std::strtod(number.c_str(), &end);
-    if (number.empty() || end != number.c_str() + number.size()) {
-        return nil;
-    }
-    return [[NSNumber alloc] initWithDouble:real];
 }
 
 id NewDate(std::string_view text) {
@@ -102,6 +68,7 @@ class Reader {
 
     id NewList();
     id NewValue(const Tag& tag, unsigned depth);
+    id NewNumberOrDate(const Tag& tag);
     id NewBoolean(const Tag& tag, BOOL value);
     id NewString(const Tag& tag, const Maker& maker);
     id NewData(const Tag& tag);
@@ -342,19 +309,21 @@ id Reader::NewValue(const Tag& tag, unsigned depth) {
     if (tag.name == "data") {
         return NewData(tag);
     }
-    using Make = id (*)(std::string_view);
-    const Make make = tag.name == "integer" ? NewInteger
-                      : tag.name == "real"  ? NewReal
-                      : tag.name == "date"  ? NewDate
-                                            : nullptr;
-    if (make == nullptr) {
-        return FailNil("The XML property list has an element of unknown name.");
+    if (tag.name == "integer" || tag.name == "real" || tag.name == "date") {
+        return NewNumberOrDate(tag);
     }
+    return FailNil("The XML property list has an element of unknown name.");
+}
+
+id Reader::NewNumberOrDate(const Tag& tag) {
     std::string_view text;
     if (!ReadText(tag, text)) {
         return nil;
     }
-    id value = make(Trimmed(text));
+    text = Trimmed(text);
+    id value = tag.name == "integer" ? NewInteger(text)
+               : tag.name == "real"  ? NewReal(text)
+                                     : NewDate(text);
     return value != nil ? value : FailNil("The XML property list has a damaged number or date.");
 }
 
