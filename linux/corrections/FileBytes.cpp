@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <random>
 
@@ -13,6 +14,7 @@
 namespace {
 
 constexpr size_t kBufferSize = 64 * 1024;
+constexpr off_t kLargestFile = INT_MAX;
 constexpr int kNameAttempts = 100;
 
 ssize_t ReadSome(int source, void* buffer, size_t length) {
@@ -97,6 +99,11 @@ int ReadFileBytes(const char* path, std::string& bytes) {
     if (!S_ISREG(info.st_mode)) {
         return S_ISDIR(info.st_mode) ? EISDIR : ENOTSUP;
     }
+    if (info.st_size > kLargestFile) {
+        return EFBIG;
+    }
+    // No more than a guess: some files of the system grow while they are read.
+    bytes.reserve(static_cast<size_t>(info.st_size));
     std::array<char, kBufferSize> buffer;
     for (;;) {
         const ssize_t count = ReadSome(file.get(), buffer.data(), buffer.size());

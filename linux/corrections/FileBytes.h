@@ -13,7 +13,7 @@ enum class WriteMode {
 };
 
 /// Reads the file at `path` to its end into `bytes`. Only regular files are read: a folder is
-/// EISDIR, a pipe or a device ENOTSUP, so that nothing waits for a writer.
+/// EISDIR, a pipe or a device ENOTSUP, so that nothing waits for a writer. 2 GiB and more is EFBIG.
 int ReadFileBytes(const char* path, std::string& bytes);
 
 /// Writes `length` bytes to `path`. A new file gets 0666 less the umask. An atomic write keeps the

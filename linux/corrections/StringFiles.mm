@@ -22,9 +22,11 @@ NSString* Decode(std::string_view bytes, NSStringEncoding encoding) {
         marks = [@"\uFEFF" stringByAppendingString:marks];
         bytes.remove_prefix(kUtf8Mark.size());
     }
-    NSData* data = [NSData dataWithBytes:bytes.data() length:bytes.size()];
+    NSData* data = [NSData dataWithBytesNoCopy:const_cast<char*>(bytes.data())
+                                        length:bytes.size()
+                                  freeWhenDone:NO];
     NSString* text = [[[NSString alloc] initWithData:data encoding:encoding] autorelease];
-    return text == nil ? nil : [marks stringByAppendingString:text];
+    return text == nil || [marks length] == 0 ? text : [marks stringByAppendingString:text];
 }
 
 NSStringEncoding EncodingByMark(std::string_view bytes) {

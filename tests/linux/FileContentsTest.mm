@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -129,6 +130,15 @@ TEST_F(FileContents, WhatCannotBeReadIsAnErrorWithoutAWordOnStandardError) {
               nil);
     EXPECT_EQ([error_ code], 258);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(FileContents, AFileOfTwoGibibytesIsTooLarge) {
+    folder_.Write("large", "");
+    ASSERT_EQ(truncate((folder_ / "large").c_str(), off_t{1} << 31), 0);
+    EXPECT_EQ(ReadData("large"), nil);
+    ExpectCocoaError(error_, 263, EFBIG, folder_ / "large");
+    EXPECT_EQ(ReadText("large"), nil);
+    ExpectCocoaError(error_, 263, EFBIG, folder_ / "large");
 }
 
 TEST_F(FileContents, ANewFileGetsItsModeFromTheUmask) {

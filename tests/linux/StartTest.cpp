@@ -68,6 +68,12 @@ TEST_F(Start, ArgumentsAndEnvironmentArriveUnchanged) {
     EXPECT_EQ(facts["arguments"], KS_PROBE "|a b|-NSx|ü|--last");
 }
 
+TEST_F(Start, BytesThatAreNotUtf8AreTakenForLatin1) {
+    auto facts = Probe("LANG=C KS_VARIABLE=\"$(printf 'a\\377')\"", "\"$(printf '\\377\\376')\" ü");
+    EXPECT_EQ(facts["variable"], "aÿ");
+    EXPECT_EQ(facts["arguments"], KS_PROBE "|ÿþ|ü");
+}
+
 TEST_F(Start, AProgramInABundleFindsTheBundle) {
     const TemporaryFolder folder;
     MakeBundle(folder, "My Tool.app", Entry("CFBundleIdentifier", "example.tool"));
