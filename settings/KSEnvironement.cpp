@@ -203,7 +203,7 @@ std::string KSEnvironement::CreateCrashDumpPathFolder() {
 std::string KSEnvironement::CreateLogPathFolder() {
     const std::string data = DefaultDumpDataFolder(false);
     mkdir(data.c_str(), kOpenToEverybody);
-    const std::string logs = data + kLogsSubfolder;
+    std::string logs = data + kLogsSubfolder;
     mkdir(logs.c_str(), kOpenToEverybody);
     return logs;
 }
@@ -212,7 +212,7 @@ std::string KSEnvironement::LogPath(bool create) {
     if (!logPath.empty()) {
         return logPath;
     }
-    const std::string folder = CreateLogPathFolder();
+    std::string folder = CreateLogPathFolder();
     if (create) {
         EnsureFolder(folder);
     }
