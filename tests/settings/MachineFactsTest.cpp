@@ -1,20 +1,27 @@
-// What the environment makes of the machine's answers: this program answers in its place.
+// What the environment and the random numbers make of the machine's answers: this program answers
+// in its place.
 #include <CoreFoundation/CoreFoundation.h>
 #include <IOKit/IOKitLib.h>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/utsname.h>
 #include <time.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <cstring>
+#include <random>
 
 #include "settings/KSEnvironement.h"
+#include "settings/KSGlobals.h"
 #include "tests/settings/SettingsFiles.h"
 
 namespace {
 
 const char* machineName = "x86_64";  // null: uname fails
 const tm* standingTime = nullptr;    // null: the time goes on
+
+std::chrono::system_clock::duration standingClock{};  // zero: the clock goes on
 
 constexpr io_service_t kMachine = 77;
 bool machineIsRegistered = true;
@@ -28,6 +35,15 @@ Function Real(const char* name) {
 }
 
 }  // namespace
+
+std::chrono::system_clock::time_point std::chrono::system_clock::now() noexcept {
+    if (standingClock.count() != 0) {
+        return time_point(standingClock);
+    }
+    timespec time = {};
+    clock_gettime(CLOCK_REALTIME, &time);
+    return time_point(seconds(time.tv_sec) + nanoseconds(time.tv_nsec));
+}
 
 extern "C" {
 
@@ -91,6 +107,7 @@ class MachineFacts : public SettingsFiles {
     ~MachineFacts() override {
         EXPECT_EQ(machinesHeld, 0);
         standingTime = nullptr;
+        standingClock = {};
     }
 };
 
@@ -156,6 +173,17 @@ TEST_F(MachineFacts, TheDatabaseVersionEndsAfter255Characters) {
         const std::string pid(length, 'x');
         WriteXml(file, "{'PID': '" + pid + "'}");
         EXPECT_EQ(KSEnvironement().GenerateDBVersion(), (pid + "12625974").substr(0, 255));
+    }
+}
+
+TEST_F(MachineFacts, RandomNumbersAreSeededWithTheProcessTimesTheClocksMicroseconds) {
+    constexpr uint64_t kMicroseconds = 1700000000123456;
+    standingClock = std::chrono::microseconds(kMicroseconds) + std::chrono::nanoseconds(789);
+    KSGlobals seeded;
+    std::mt19937 reference(static_cast<uint32_t>(kMicroseconds * static_cast<uint64_t>(getpid())));
+    for (int i = 0; i < 100; ++i) {
+        const auto number = static_cast<uint32_t>(reference());
+        EXPECT_EQ(seeded.GenerateUInt16RandomNumber(), KSGlobals::Mix16(number));
     }
 }
 
