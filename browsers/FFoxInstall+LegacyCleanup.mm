@@ -66,6 +66,9 @@ void CollectTarget(NSArray* nodes, NSString* target, NSMutableArray* removals) {
 @implementation FFoxInstall (LegacyCleanup)
 
 + (void)removeExtension:(NSString*)identifier fromRdfFile:(NSString*)path {
+    if ([identifier length] == 0 || path == nil) {
+        return;
+    }
     // A registry can be large, and there may be many: each edit gives back what it took.
     @autoreleasepool {
         NSXMLDocument* registry =
@@ -88,6 +91,9 @@ void CollectTarget(NSArray* nodes, NSString* target, NSMutableArray* removals) {
 }
 
 + (void)clearFFoxCache:(NSString*)profile {
+    if (profile == nil) {
+        return;
+    }
     for (NSString* name : kCacheFiles) {
         [[NSFileManager defaultManager]
             removeItemAtPath:[profile stringByAppendingPathComponent:name]

@@ -5,14 +5,18 @@
 #include <AppKit/AppKit.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <ctime>
+#include <filesystem>
 
 #include "installer/BrowserBridges.h"
 #include "settings/KSEnvironement.h"
 #include "tests/linux/ErrorChecks.h"
 #include "tests/logging/LogFile.h"
 #include "tests/support/Command.h"
+#include "tests/support/Files.h"
 
 namespace {
 
@@ -61,6 +65,15 @@ class FFoxInstallTest : public testing::Test {
     static bool Exists(const std::string& path) {
         struct stat info;
         return lstat(path.c_str(), &info) == 0;
+    }
+
+    // The kernel tells what a process runs a moment after it has started it.
+    static void Launch(const std::string& application, NSString* identifier) {
+        ASSERT_TRUE([[NSWorkspace sharedWorkspace] launchApplication:Text(application)]);
+        while ([[NSRunningApplication runningApplicationsWithBundleIdentifier:identifier] count] ==
+               0) {
+            usleep(1000);
+        }
     }
 
     // The log's lines without the time; of an error's description only the domain and the code.
@@ -353,11 +366,32 @@ TEST_F(FFoxInstallTest, ProfilesAreEverythingInTheirFolder) {
     EXPECT_EQ([[FFoxInstall ffoxProfiles] count], 0U);
 }
 
+TEST_F(FFoxInstallTest, TimeGrowsWithTheProfilesAndNotFaster) {
+    const auto seconds = [](size_t count) {
+        OutputOf("rm -rf '" + kUser + "/Firefox'");
+        for (size_t i = 0; i < count; ++i) {
+            const std::string profile = kProfiles + "/" + std::to_string(i) + ".default";
+            std::filesystem::create_directories(profile);
+            WriteFile(profile + "/extensions.rdf", "<RDF:RDF xmlns:RDF=\"urn:r\"><RDF:Description "
+                                                   "RDF:about=\"ks@corvendale.com\"/></RDF:RDF>");
+            WriteFile(profile + "/compreg.dat", "cache");
+        }
+        const clock_t start = clock();
+        [FFoxInstall UninstallExtension];
+        const double spent = static_cast<double>(clock() - start) / CLOCKS_PER_SEC;
+        EXPECT_EQ(OutputOf("cd '" + kProfiles + "' && cat */* | sort | uniq -c | tr -s ' '"),
+                  " " + std::to_string(count) + " <?xml version=\"1.0\" encoding=\"UTF-8\"?>\n " +
+                      std::to_string(count) + " <RDF:RDF xmlns:RDF=\"urn:r\"></RDF:RDF>\n");
+        return spent;
+    };
+    seconds(10);  // what is made once is not counted
+    const double few = seconds(50);
+    const double many = seconds(400);
+    EXPECT_LT(many, 16 * few) << few << " s for 50 profiles, " << many << " s for 400";
+}
+
 TEST_F(FFoxInstallTest, AnOrdinaryInstallationIsNeverReportedAsStarted) {
-    EXPECT_TRUE([[NSWorkspace sharedWorkspace] launchApplication:Text(kApplication)]);
-    EXPECT_GT([[NSRunningApplication runningApplicationsWithBundleIdentifier:@"org.mozilla.firefox"]
-                  count],
-              0U);
+    Launch(kApplication, @"org.mozilla.firefox");
     EXPECT_FALSE([FFoxInstall IsBrowserStarted]);
     EXPECT_FALSE(IsFFStartedBridgeCPP());
     OutputOf("killall firefox");
@@ -369,7 +403,7 @@ TEST_F(FFoxInstallTest, AnApplicationThatIsIdentifiedByAProgramNameCountsAsStart
     for (const char* name : {"firefox-bin", "firefox", "aurora", "nightly"}) {
         OutputOf("cp -R " + kApplication + " " + application + " && sed -i s/org.mozilla.firefox/" +
                  name + "/ " + application + "/Contents/Info.plist");
-        EXPECT_TRUE([[NSWorkspace sharedWorkspace] launchApplication:Text(application)]);
+        Launch(application, Text(name));
         EXPECT_TRUE([FFoxInstall IsBrowserStarted]) << name;
         EXPECT_TRUE(IsFFStartedBridgeCPP());
         OutputOf("killall firefox; while killall -0 firefox 2>/dev/null; do :; done; rm -r " +
