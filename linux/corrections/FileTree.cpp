@@ -172,11 +172,6 @@ std::vector<std::string> Levels(const std::string& path) {
     return levels;
 }
 
-/// @return false with errno set when the folder could not be made
-bool MakeFolder(const std::string& path, mode_t mode, bool despiteUmask) {
-    return mkdir(path.c_str(), mode) == 0 && (!despiteUmask || chmod(path.c_str(), mode) == 0);
-}
-
 }  // namespace
 
 TreeFailure CopyTree(const std::string& source, const std::string& target) {
@@ -232,21 +227,22 @@ int ListFolder(const std::string& path, std::vector<std::string>& names) {
 }
 
 int MakeFolders(const std::string& path, int mode) {
-    // Its owner must be able to make the next level inside, so the exact mode comes at the end.
-    const mode_t firstMode = mode == kModeByUmask ? 0777 : static_cast<mode_t>(mode) | 0700;
     std::vector<std::string> made;
     int error = 0;
     for (const std::string& level : Levels(path)) {
-        if (MakeFolder(level, firstMode, mode != kModeByUmask)) {
+        if (mkdir(level.c_str(), 0777) == 0) {
             made.push_back(level);
+            // Whatever the umask, its owner must be able to make the next level inside.
+            if (mode != kModeByUmask) {
+                chmod(level.c_str(), 0700);
+            }
             continue;
         }
-        error = errno;
+        const int failure = errno;
         if (!IsFolder(level)) {
-            error = error == EEXIST && level.size() < path.size() ? ENOTDIR : error;
+            error = failure == EEXIST && level.size() < path.size() ? ENOTDIR : failure;
             break;
         }
-        error = 0;
     }
     for (auto level = made.rbegin(); mode != kModeByUmask && level != made.rend(); ++level) {
         if (chmod(level->c_str(), static_cast<mode_t>(mode)) != 0 && error == 0) {

@@ -51,20 +51,18 @@ TEST(Sysctl, DoesNotKnowOtherNames) {
 }
 
 TEST(Sysctl, NeedsRoomAndSetsNothing) {
-    if (FrequencyByShell() == 0) {
-        GTEST_SKIP() << "this machine does not tell its processor's frequency";
-    }
+    const bool known = FrequencyByShell() != 0;
     int64_t value = 7;
     size_t size = 4;
     EXPECT_EQ(sysctlbyname(kFrequency, &value, &size, nullptr, 0), -1);
-    EXPECT_EQ(errno, ENOMEM);
+    EXPECT_EQ(errno, known ? ENOMEM : ENOENT);
     EXPECT_EQ(sysctlbyname(kFrequency, &value, nullptr, nullptr, 0), -1);
-    EXPECT_EQ(errno, ENOMEM);
+    EXPECT_EQ(errno, known ? ENOMEM : ENOENT);
     EXPECT_EQ(sysctlbyname(kFrequency, nullptr, &size, &value, sizeof value), -1);
     EXPECT_EQ(errno, EPERM);
     EXPECT_EQ(value, 7);
-    EXPECT_EQ(sysctlbyname(kFrequency, nullptr, &size, nullptr, 0), 0);
-    EXPECT_EQ(size, 8U);
+    EXPECT_EQ(sysctlbyname(kFrequency, nullptr, &size, nullptr, 0), known ? 0 : -1);
+    EXPECT_EQ(size, known ? 8U : 4U);
 }
 
 }  // namespace
