@@ -101,7 +101,7 @@ def _plan(options, host, tree, bound):
         "keychain": keychain_file.read(options.keychain) if options.keychain else {},
         "keychain_locked": options.keychain_locked,
         "pre": _pre(options.pre, bound),
-        "environment": sanitizers.bind_their_files(_passed_environment(), bound),
+        "environment": _environment(options, bound),
     }
 
 
@@ -132,6 +132,9 @@ def _pre(script, bound):
     return [_PRE_SCRIPT] if names_its_interpreter and os.access(script, os.X_OK) else ["/bin/sh", _PRE_SCRIPT]
 
 
-def _passed_environment():
-    return {name: value for name, value in os.environ.items()
-            if name in _PASSED or name.startswith(_PASSED_PREFIXES)}
+def _environment(options, bound):
+    """What of this environment reaches the program."""
+    passed = {name: value for name, value in os.environ.items()
+              if name in _PASSED or name.startswith(_PASSED_PREFIXES)}
+    passed = sanitizers.bind_their_files(passed, bound)
+    return sanitizers.with_standing_time(passed) if options.at else passed

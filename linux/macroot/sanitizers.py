@@ -1,4 +1,4 @@
-"""The sanitizers' options name files of the host: those come along, and the options follow them."""
+"""The options of programs that were built with sanitizers."""
 
 import os
 import re
@@ -7,8 +7,12 @@ _FILE_OPTION = re.compile(r"(?P<name>suppressions=)(?P<path>[^:]+)")
 _FOLDER = "/run/macroot/suppressions"
 
 
+# Their allocators ask the clock at a time when libfaketime, asked for the first time, allocates.
+_NO_CLOCK = "allocator_release_to_os_interval_ms=-1"
+
+
 def bind_their_files(environment, bound):
-    """The environment with the paths as they are inside."""
+    """The environment with the files that the options name as they are inside; `bound` gets them."""
     def bind(match):
         path = os.path.abspath(match["path"])
         if not os.path.isfile(path):
@@ -19,3 +23,9 @@ def bind_their_files(environment, bound):
 
     return {name: _FILE_OPTION.sub(bind, value) if name.endswith("SAN_OPTIONS") else value
             for name, value in environment.items()}
+
+
+def with_standing_time(environment):
+    """The environment with what lets programs with a sanitizer start under libfaketime."""
+    return {**environment, **{name: ":".join(filter(None, (environment.get(name), _NO_CLOCK)))
+                              for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS")}}

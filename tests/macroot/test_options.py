@@ -2,6 +2,7 @@
 
 import os
 import plistlib
+import shutil
 import subprocess
 import time
 
@@ -54,6 +55,22 @@ def test_the_time_inside_stands_still(mac):
 def test_the_time_is_local(mac):
     result = sh(mac, "date '+%F %T %z'", "--at", "2024-07-01 00:00:00", env={**os.environ, "TZ": "Asia/Tokyo"})
     assert result.stdout == "2024-07-01 00:00:00 +0900\n"
+
+
+@pytest.mark.parametrize("sanitizer", ["address,undefined", "thread"])
+def test_the_time_stands_for_programs_with_a_sanitizer_too(mac, tmp_path, sanitizer):
+    if not shutil.which("clang++"):
+        pytest.skip("clang++ is not installed")
+    source = tmp_path / "clock.cpp"
+    source.write_text("""#include <cstdio>
+                         #include <ctime>
+                         #include <string>
+                         int main() { printf("%s\\n", std::to_string(time(nullptr)).c_str()); }""")
+    subprocess.run(["clang++", f"-fsanitize={sanitizer}", source, "-o", tmp_path / "clock"], check=True)
+    tmp_path.chmod(0o755)
+    result = mac.run("--at", "2024-03-05 09:07:02", program=tmp_path / "clock", timeout=20,
+                     env={**os.environ, "TZ": "UTC", "ASAN_OPTIONS": "detect_leaks=0"})
+    assert (result.status, result.stdout) == (0, "1709629622\n")
 
 
 def test_files_keep_their_real_dates(mac):
