@@ -7,6 +7,7 @@ import sys
 from macroot import host
 from macroot.errors import Trouble
 from macroot.inside.cell import PATH
+from macroot.people import HOME
 
 CANNOT_WORK = 70
 VERDICTS = ("allow", "cancel", "refuse")
@@ -103,7 +104,7 @@ def _status(text):
 def _parser():
     parser = argparse.ArgumentParser(
         prog="macroot", allow_abbrev=False,
-        description="A folder tree that looks like a Mac's, and programs run inside it as a Mac's user.")
+        description="A folder tree that looks like a Mac's, and programs run in it.")
     commands = parser.add_subparsers(metavar="COMMAND", required=True)
 
     def command(name, function, text, **more):
@@ -113,14 +114,15 @@ def _parser():
 
     new = command("new", _new, "make a machine in an empty folder")
     new.add_argument("tree", metavar="TREE")
-    new.add_argument("--machine", metavar="NAME", default="typical", help="which machine (default: typical)")
+    new.add_argument("--machine", metavar="NAME", default="typical",
+                     help="which machine (default: typical)")
 
     run = command("run", _run, "run PROGRAM as alex in TREE; the exit status is the program's",
                   usage="macroot run [OPTIONS] TREE [-- PROGRAM ARG...]")
     run.add_argument("tree", metavar="TREE")
     run.add_argument("--admin", metavar="VERDICT", choices=VERDICTS, action="append", default=[],
-                     help="allow, cancel or refuse an administrator prompt; repeatable, one a prompt, "
-                          "the last one stays (default: allow)")
+                     help="allow, cancel or refuse an administrator prompt; repeatable, "
+                          "one a prompt, the last one stays (default: allow)")
     run.add_argument("--asked", metavar="FILE", help="append one JSON object a prompt to FILE")
     run.add_argument("--fast", action="store_true", help="`sleep` in scripts costs nothing")
     run.add_argument("--at", metavar="'YYYY-MM-DD HH:MM:SS'", type=_time,
@@ -128,23 +130,28 @@ def _parser():
     run.add_argument("--display", action="store_true", help="a private X display inside")
     run.add_argument("--screenshot", metavar="FILE", help="the display's picture at the end, a PNG")
     run.add_argument("--keychain", metavar="FILE",
-                     help="the login keychain: a property list, item label -> data; read before, written after")
-    run.add_argument("--keychain-locked", action="store_true", help="the keychain is there but refuses")
+                     help="the login keychain: a property list, item label -> data; read before, "
+                          "written after")
+    run.add_argument("--keychain-locked", action="store_true",
+                     help="the keychain is there but refuses")
     run.add_argument("--sh", choices=("bash", "dash"), default="bash",
                      help="what /bin/sh is inside (default: bash)")
     run.add_argument("--full", metavar="PATH=BYTES", type=_disk, action="append", default=[],
                      help="PATH is a disk of its own with that much room left")
     run.add_argument("--web", metavar="STATUS", type=_status,
                      help="a web server on port 80 inside that answers every host name with STATUS")
-    run.add_argument("--pre", metavar="SCRIPT", help="run as root inside, before PROGRAM: a file, or shell text")
-    run.add_argument("--home", metavar="PATH", type=_home, default="/Users/alex", help="alex's home inside")
+    run.add_argument("--pre", metavar="SCRIPT",
+                     help="run as root inside, before PROGRAM: a file, or shell text")
+    run.add_argument("--home", metavar="PATH", type=_home, default=HOME,
+                     help=f"alex's home inside (default: {HOME})")
     run.add_argument("--own", metavar="PATH", type=_own, action="append", default=[],
-                     help="give PATH and all below it to alex first; repeatable; `none` gives nothing")
+                     help="give PATH and all below it to alex first; repeatable; "
+                          "`none` gives nothing")
 
     manifest = command("manifest", _manifest, "one line an entry of TREE, sorted by path")
     manifest.add_argument("tree", metavar="TREE")
 
-    diff = command("diff", _diff, "show how two manifests differ; the exit status is 1 when they do")
+    diff = command("diff", _diff, "show how two manifests differ; the status is 1 when they do")
     diff.add_argument("before", metavar="BEFORE")
     diff.add_argument("after", metavar="AFTER")
 

@@ -1,12 +1,12 @@
 """What this host lets a Mac root be, found out by trying.
 
 From the best to the least:
-  root                                     namespaces made by bwrap; real users 0 and 501
-  root who may not mount                   the same, inside a user namespace where every id is itself
-  a user with subordinate ids              the same, inside `unshare --map-root-user --map-auto`
-  root where namespaces are refused        proot; real users
-  a user without subordinate ids           namespaces, but one user of the host stands for both: reduced
-  a user where namespaces are refused      proot, and one user for both: reduced
+  root                                  namespaces made by bwrap; real users 0 and 501
+  root who may not mount                the same, in a user namespace where every id is itself
+  a user with subordinate ids           the same, in `unshare --map-root-user --map-auto`
+  root where namespaces are refused     proot; real users
+  a user without subordinate ids        namespaces; one user of the host stands for both: reduced
+  a user where namespaces are refused   proot; one user of the host stands for both: reduced
 """
 
 import os
@@ -32,11 +32,11 @@ _PROOT_TRIAL = ["proot", "-r", "/", "-b", "/proc", "true"]
 _CAPABILITY_CHOWN, _CAPABILITY_SETGID, _CAPABILITY_SETUID = 0, 6, 7
 _CLONE_NEWUSER = 0x10000000
 _EVERY_ID = "0 0 65536\n"
-_ADVICE = " (a range for you in /etc/subuid and /etc/subgid, and the package uidmap, would part them)"
+_ADVICE = " (the package uidmap and a range for you in /etc/subuid and /etc/subgid would part them)"
 
 
 class Host:
-    """What was found: `kind` is NAMESPACES or PROOT, `real_users` whether alex and root are two users."""
+    """What was found: the kind (NAMESPACES or PROOT), and whether alex and root are two users."""
 
     def __init__(self, kind):
         self.kind = kind
@@ -45,12 +45,13 @@ class Host:
     def say_if_reduced(self):
         """Tells people what this host cannot give."""
         if not self.real_users:
-            print("macroot: reduced: alex and root are one user of this host, kept apart by missing "
-                  f"write permissions alone{_ADVICE if self.kind == NAMESPACES else ''}", file=sys.stderr)
+            advice = _ADVICE if self.kind == NAMESPACES else ""
+            print("macroot: reduced: alex and root are one user of this host, kept apart by "
+                  f"missing write permissions alone{advice}", file=sys.stderr)
 
 
 def settle(arguments):
-    """The host, after entering a user namespace where that is needed: then this program starts anew."""
+    """The host; where it takes a user namespace, this program starts anew inside one first."""
     if ENTERED in arguments[:1]:
         return Host(NAMESPACES)
     again = [sys.executable, "-ISXutf8", sys.argv[0], ENTERED, *arguments]
@@ -68,14 +69,15 @@ def settle(arguments):
         os.execvp(_ONE_ID[0], _ONE_ID + again)
     if _works(_PROOT_TRIAL):
         return Host(PROOT)
-    raise Trouble("this host lets nobody make a Mac root: neither bwrap (Debian packages bubblewrap and "
-                  "uidmap) nor proot (package proot) can run here")
+    raise Trouble("this host lets nobody make a Mac root: neither bwrap (Debian's packages "
+                  "bubblewrap and uidmap) nor proot (package proot) can run here")
 
 
 def _works(command, before=None):
     try:
-        return subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, preexec_fn=before, check=False).returncode == 0
+        trial = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                               stderr=subprocess.DEVNULL, preexec_fn=before, check=False)
+        return trial.returncode == 0
     except (OSError, subprocess.SubprocessError):
         return False
 

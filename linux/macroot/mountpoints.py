@@ -1,4 +1,4 @@
-"""What a run must add to a tree to enter it: mount points, links to them, and the temporary folders.
+"""What a run must add to a tree to enter it: mount points, links to them, temporary folders.
 
 A run takes away what it added when it ends. Runs in one tree may overlap, so the last one takes
 away what all of them added; a record beside the lock remembers it, even of a run that was killed.
@@ -25,17 +25,14 @@ _LIBRARY_LINKS = ("bin", "sbin", "lib", "lib32", "lib64", "libx32")
 class MountPoints:
     """Held around a run: `with MountPoints(tree): ...`.
 
-    `notes` is an open file for the permissions that are taken for the time of a run (write_bits.py):
-    they are given back with the rest.
+    `notes` is an open file for the permissions that are taken for the time of a run
+    (write_bits.py): they are given back with the rest.
     """
 
     def __init__(self, tree):
         self._tree = tree
         self._locks = _lock_folder()
-        status = os.stat(tree)
-        path = zlib.crc32(os.fsencode(os.path.realpath(tree)))
-        # The path too: a number may have gone to another tree since a run was killed.
-        self._record_path = os.path.join(self._locks, f"{status.st_dev:x}-{status.st_ino:x}-{path:x}")
+        self._record_path = os.path.join(self._locks, _name_of(tree))
         self._notes_path = self._record_path + "-permissions"
         self._record = None
         self.notes = None
@@ -132,13 +129,21 @@ def etc_folders(tree):
 
 
 def library_folders(tree):
-    """Where a tree brings a folder of its own instead of the link to the host's /usr/bin, /usr/lib, …"""
-    return [f"/{name}" for name in _LIBRARY_LINKS if os.path.islink(f"/{name}") and _is_real_folder(tree, name)]
+    """Where a tree brings a folder instead of a link to the host's /usr/bin and the like."""
+    return [f"/{name}" for name in _LIBRARY_LINKS
+            if os.path.islink(f"/{name}") and _is_real_folder(tree, name)]
 
 
 def _is_real_folder(tree, name):
     path = os.path.join(tree, name)
     return os.path.isdir(path) and not os.path.islink(path)
+
+
+def _name_of(tree):
+    """Its number, and its path: the number may be another tree's since a run was killed."""
+    status = os.stat(tree)
+    path = zlib.crc32(os.fsencode(os.path.realpath(tree)))
+    return f"{status.st_dev:x}-{status.st_ino:x}-{path:x}"
 
 
 def _lock_folder():

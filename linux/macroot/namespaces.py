@@ -5,7 +5,7 @@ import os
 import subprocess
 
 from macroot.errors import Trouble
-from macroot.inside import supervisor  # pylint: disable=unused-import  (compiled here, where it can be kept)
+from macroot.inside import supervisor  # noqa: F401  compiled here, where the result can be kept
 from macroot.inside.cell import process_namespace
 
 _PACKAGE = os.path.dirname(os.path.realpath(__file__))
@@ -33,7 +33,7 @@ def carry_out(plan, bound, channels):
     handed_on = [written_plan, *(number for number in plan["channels"].values() if number >= 0)]
     command = ["bwrap", *_walls(plan, bound), "--",
                "/usr/bin/python3", "-ISXutf8", _SUPERVISOR, str(written_plan)]
-    # A session of its own: the terminal's signals come to the program by way of the supervisor alone.
+    # A session of its own: the terminal's signals come by way of the supervisor alone.
     with subprocess.Popen(command, pass_fds=handed_on, env={}, start_new_session=True) as sandbox:
         os.close(reporting)
         with open(report, encoding="utf-8") as reported:
@@ -51,7 +51,8 @@ def _walls(plan, bound):
     walls = ["--unshare-pid", "--unshare-ipc", "--unshare-uts", "--hostname", "mac",
              "--die-with-parent", "--new-session",
              "--bind", plan["tree"], "/", "--ro-bind", "/usr", "/usr",
-             "--dev", "/dev", "--chmod", "1777", "/dev/shm", "--proc", "/proc", "--perms", "0755", "--tmpfs", "/run"]
+             "--dev", "/dev", "--chmod", "1777", "/dev/shm", "--proc", "/proc",
+             "--perms", "0755", "--tmpfs", "/run"]
     if plan["web"]:
         walls += ["--unshare-net"]
     for folder in plan["library_folders"]:
@@ -62,10 +63,10 @@ def _walls(plan, bound):
             walls += ["--ro-bind-try", f"/etc/{name}", f"{folder}/{name}"]
     for inside, source in swapped_programs(plan):
         walls += ["--ro-bind", source, inside]
-    for folder in sorted({os.path.dirname(path) for path in (_ADMIN, _PACKAGE_INSIDE, *bound)} - {"/run"}):
+    shown = {**bound, _PACKAGE_INSIDE: _PACKAGE, _ADMIN: f"{_PACKAGE}/inside/admin"}
+    for folder in sorted({os.path.dirname(inside) for inside in shown} - {"/run"}):
         walls += ["--perms", "0755", "--dir", folder]
-    walls += ["--ro-bind", _PACKAGE, _PACKAGE_INSIDE, "--ro-bind", f"{_PACKAGE}/inside/admin", _ADMIN]
-    for inside, host_path in bound.items():
+    for inside, host_path in shown.items():
         walls += ["--ro-bind", host_path, inside]
     return walls
 

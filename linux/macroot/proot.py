@@ -51,14 +51,16 @@ def _options(plan, bound, scratch):
     for number, folder in enumerate(plan["etc_folders"]):
         os.mkdir(f"{scratch}/etc{number}")
         shown.append((f"{scratch}/etc{number}", folder))
-        shown += [(f"/etc/{name}", f"{folder}/{name}") for name in ETC_FROM_HOST if os.path.exists(f"/etc/{name}")]
+        shown += [(f"/etc/{name}", f"{folder}/{name}") for name in ETC_FROM_HOST
+                  if os.path.exists(f"/etc/{name}")]
     shown += [(source, inside) for inside, source in swapped_programs(plan)]
     shown += [(_reachable(host_path, scratch) if plan["real_users"] else host_path, inside)
               for inside, host_path in bound.items()]
     os.makedirs(f"{scratch}/run/macroot/lib/macroot")
     shutil.copytree(_INSIDE, f"{scratch}/run/macroot/lib/macroot/inside")
     shutil.copy(f"{_INSIDE}/admin", f"{scratch}/run/macroot/admin")
-    return ["-r", plan["tree"], *(word for source, inside in shown for word in ("-b", f"{source}:{inside}"))]
+    bindings = (word for source, inside in shown for word in ("-b", f"{source}:{inside}"))
+    return ["-r", plan["tree"], *bindings]
 
 
 def _reachable(path, scratch):

@@ -22,7 +22,8 @@ _COMMON_FOLDERS = {"/run/installer": os.path.dirname(_INSTALLER),
 _SAME_INSIDE = ("/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/")
 
 # Variables that reach the program; every other one is cleared.
-_PASSED = ("LANG", "LANGUAGE", "TZ", "ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS")
+_PASSED = ("LANG", "LANGUAGE", "TZ",
+           "ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS")
 _PASSED_PREFIXES = ("LC_", "GTEST_")
 
 _ENDING_SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
@@ -82,7 +83,8 @@ def _plan(options, host, tree, bound):
 
     bound: gets what of the host must be seen inside, a path inside -> a path of the host.
     """
-    bound.update((inside, folder) for inside, folder in _COMMON_FOLDERS.items() if os.path.isdir(folder))
+    bound.update((inside, folder) for inside, folder in _COMMON_FOLDERS.items()
+                 if os.path.isdir(folder))
     return {
         "tree": tree,
         "etc_folders": mountpoints.etc_folders(tree),
@@ -128,8 +130,8 @@ def _pre(script, bound):
         return ["/bin/sh", "-c", script]
     bound[_PRE_SCRIPT] = os.path.realpath(script)
     with open(script, "rb") as file:
-        names_its_interpreter = file.read(2) == b"#!"
-    return [_PRE_SCRIPT] if names_its_interpreter and os.access(script, os.X_OK) else ["/bin/sh", _PRE_SCRIPT]
+        can_be_called = file.read(2) == b"#!" and os.access(script, os.X_OK)
+    return [_PRE_SCRIPT] if can_be_called else ["/bin/sh", _PRE_SCRIPT]
 
 
 def _environment(options, bound):

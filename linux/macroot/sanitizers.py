@@ -12,7 +12,7 @@ _NO_CLOCK = "allocator_release_to_os_interval_ms=-1"
 
 
 def bind_their_files(environment, bound):
-    """The environment with the files that the options name as they are inside; `bound` gets them."""
+    """The environment with the files that the options name where they are inside (see `bound`)."""
     def bind(match):
         path = os.path.abspath(match["path"])
         if not os.path.isfile(path):

@@ -3,8 +3,9 @@
 import os
 import shutil
 
-from macroot import machines
 from macroot.errors import Trouble
+from macroot.machines import MACHINES
+from macroot.machines.entries import Absent, File, Link
 from macroot.people import ALEX, ROOT, STAFF, WHEEL, is_alexs
 
 _FOLDER_MODE = 0o755
@@ -12,8 +13,8 @@ _FOLDER_MODE = 0o755
 
 def make(tree, machine, host):
     """Makes the machine of that name; owners as seen inside, where the host can give them."""
-    if machine not in machines.MACHINES:
-        raise Trouble(f"there is no machine {machine!r}; there are: {', '.join(machines.MACHINES)}")
+    if machine not in MACHINES:
+        raise Trouble(f"there is no machine {machine!r}; there are: {', '.join(MACHINES)}")
     try:
         os.makedirs(tree, exist_ok=True)
         if os.listdir(tree):
@@ -22,7 +23,7 @@ def make(tree, machine, host):
         raise Trouble(f"{tree} is no folder") from None
     os.chmod(tree, _FOLDER_MODE)
     builder = _Builder(tree, host.real_users)
-    for part in machines.MACHINES[machine]:
+    for part in MACHINES[machine]:
         for entry in part:
             builder.add(entry)
 
@@ -38,13 +39,13 @@ class _Builder:
         """Makes one entry; of two for one path the later counts."""
         path = self._tree + entry.path
         self._make_folders_above(entry.path)
-        if isinstance(entry, machines.Link):
+        if isinstance(entry, Link):
             os.symlink(entry.target, path)
-        elif isinstance(entry, machines.File):
+        elif isinstance(entry, File):
             with open(path, "wb") as file:
                 file.write(entry.content)
             os.chmod(path, entry.mode)
-        elif isinstance(entry, machines.Absent):
+        elif isinstance(entry, Absent):
             self._remove(path)
             return
         else:

@@ -36,7 +36,8 @@ def enter_as(user, group):
     """Whoever this process is outside, inside it is that user, and nobody else is there."""
     outer_user, outer_group = os.geteuid(), os.getegid()
     _unshare()
-    _write("self", setgroups="deny", uid_map=f"{user} {outer_user} 1", gid_map=f"{group} {outer_group} 1")
+    _write("self", setgroups="deny",
+           uid_map=f"{user} {outer_user} 1", gid_map=f"{group} {outer_group} 1")
 
 
 def _unshare():

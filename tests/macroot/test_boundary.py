@@ -1,6 +1,7 @@
 """Alex is a user, root is root, and the broker stands between them."""
 
 import json
+import subprocess
 
 import pytest
 
@@ -24,11 +25,12 @@ def ask(mac, request, *options):
 
 def test_the_program_runs_as_alex_at_home(mac):
     result = sh(mac, "id -u; id -g; id -G; pwd; echo $HOME; echo ~alex; umask")
-    assert result.stdout.split() == ["501", "20", "20", "/Users/alex", "/Users/alex", "/Users/alex", "0022"]
+    assert result.stdout.split() == ["501", "20", "20", *["/Users/alex"] * 3, "0022"]
     assert (result.status, result.stderr) == (0, "")
 
 
-@pytest.mark.parametrize("folder", ["", "/Library", "/Applications", "/System/Library", "/Users", "/private"])
+@pytest.mark.parametrize(
+    "folder", ["", "/Library", "/Applications", "/System/Library", "/Users", "/private"])
 def test_alex_cannot_write_where_root_owns(mac, folder):
     result = sh(mac, f"echo mine > {folder}/x; echo $?; mkdir {folder}/y 2>/dev/null; echo $?")
     assert result.stdout == "1\n1\n"
@@ -39,12 +41,13 @@ def test_alex_cannot_write_where_root_owns(mac, folder):
 def test_alex_cannot_change_roots_files(mac, real_users):
     version = "/System/Library/CoreServices/SystemVersion.plist"
     before = mac.manifest()
-    assert sh(mac, f"echo mine >> {version}; chmod 777 {version}; rm -f {version}; mv /Library /Users/alex").status
+    result = sh(mac, f"echo mine >> {version}; chmod 777 {version}; rm {version}; mv /Library .")
+    assert result.stderr.count("\n") == 4
     assert mac.manifest() == before
 
 
 def test_alex_cannot_become_root(mac):
-    result = sh(mac, "sudo -n id 2>&1; su -c id </dev/null 2>&1; unshare --mount true 2>&1 || echo no")
+    result = sh(mac, "sudo -n id; su -c id </dev/null; unshare --mount true || echo no")
     assert "uid=0" not in result.stdout and result.stdout.endswith("no\n")
 
 
@@ -83,12 +86,12 @@ def test_a_command_runs_with_a_clean_environment(mac):
 
 
 def test_one_verdict_a_prompt_and_the_last_one_stays(mac):
-    result = sh(mac, f"{ADMIN} true; {ADMIN} --right some.right; {ADMIN} 'echo 3'; {ADMIN} 'echo 4'",
+    result = sh(mac, f"{ADMIN} true; {ADMIN} --right a.right; {ADMIN} 'echo 3'; {ADMIN} 'echo 4'",
                 "--admin", "refuse", "--admin", "cancel", "--admin", "allow")
     assert result.stdout == "refuse 0\ncancel 0\nallow 0\n3\nallow 0\n4\n"
     assert result.asked == [
         {"command": "true", "verdict": "refuse"},
-        {"right": "some.right", "verdict": "cancel"},
+        {"right": "a.right", "verdict": "cancel"},
         {"command": "echo 3", "verdict": "allow"},
         {"command": "echo 4", "verdict": "allow"},
     ]
@@ -116,7 +119,8 @@ def test_the_brokers_answer_counts_its_bytes(mac):
 
 
 def test_large_outputs_arrive_whole(mac):
-    answer = ask(mac, b"command\nhead -c 3000000 /dev/zero | tr '\\0' x; head -c 2000000 /dev/zero | tr '\\0' y >&2")
+    answer = ask(mac, b"command\nhead -c 3000000 /dev/zero | tr '\\0' x;"
+                      b"head -c 2000000 /dev/zero | tr '\\0' y >&2")
     assert answer == "allow 0 3000000 2000000\n" + "x" * 3000000 + "y" * 2000000
 
 
@@ -127,15 +131,19 @@ def test_an_unknown_request_is_no_prompt(mac):
 
 
 def test_a_command_may_ask_again(mac):
-    assert sh(mac, f"{ADMIN} '{ADMIN} id -u'").stdout.startswith("allow 2\n")  # bad usage, but answered
     assert sh(mac, f"""{ADMIN} "{ADMIN} 'id -u'" """).stdout == "allow 0\nallow 0\n0\n"
 
 
 def test_processes_of_the_host_are_invisible(mac):
-    result = sh(mac, "ls /proc | grep -c '^[0-9]*$'; ls /proc/self/ns/pid >/dev/null && readlink /proc/1/exe || true")
-    if int(result.stdout.split()[0]) > 20:
+    outside = subprocess.Popen(["/usr/bin/sleep", "60.25"])
+    try:
+        seen = sh(mac, "cat /proc/1/cmdline /proc/[0-9]*/cmdline | tr '\\0' ' '").stdout
+    finally:
+        outside.kill()
+        outside.wait()
+    if not seen.startswith("bwrap "):
         pytest.skip("without namespaces, processes of the host are visible")
-    assert int(result.stdout.split()[0]) < 8
+    assert "60.25" not in seen and "cat /proc" in seen
 
 
 def test_what_the_program_leaves_running_ends_with_it(mac, tmp_path):
@@ -150,7 +158,8 @@ def test_what_the_program_leaves_running_ends_with_it(mac, tmp_path):
 
 
 def test_the_exit_status_is_the_programs(mac):
-    assert [sh(mac, f"exit {status}").status for status in (0, 1, 70, 126, 255)] == [0, 1, 70, 126, 255]
+    statuses = [0, 1, 70, 126, 255]
+    assert [sh(mac, f"exit {status}").status for status in statuses] == statuses
 
 
 @pytest.mark.parametrize("number", [2, 9, 11, 15])

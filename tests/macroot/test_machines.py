@@ -9,47 +9,41 @@ from tests.support.mac import Mac, macroot
 LEFTOVERS = """
 /Applications/Google Chrome.app/Contents/Extensions/Keystrel.crx
 /Applications/Google Chrome.app/Contents/Extensions/KeystrelButton.crx
-/Library/Application Support/Google/Chrome/External Extensions/Keystrel.crx
-/Library/Application Support/Google/Chrome/External Extensions/KeystrelButton.crx
-/Library/Application Support/Google/Chrome/External Extensions/kmcoedhplnbajgfiehkcpamdobnlgjie.json
-/Library/Application Support/Google/Chrome/External Extensions/pbjaclkhgedmfonipcabhlmgkdjeoifn.json
+LIBRARY/Application Support/Google/Chrome/External Extensions/Keystrel.crx
+LIBRARY/Application Support/Google/Chrome/External Extensions/KeystrelButton.crx
+LIBRARY/Application Support/Google/Chrome/External Extensions/kmcoedhplnbajgfiehkcpamdobnlgjie.json
+LIBRARY/Application Support/Google/Chrome/External Extensions/pbjaclkhgedmfonipcabhlmgkdjeoifn.json
+LIBRARY/Application Support/Mozilla/Extensions/GUID/Keystrel@corvendale.com
+LIBRARY/Application Support/Mozilla/Extensions/GUID/KeystrelButton@corvendale.com
+LIBRARY/Application Support/Mozilla/Extensions/GUID/js-ctypes
+LIBRARY/Application Support/Mozilla/Extensions/GUID/ks@corvendale.com
+LIBRARY/Application Support/Mozilla/NativeMessagingHosts/com.corvendale.ksnative.manifest.json
+LIBRARY/Internet Plug-Ins/npKSPlugin.bundle
 /Library/Application Support/Keystrel/Tools/BExtensions/chrome/kmcoedhplnbajgfiehkcpamdobnlgjie.json
 /Library/Application Support/Keystrel/Tools/BExtensions/chrome/pbjaclkhgedmfonipcabhlmgkdjeoifn.json
-/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/Keystrel@corvendale.com
-/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/KeystrelButton@corvendale.com
-/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/js-ctypes
-/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/ks@corvendale.com
-/Library/Application Support/Mozilla/NativeMessagingHosts/com.corvendale.ksnative.manifest.json
 /Library/Google/Chrome/NativeMessagingHosts/com.corvendale.kschromena.json
-/Library/Internet Plug-Ins/npKSPlugin.bundle
-/Users/alex/Library/Application Support/Firefox/Profiles/ab12cd34.default/compreg.dat
-/Users/alex/Library/Application Support/Firefox/Profiles/ab12cd34.default/extensiondev.rdf
-/Users/alex/Library/Application Support/Firefox/Profiles/ab12cd34.default/extensions.cache
-/Users/alex/Library/Application Support/Firefox/Profiles/ab12cd34.default/extensions.ini
-/Users/alex/Library/Application Support/Firefox/Profiles/ab12cd34.default/extensions.rdf
-/Users/alex/Library/Application Support/Firefox/Profiles/ab12cd34.default/xpti.dat
-/Users/alex/Library/Application Support/Google/Chrome/External Extensions/Keystrel.crx
-/Users/alex/Library/Application Support/Google/Chrome/External Extensions/KeystrelButton.crx
-/Users/alex/Library/Application Support/Google/Chrome/External Extensions/kmcoedhplnbajgfiehkcpamdobnlgjie.json
-/Users/alex/Library/Application Support/Google/Chrome/External Extensions/pbjaclkhgedmfonipcabhlmgkdjeoifn.json
-/Users/alex/Library/Application Support/Microsoft Edge/External Extensions/ljdimbpkaehcfognojlkbmcpiedhfagk.json
-/Users/alex/Library/Application Support/Microsoft Edge/NativeMessagingHosts/com.corvendale.kschromena.json
-/Users/alex/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/Keystrel@corvendale.com
-/Users/alex/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/KeystrelButton@corvendale.com
-/Users/alex/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/js-ctypes
-/Users/alex/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/ks@corvendale.com
-/Users/alex/Library/Application Support/Mozilla/NativeMessagingHosts/com.corvendale.ksnative.json
-/Users/alex/Library/Application Support/Mozilla/NativeMessagingHosts/com.corvendale.ksnative.manifest.json
-/Users/alex/Library/Caches/com.apple.Safari/Extensions/Keystrel Button.safariextension
-/Users/alex/Library/Caches/com.apple.Safari/Extensions/Keystrel.safariextension
-/Users/alex/Library/Internet Plug-Ins/KeystrelSafari32.webplugin
-/Users/alex/Library/Internet Plug-Ins/KeystrelSafari64.webplugin
-/Users/alex/Library/Internet Plug-Ins/npKSPlugin.bundle
-/Users/alex/Library/Safari/Extensions/Keystrel Button.safariextz
-/Users/alex/Library/Safari/Extensions/Keystrel.safariextz
+~/Library/Application Support/Firefox/Profiles/ab12cd34.default/compreg.dat
+~/Library/Application Support/Firefox/Profiles/ab12cd34.default/extensiondev.rdf
+~/Library/Application Support/Firefox/Profiles/ab12cd34.default/extensions.cache
+~/Library/Application Support/Firefox/Profiles/ab12cd34.default/extensions.ini
+~/Library/Application Support/Firefox/Profiles/ab12cd34.default/extensions.rdf
+~/Library/Application Support/Firefox/Profiles/ab12cd34.default/xpti.dat
+EDGE/External Extensions/ljdimbpkaehcfognojlkbmcpiedhfagk.json
+EDGE/NativeMessagingHosts/com.corvendale.kschromena.json
+~/Library/Application Support/Mozilla/NativeMessagingHosts/com.corvendale.ksnative.json
+~/Library/Caches/com.apple.Safari/Extensions/Keystrel Button.safariextension
+~/Library/Caches/com.apple.Safari/Extensions/Keystrel.safariextension
+~/Library/Internet Plug-Ins/KeystrelSafari32.webplugin
+~/Library/Internet Plug-Ins/KeystrelSafari64.webplugin
+~/Library/Safari/Extensions/Keystrel Button.safariextz
+~/Library/Safari/Extensions/Keystrel.safariextz
 /private/tmp/createDirChrome.sh
 /private/tmp/createDirUninstall.sh
-""".strip().split("\n")
+""".replace("GUID", "{ec8030f7-c20a-464f-9b0e-13a3a9e97384}").replace(
+    "EDGE", "~/Library/Application Support/Microsoft Edge").strip().split("\n")
+LEFTOVERS = [line.replace("LIBRARY", library).replace("~", "/Users/alex")
+             for line in LEFTOVERS
+             for library in (("/Library", "~/Library") if "LIBRARY" in line else [""])]
 
 PAYLOAD = """
 chrome/Keystrel.crx
@@ -138,16 +132,13 @@ def test_an_applications_program_shows_its_own_path_until_it_is_ended(machines):
 
 def test_property_lists_are_well_formed(machines):
     mac = machines("typical")
-    lists = [path for path in mac.tree.rglob("*.plist") if "bundle" not in str(path)
-             and "plugin" not in str(path) and "safariextension" not in str(path)]
-    assert len(lists) > 8
-    for path in lists:
-        assert isinstance(plistlib.loads(path.read_bytes()), dict)
-    toolbar = plistlib.loads(mac.path("/Users/alex/Library/Preferences/com.apple.Safari.plist").read_bytes())
-    assert "com.corvendale.keystrel.button.safari-7QJX2RM5TB ksbutton" in toolbar[
-        "NSToolbar Configuration BrowserWindowToolbarIdentifier"]["TB Item Identifiers"]
-    registry = plistlib.loads(mac.path("/Users/alex/Library/Safari/Extensions/Extensions.plist").read_bytes())
-    assert [entry["Archive File Name"] for entry in registry["Installed Extensions"]] == [
+    lists = {path.name: plistlib.loads(path.read_bytes()) for path in mac.tree.rglob("*.plist")}
+    assert all(isinstance(content, dict) for content in lists.values())
+    assert "com.corvendale.keystrel.button.safari-7QJX2RM5TB ksbutton" in lists[
+        "com.apple.Safari.plist"]["NSToolbar Configuration BrowserWindowToolbarIdentifier"][
+        "TB Item Identifiers"]
+    entries = lists["Extensions.plist"]["Installed Extensions"]
+    assert [entry["Archive File Name"] for entry in entries] == [
         "Weather.safariextz", "Keystrel.safariextz", "Keystrel Button.safariextz"]
 
 
@@ -160,8 +151,11 @@ def test_home_shared_folder_and_bundle_are_alexs_and_the_rest_is_roots(machines,
 
 
 def test_modes_do_not_depend_on_the_callers_umask(tmp_path):
-    manifests = [macroot("manifest", tree, check=True).stdout for tree in (tmp_path / "one", tmp_path / "two")
-                 if macroot("new", tree, umask={"one": 0o000, "two": 0o077}[tree.name], check=True)]
+    manifests = []
+    for umask in (0o000, 0o077):
+        tree = tmp_path / f"{umask:o}"
+        macroot("new", tree, umask=umask, check=True)
+        manifests.append(macroot("manifest", tree, check=True).stdout)
     assert manifests[0] == manifests[1] != ""
 
 

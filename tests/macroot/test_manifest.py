@@ -71,8 +71,9 @@ def test_the_hosts_part_is_left_out(tree):
     for name in ("usr", "dev", "proc", "run", "private/etc", "private/tmp", "folder/usr"):
         (tree / name).mkdir(parents=True)
         (tree / name / "inside").touch()
-    for name, target in {"bin": "usr/bin", "lib64": "usr/lib64", "etc": "private/etc", "sbin": "/usr/sbin",
-                         "tmp": "private/tmp", "folder/bin": "usr/bin"}.items():
+    for name, target in {"bin": "usr/bin", "lib64": "usr/lib64", "etc": "private/etc",
+                         "sbin": "/usr/sbin", "tmp": "private/tmp",
+                         "folder/bin": "usr/bin"}.items():
         (tree / name).symlink_to(target)
     assert [line.split("\t")[3] for line in manifest(tree)] == [
         "/folder", "/folder/bin", "/folder/file", "/folder/usr", "/folder/usr/inside", "/link",

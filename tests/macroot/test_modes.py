@@ -1,6 +1,6 @@
 """The Mac root on every kind of host: as root, as a user, with fewer rights, without namespaces.
 
-Each kind is made out of this host, in namespaces of the test's own; nothing changes for anybody else.
+Each kind is made out of this host, in namespaces of the test's own; nothing changes for others.
 """
 
 import os
@@ -58,7 +58,7 @@ def kind(request):
     folder = pathlib.Path(tempfile.mkdtemp(prefix="macroot-test-", dir="/tmp"))
     folder.chmod(0o777)
     host = Host(ways, folder)
-    made = host.macroot("new", host.tree)
+    made = host.macroot("new", host.tree, "--machine", "clean")
     assert made.returncode == 0, made.stderr
     yield host, two_users, has_namespaces
     assert host.macroot("delete", host.tree).returncode == 0
@@ -75,8 +75,8 @@ def test_the_boundary_holds(kind):
         /run/macroot/admin 'id -un; mkdir /Library/made; ls -ld /Library/made | cut -c1-10'
         touch /Library/made/x || echo kept out
     """)
-    assert result.stdout.split("\n") == ["alex", "kept out", "kept out", "mine", "allow 0", "root", "drwxr-xr-x",
-                                         "kept out", ""]
+    assert result.stdout.splitlines() == ["alex", "kept out", "kept out", "mine",
+                                          "allow 0", "root", "drwxr-xr-x", "kept out"]
     after = host.manifest()
     assert sorted(set(after) - set(before)) == ["/Library/made", "/Users/alex/mine"]
     assert {path: after[path] for path in before} == before
@@ -89,10 +89,10 @@ def test_the_boundary_holds(kind):
 
 def test_a_prompt_that_is_not_allowed_does_nothing(kind):
     host, _, _ = kind
-    result = host.sh("/run/macroot/admin 'mkdir /Library/never'; /run/macroot/admin 'mkdir /Library/never'",
+    ask = "/run/macroot/admin 'mkdir /Library/never'"
+    result = host.sh(f"{ask}; {ask}; ls -d /Library/never || echo none",
                      "--admin", "cancel", "--admin", "refuse")
-    assert result.stdout == "cancel 0\nrefuse 0\n"
-    assert "/Library/never" not in host.manifest()
+    assert result.stdout == "cancel 0\nrefuse 0\nnone\n"
 
 
 def test_the_options_work_or_say_that_they_cannot(kind):
@@ -121,7 +121,8 @@ def test_the_run_ends_with_its_program(kind):
 def test_alex_has_folders_of_his_own_outside_the_tree(kind):
     host, _, _ = kind
     before = host.manifest()
-    result = host.sh("touch /run/alex/x /run/alex/tmp/x && echo his; rm -rf /run/macroot; touch /etc/x; "
+    result = host.sh("touch /run/alex/x /run/alex/tmp/x && echo his; "
+                     "rm -rf /run/macroot; touch /etc/x; "
                      "mv /run/macroot /run/x; touch /run/x; ls /run/macroot/admin")
     assert result.stdout == "his\n/run/macroot/admin\n"
     assert result.stderr.count("Permission denied") >= 3
@@ -134,7 +135,8 @@ def test_nobody_can_make_one_without_bwrap_and_proot(tmp_path):
                                            capture_output=True).returncode:
         pytest.skip("this host does not let us hide its programs")
     (tmp_path / "mac").mkdir()
-    result = subprocess.run([HELPER, "no-tools", "--", MACROOT, "run", tmp_path / "mac", "--", "/bin/true"],
+    words = ["run", tmp_path / "mac", "--", "/bin/true"]
+    result = subprocess.run([HELPER, "no-tools", "--", MACROOT, *words],
                             capture_output=True, text=True, check=False)
     assert result.returncode == 70
     assert "bubblewrap" in result.stderr and "proot" in result.stderr

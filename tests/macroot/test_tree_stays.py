@@ -40,14 +40,16 @@ def empty(tmp_path):
 
 def test_a_run_that_does_nothing_changes_nothing(mac):
     before = entries(mac.tree)
-    sh(mac, "true", "--display", "--at", "2024-03-05 09:07:02", "--fast", "--keychain", mac.tree.parent / "keychain")
+    sh(mac, "true", "--display", "--at", "2024-03-05 09:07:02", "--fast",
+       "--keychain", mac.tree.parent / "keychain")
     assert entries(mac.tree) == before
 
 
 def test_an_empty_tree_gets_the_temporary_folders_alone(empty):
+    links = [name for name in ("bin", "sbin", "lib", "lib32", "lib64", "libx32")
+             if os.path.islink(f"/{name}")]
     assert sh(empty, "ls /").stdout.split() == sorted(
-        ["dev", "etc", "private", "proc", "run", "tmp", "usr", "var"]
-        + [name for name in ("bin", "sbin", "lib", "lib32", "lib64", "libx32") if os.path.islink(f"/{name}")])
+        ["dev", "etc", "private", "proc", "run", "tmp", "usr", "var", *links])
     assert sorted(entries(empty.tree)) == TEMPORARY
     for name in ("private/tmp", "private/var/tmp"):
         assert (empty.tree / name).stat().st_mode & 0o7777 == 0o1777
@@ -72,7 +74,8 @@ def test_a_tree_may_bring_folders_where_a_mac_has_links(empty):
     (empty.tree / "bin/mine").write_text("mine")
     (empty.tree / "tmp").chmod(0o1777)
     before = entries(empty.tree)
-    result = sh(empty, "getent passwd alex | cut -d: -f3; cat /etc/mine; /usr/bin/touch /tmp/x", "--own", "/tmp")
+    result = sh(empty, "getent passwd alex | cut -d: -f3; cat /etc/mine; /usr/bin/touch /tmp/x",
+                "--own", "/tmp")
     assert result.stdout == "501\n"  # the host's part lies over it
     assert (empty.tree / "tmp/x").exists()
     (empty.tree / "tmp/x").unlink()
@@ -95,7 +98,8 @@ def test_a_mount_point_that_leads_out_of_the_tree_is_refused(empty, tmp_path, na
 
 def test_what_the_program_did_to_the_tree_is_there(mac, real_users):
     before = mac.manifest()
-    sh(mac, "echo hi > made; /run/macroot/admin 'mkdir -m 700 /Library/made'; touch /tmp/made /etc/none /run/none")
+    sh(mac, "echo hi > made; /run/macroot/admin 'mkdir -m 700 /Library/made'; "
+            "touch /tmp/made /etc/none /run/none")
     assert [line.split("\t")[:4] for line in mac.manifest() if line not in before] == [
         ["d", "0700", "0:0", "/Library/made"],
         ["f", "0644", "501:20", "/Users/alex/made"],
@@ -105,8 +109,9 @@ def test_what_the_program_did_to_the_tree_is_there(mac, real_users):
 
 
 def start(mac, script, *options):
-    return subprocess.Popen([MACROOT, "run", *options, mac.tree, "--", "/bin/sh", "-c", script],
-                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, start_new_session=True)
+    command = [MACROOT, "run", *options, mac.tree, "--", "/bin/sh", "-c", script]
+    return subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                            start_new_session=True)
 
 
 @pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGTERM, signal.SIGHUP])
@@ -123,7 +128,8 @@ def test_a_signal_ends_the_program_and_leaves_nothing(empty, number):
 def test_a_program_may_end_its_own_way_at_a_signal(empty):
     (empty.tree / "Shared").mkdir()
     (empty.tree / "Shared").chmod(0o777)
-    run = start(empty, "trap 'echo tidied; exit 5' TERM; : > /Shared/runs; while :; do sleep 0.05; done")
+    run = start(empty, "trap 'echo tidied; exit 5' TERM; : > /Shared/runs; "
+                       "while :; do sleep 0.05; done")
     wait_for(empty.tree / "Shared/runs")
     run.terminate()
     assert run.communicate(timeout=20)[0] == b"tidied\n"
@@ -165,7 +171,8 @@ def test_what_a_killed_run_left_the_next_one_takes_away(empty):
 def test_runs_in_one_tree_may_overlap(empty):
     (empty.tree / "Shared").mkdir()
     (empty.tree / "Shared").chmod(0o777)
-    runs = [start(empty, f"touch /Shared/{number}; until test -e /Shared/go{number}; do sleep 0.02; done; "
+    runs = [start(empty, f"touch /Shared/{number}; "
+                         f"until test -e /Shared/go{number}; do sleep 0.02; done; "
                          "ls /usr/bin/env && touch /Shared/done") for number in (1, 2)]
     for number in (1, 2):
         wait_for(empty.tree / f"Shared/{number}")
@@ -182,6 +189,6 @@ def test_gnustep_does_not_litter(mac):
     if not os.path.exists("/usr/bin/defaults"):
         pytest.skip("GNUstep's tool `defaults` is not installed")
     before = entries(mac.tree)
-    result = sh(mac, "defaults write NSGlobalDomain KSTest mine && defaults read NSGlobalDomain KSTest")
-    assert result.stdout.strip() == "NSGlobalDomain KSTest mine"
+    result = sh(mac, "defaults write NSGlobalDomain KS mine && defaults read NSGlobalDomain KS")
+    assert result.stdout.strip() == "NSGlobalDomain KS mine"
     assert entries(mac.tree) == before

@@ -44,12 +44,13 @@ class Mac:
         if "--asked" not in options:
             options = ("--asked", asked, *options)
         done = macroot("run", *options, self.tree, "--",
-                       program or build.program("KSExtensionInstaller"), *args, timeout=timeout, **more)
+                       program or build.program("KSExtensionInstaller"), *args,
+                       timeout=timeout, **more)
         lines = done.stderr.splitlines(keepends=True)
-        ours = [line for line in lines if line.startswith(_REDUCED)]
-        prompts = [json.loads(line) for line in asked.read_text().splitlines()] if asked.exists() else []
-        return Result(done.returncode, done.stdout, "".join(line for line in lines if line not in ours),
-                      prompts, bool(ours))
+        theirs = [line for line in lines if not line.startswith(_REDUCED)]
+        noted = asked.read_text().splitlines() if asked.exists() else []
+        return Result(done.returncode, done.stdout, "".join(theirs),
+                      [json.loads(line) for line in noted], theirs != lines)
 
     def path(self, inside):
         """Where this host finds a path of the Mac."""
@@ -78,7 +79,7 @@ class Mac:
 
 
 def _let_everybody_pass(folder):
-    """Where namespaces are refused, alex is a user of the host who must be able to reach his Mac."""
+    """Where namespaces are refused, alex is a user of the host and must be able to get here."""
     temporary = pathlib.Path(tempfile.gettempdir())
     for closed in (folder, *folder.parents):
         if temporary in closed.parents and closed.stat().st_uid == os.geteuid():

@@ -1,4 +1,4 @@
-"""The supervisor's start inside a Mac root: its one argument is the open file that holds the plan."""
+"""The supervisor's start inside a Mac root: its one argument is an open file with the plan."""
 
 import json
 import os

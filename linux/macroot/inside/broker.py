@@ -55,7 +55,8 @@ class Broker:
         status, output, errors = 0, b"", b""
         if kind == "command" and verdict == "allow":
             began = now()
-            status, output, errors = self._cell.run_as_root([b"/bin/sh", b"-c", body], self._environment)
+            status, output, errors = self._cell.run_as_root([b"/bin/sh", b"-c", body],
+                                                            self._environment)
             self._cell.part_users(began)
         return f"{verdict} {status} {len(output)} {len(errors)}\n".encode() + output + errors
 

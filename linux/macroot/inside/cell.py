@@ -20,8 +20,6 @@ class Namespaces:
     where root's capabilities do not reach.
     """
 
-    alex = f"{ALEX}:{STAFF}"
-
     def __init__(self, plan, channels):
         self._real_users = plan["real_users"]
         self._outer_process_namespace = plan["process_namespace"]
@@ -43,8 +41,8 @@ class Namespaces:
 
     def run_as_root(self, command, environment):
         """Runs a command to its end; the result is its status, its output and its errors."""
-        with self.start_as_root(command, environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                stderr=subprocess.PIPE) as process:
+        with self.start_as_root(command, environment, stdin=subprocess.DEVNULL,
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
             output, errors = process.communicate()
         return shell_status(process.returncode), output, errors
 
@@ -64,7 +62,7 @@ class Namespaces:
             os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
 
     def part_users(self, since=0):
-        """Where alex and root are one: keeps alex from what is root's, or became so since that time."""
+        """Where alex and root are one: keeps alex from what is root's, or became so since then."""
         if self._bits:
             self._bits.take(since)
 

@@ -40,8 +40,8 @@ class Disk:
         self._resize(_AMPLE)
         _do("find", self._hidden, "-mindepth", "1", "-delete")
         _copy(self._path, self._hidden)
-        if self._filler:
-            self._filler.close()
+        if self._filler is not None:
+            os.close(self._filler)
         _do("umount", "--lazy", self._path)
         _do("umount", "--lazy", self._hidden)
         if self._was_missing and not os.listdir(self._path):
@@ -53,8 +53,8 @@ class Disk:
         used = (status.f_blocks - status.f_bfree) * page
         if used + self._room == 0:
             # A size of 0 would mean no limit: one page goes to a file without a name.
-            self._filler = open(os.open(self._path, os.O_TMPFILE | os.O_RDWR, 0o600), "wb", buffering=0)
-            self._filler.write(b"\0" * page)
+            self._filler = os.open(self._path, os.O_TMPFILE | os.O_RDWR, 0o600)
+            os.write(self._filler, b"\0" * page)
             used = page
         size = used + -(-self._room // page) * page
         self._resize(f"size={size}")

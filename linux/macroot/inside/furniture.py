@@ -1,4 +1,4 @@
-"""What a Mac root holds beside the machine: files in /etc and /run, folders for alex, the environment."""
+"""What a Mac root holds beside the machine: files in /etc and /run, folders, environments."""
 
 import os
 
@@ -118,7 +118,8 @@ def _gnustep_configuration(home):
         **_GNUSTEP_FOLDERS,
         **{f"GNUSTEP_{domain}_USERS_DIR": "/Users" for domain in ("SYSTEM", "NETWORK", "LOCAL")},
         **{f"GNUSTEP_USER_DIR_{name}": f"{users}/{folder}" for name, folder in (
-            ("APPS", "Applications"), ("ADMIN_APPS", "Applications/Admin"), ("WEB_APPS", "WebApplications"),
+            ("APPS", "Applications"), ("ADMIN_APPS", "Applications/Admin"),
+            ("WEB_APPS", "WebApplications"),
             ("TOOLS", "Tools"), ("ADMIN_TOOLS", "Tools/Admin"), ("LIBRARY", "Library"),
             ("HEADERS", "Library/Headers"), ("LIBRARIES", "Library/Libraries"),
             ("DOC", "Library/Documentation"), ("DOC_MAN", "Library/Documentation/man"),

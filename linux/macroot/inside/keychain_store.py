@@ -12,14 +12,17 @@ _secret = ctypes.CDLL("libsecret-1.so.0")
 
 
 class _List(ctypes.Structure):
-    pass
+    """GList"""
+
+
+_List._fields_ = [("data", ctypes.c_void_p), ("next", ctypes.POINTER(_List)),
+                  ("previous", ctypes.POINTER(_List))]
 
 
 class _Error(ctypes.Structure):
+    """GError"""
+
     _fields_ = [("domain", ctypes.c_uint32), ("code", ctypes.c_int), ("message", ctypes.c_char_p)]
-
-
-_List._fields_ = [("data", ctypes.c_void_p), ("next", ctypes.POINTER(_List)), ("previous", ctypes.POINTER(_List))]
 
 
 def _declared(library, name, result, *arguments):
@@ -28,19 +31,21 @@ def _declared(library, name, result, *arguments):
     return function
 
 
-_pointer, _text, _error = ctypes.c_void_p, ctypes.c_char_p, ctypes.POINTER(ctypes.POINTER(_Error))
+_pointer, _text, _size = ctypes.c_void_p, ctypes.c_char_p, ctypes.c_size_t
+_error = ctypes.POINTER(ctypes.POINTER(_Error))
 _str_hash = ctypes.cast(_glib.g_str_hash, _pointer)
 _str_equal = ctypes.cast(_glib.g_str_equal, _pointer)
 _table_new = _declared(_glib, "g_hash_table_new", _pointer, _pointer, _pointer)
 _table_insert = _declared(_glib, "g_hash_table_insert", ctypes.c_int, _pointer, _text, _text)
 _value_new = _declared(_secret, "secret_value_new", _pointer, _text, ctypes.c_ssize_t, _text)
-_value_get = _declared(_secret, "secret_value_get", _pointer, _pointer, ctypes.POINTER(ctypes.c_size_t))
+_value_get = _declared(_secret, "secret_value_get", _pointer, _pointer, ctypes.POINTER(_size))
 _store = _declared(_secret, "secret_password_storev_binary_sync", ctypes.c_int,
                    _pointer, _pointer, _text, _text, _pointer, _pointer, _error)
 _search = _declared(_secret, "secret_password_searchv_sync", ctypes.POINTER(_List),
                     _pointer, _pointer, ctypes.c_int, _pointer, _error)
 _label_of = _declared(_secret, "secret_retrievable_get_label", _text, _pointer)
-_secret_of = _declared(_secret, "secret_retrievable_retrieve_secret_sync", _pointer, _pointer, _pointer, _error)
+_secret_of = _declared(_secret, "secret_retrievable_retrieve_secret_sync", _pointer,
+                       _pointer, _pointer, _error)
 
 
 def _checked(call, *arguments):
@@ -66,12 +71,14 @@ def fill(items):
 
 def read():
     items = {}
-    link = _checked(_search, None, _table_new(_str_hash, _str_equal), _SEARCH_ALL | _LOAD_SECRETS, None)
+    everything = _table_new(_str_hash, _str_equal)
+    link = _checked(_search, None, everything, _SEARCH_ALL | _LOAD_SECRETS, None)
     while link:
         item = link.contents.data
-        length = ctypes.c_size_t()
+        length = _size()
         content = _value_get(_checked(_secret_of, item, None), ctypes.byref(length))
-        items[_label_of(item).decode()] = base64.b64encode(ctypes.string_at(content, length.value)).decode()
+        data = ctypes.string_at(content, length.value)
+        items[_label_of(item).decode()] = base64.b64encode(data).decode()
         link = link.contents.next
     return items
 

@@ -23,7 +23,8 @@ class _Program(ctypes.Structure):
 
 def filter_young_calls():
     """For this process and all its children."""
-    numbers = (*_STATX_RENAMEAT2_EXECVEAT.get(os.uname().machine, ()), *_OPENAT2_FACCESSAT2_FCHMODAT2)
+    numbers = (*_STATX_RENAMEAT2_EXECVEAT.get(os.uname().machine, ()),
+               *_OPENAT2_FACCESSAT2_FCHMODAT2)
     checks = b"".join(_instruction(_JUMP_IF_EQUAL, number, len(numbers) - place)
                       for place, number in enumerate(numbers))
     code = (_instruction(_LOAD_NUMBER, 0) + checks

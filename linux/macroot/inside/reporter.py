@@ -15,7 +15,8 @@ for _number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT):
 
 # As it was handed over: Python adds to its own.
 with open("/proc/self/environ", "rb") as _file:
-    _environment = dict(entry.split(b"=", 1) for entry in _file.read().split(b"\0") if b"=" in entry)
+    _entries = _file.read().split(b"\0")
+_environment = dict(entry.split(b"=", 1) for entry in _entries if b"=" in entry)
 
 _report = int(sys.argv[1])
 os.set_inheritable(_report, False)

@@ -13,6 +13,7 @@ from macroot.inside.disks import Disk
 from macroot.inside.display import Display
 from macroot.inside.furniture import MACROOT, alexs_environment, furnish, roots_environment
 from macroot.inside.keychain import Keychain
+from macroot.people import ALEX, STAFF
 
 _GRACE = 5  # seconds that a program has to end after a signal
 
@@ -21,7 +22,7 @@ _HOSTS_FOLDERS = ("/usr", "/dev", "/proc", "/run", "/private/etc")
 
 
 def supervise(plan, cell, channels):
-    """Carries the plan out; the result is `{"status": N, "keychain": items}` or `{"trouble": text}`."""
+    """Carries the plan out; gives `{"status": N, "keychain": items}` or `{"trouble": text}`."""
     try:
         with contextlib.ExitStack() as ending:
             return _supervise(plan, cell, channels, ending)
@@ -57,9 +58,9 @@ def _supervise(plan, cell, channels, ending):
 def _own(paths, cell, environment):
     for path in paths:
         kept = [word for folder in _HOSTS_FOLDERS for word in ("-path", folder, "-o")][:-1]
-        _finish(cell.start_as_root(
-            ["find", path, "(", *kept, ")", "-prune", "-o", "-exec", "chown", "-h", cell.alex, "{}", "+"],
-            environment, stderr=subprocess.PIPE), f"--own {path}")
+        give = ["-exec", "chown", "-h", f"{ALEX}:{STAFF}", "{}", "+"]
+        _finish(cell.start_as_root(["find", path, "(", *kept, ")", "-prune", "-o", *give],
+                                   environment, stderr=subprocess.PIPE), f"--own {path}")
 
 
 def _insert_disks(disks, ending):
@@ -84,7 +85,8 @@ def _start_display(wanted, cell, root, alex, ending):
 def _run_pre(command, cell, environment):
     """Its output goes to standard error: standard output is the program's alone."""
     if command:
-        _finish(cell.start_as_root(command, environment, stdin=subprocess.DEVNULL, stdout=2), "--pre")
+        _finish(cell.start_as_root(command, environment, stdin=subprocess.DEVNULL, stdout=2),
+                "--pre")
 
 
 def _finish(process, what):

@@ -19,8 +19,6 @@ _PATIENCE = 2  # seconds that proot has to end after the last process that it tr
 class Traced:
     """Where the host gives no second user, proot shows each side the user that it should be."""
 
-    alex = f"{ALEX}:{STAFF}"
-
     def __init__(self, plan, options, scratch, channels):
         self._real_users = plan["real_users"]
         self._tree = plan["tree"]
@@ -52,7 +50,7 @@ class Traced:
         if self._real_users:
             more.update(user=ALEX, group=STAFF, extra_groups=[])
             return self._start(["-w", folder], command, environment, **more)
-        return self._start(["-i", self.alex, "-w", folder], command, environment, **more)
+        return self._start(["-i", f"{ALEX}:{STAFF}", "-w", folder], command, environment, **more)
 
     def start_beside(self, command, environment, **more):
         """Outside, as the user of the host."""
@@ -72,7 +70,7 @@ class Traced:
             os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
 
     def part_users(self, since=0):
-        """Where alex and root are one: keeps alex from what is root's, or became so since that time."""
+        """Where alex and root are one: keeps alex from what is root's, or became so since then."""
         if self._bits:
             self._bits.take(since)
 
@@ -113,7 +111,8 @@ class _Program:
     def __init__(self, start, command, environment, folder, **more):
         self.end, reporting = os.pipe()
         reporter = ["/usr/bin/python3", "-ISXutf8", f"{_INSIDE}/reporter.py", str(reporting)]
-        self.process = start([*reporter, *command], environment, folder, pass_fds=[reporting], **more)
+        self.process = start([*reporter, *command], environment, folder,
+                             pass_fds=[reporting], **more)
         self.group = self.process.pid
         os.close(reporting)
 

@@ -33,7 +33,7 @@ def _serve_names(names):
 
 
 def name_answer(question):
-    """The answer to one DNS question (RFC 1035): the address of this machine, nothing for other types."""
+    """The answer to a DNS question (RFC 1035): this machine's address, nothing for other types."""
     if len(question) < _HEADER.size:
         return None
     number, flags, _, _, _, _ = _HEADER.unpack_from(question)
@@ -71,6 +71,7 @@ def _answer_page(client, status):
                 request += piece
             reason = http.client.responses.get(status, "Status")
             length = "" if status in (204, 304) else "Content-Length: 0\r\n"
-            client.sendall(f"HTTP/1.1 {status} {reason}\r\n{length}Connection: close\r\n\r\n".encode())
+            head = f"HTTP/1.1 {status} {reason}\r\n{length}Connection: close\r\n\r\n"
+            client.sendall(head.encode())
         except ConnectionError:
             pass  # the client has gone

@@ -43,7 +43,7 @@ class _WriteBits:
             if status.st_ctime >= since and mode & _OWNER_WRITES and not mode & _OTHERS_WRITE:
                 taken[path] = mode
         # Noted before it happens.
-        os.write(self._notes, b"".join(json.dumps(entry).encode() + b"\n" for entry in taken.items()))
+        os.write(self._notes, "".join(json.dumps(entry) + "\n" for entry in taken.items()).encode())
         for path, mode in taken.items():
             os.chmod(self._top + path, mode & ~_OWNER_WRITES)
 
@@ -62,7 +62,7 @@ class _WriteBits:
 
 
 def now():
-    """The time of a change that happens after this call, by the clock that file times are taken from."""
+    """The earliest time of a change after this call, by the clock that file times come from."""
     return time.clock_gettime(_CLOCK_REALTIME_COARSE)
 
 
@@ -71,7 +71,7 @@ def give_back(tree, notes):
     notes.seek(0)
     for path, mode in dict(json.loads(line) for line in notes).items():
         with contextlib.suppress(OSError):  # gone, or in a folder that was closed since
-            status = os.lstat(tree + path)
-            if not stat.S_ISLNK(status.st_mode) and stat.S_IMODE(status.st_mode) == mode & ~_OWNER_WRITES:
+            now_is = os.lstat(tree + path).st_mode
+            if not stat.S_ISLNK(now_is) and stat.S_IMODE(now_is) == mode & ~_OWNER_WRITES:
                 os.chmod(tree + path, mode)
     notes.truncate(0)

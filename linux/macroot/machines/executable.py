@@ -1,4 +1,4 @@
-"""A program for the sample applications: it takes any arguments, says nothing and runs until it is ended.
+"""A program for the sample applications: takes any arguments, says nothing, runs until it is ended.
 
 It is a real executable, so a process of it carries the application's own path and name, as a
 browser's does; a script would carry the shell's.
