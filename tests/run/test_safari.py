@@ -235,6 +235,15 @@ def test_no_trace_of_safari_at_all(mac):
     assert not mac.path(PREFERENCES).exists()
 
 
+def test_a_home_with_percent_signs_is_logged_as_it_is(mac):
+    home = "/Users/%n%s 100% Zoë"
+    mac.path("/Users/alex").rename(mac.path(home))
+    expected = [
+        (level, text.replace("/Users/alex", home)) for level, text in removal()
+    ]
+    assert run(mac, "--home", home) == (expected, expected)
+
+
 # ---- the plug-ins and the button's archive
 
 
@@ -581,6 +590,17 @@ def test_a_link_in_the_place_of_the_preferences_becomes_a_file(mac):
     assert not mac.path(PREFERENCES).is_symlink()
     assert read(mac, PREFERENCES) == {"a": 1, "AutoFillPasswords": "1"}
     assert mac.path(PREFERENCES_FOLDER + "/elsewhere").read_bytes() == content
+
+
+def test_preferences_on_a_full_disk_keep_their_bytes(mac):
+    write(mac, PREFERENCES, {"Values": "x" * 200_000})
+    content = mac.path(PREFERENCES).read_bytes()
+    removed, _ = run(mac, "--full", f"{PREFERENCES_FOLDER}=65536")
+    refused = error("FAILURE", "Error writing to file: ", 640), error("INFO", "", 640)
+    assert removed == removal(button_lists=refused[:1], autofill=refused[1:])
+    assert mac.path(PREFERENCES).read_bytes() == content
+    left = [each.name for each in mac.path(PREFERENCES_FOLDER).iterdir()]
+    assert sorted(left) == ["com.apple.Safari.plist", "com.apple.finder.plist"]
 
 
 # ---- the keychain

@@ -149,7 +149,7 @@ OwnedObject<SecretRetrievable> Find(const std::optional<std::string>& label,
     for (GList* link = items.get(); link != nullptr; link = link->next) {
         SecretRetrievable* item = SECRET_RETRIEVABLE(link->data);
         const Text itsLabel(secret_retrievable_get_label(item));
-        if (!label || *label == itsLabel.get()) {
+        if (!label || g_strcmp0(label->c_str(), itsLabel.get()) == 0) {
             return OwnedObject<SecretRetrievable>(SECRET_RETRIEVABLE(g_object_ref(item)));
         }
     }
