@@ -746,7 +746,7 @@ def test_a_reader_always_finds_one_whole_version(mac):
             rewriter.stopping.wait(0.001)
         reader = Reader(mac, rewriter.stopping)
         reader.start()
-        for _ in range(5):
+        for _ in range(3):
             assert mac.run().status == 0
     reader.join()
     assert reader.problems == []

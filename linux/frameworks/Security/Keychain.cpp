@@ -11,7 +11,7 @@
 namespace {
 
 constexpr const char* kSecretService = "org.freedesktop.secrets";
-constexpr std::chrono::seconds kPatience(3);
+constexpr std::chrono::seconds kPatience(2);
 
 template <auto Free>
 struct Freed {
