@@ -5,6 +5,7 @@
 #include <Foundation/Foundation.h>
 
 #include "linux/corrections/FileContents.h"
+#include "linux/corrections/xml/GNUstepDocuments.h"
 #include "linux/corrections/xml/XmlTree.h"
 
 @interface XmlDocument : NSObject {
@@ -185,9 +186,14 @@ XmlNode* ObjectFor(xmlNode* node, XmlDocument* owner) {
 
 @end
 
+thread_local int GNUstepDocuments::alive = 0;
+
 @implementation NSXMLDocument (Standin)
 
 + (id)allocWithZone:(NSZone*)zone {
+    if (GNUstepDocuments::AreWanted()) {
+        return static_cast<NSXMLDocument*>(NSAllocateObject(self, 0, zone));
+    }
     return static_cast<NSXMLDocument*>(static_cast<id>([XmlDocument allocWithZone:zone]));
 }
 

@@ -1,0 +1,83 @@
+// A modal alert that always answers, as on a Mac.
+//
+//  - GNUstep sleeps until the display's connection has news, and only then looks at its queue of
+//    events. What got into the queue by another way (read along with an answer of the display, or
+//    posted by the program itself) waits until somebody moves the mouse: a short click is lost, an
+//    alert stays on the screen. No sleep is longer than kLongestSleep here.
+//  - The modal loop looks for a stop only after an event: each stop comes with one.
+//  - A window manager may withhold the keyboard from a new window, if the last click was elsewhere.
+//    A modal window asks for it, as the user's own switching between windows does.
+#include <AppKit/AppKit.h>
+#include <GNUstepGUI/GSDisplayServer.h>
+#include <X11/Xlib.h>
+
+#include "linux/corrections/ApplicationParts.h"
+#include "linux/corrections/Replacement.h"
+
+namespace {
+
+const NSTimeInterval kLongestSleep = 0.05;
+const long kAskedByUser = 2;  // the source of a request for activation, as window managers know it
+
+NSEvent* (*waitForEvent)(id, SEL, unsigned, NSDate*, NSString*, BOOL) = nullptr;
+void (*stopModal)(id, SEL, NSInteger) = nullptr;
+NSInteger (*runModal)(id, SEL, NSWindow*) = nullptr;
+
+NSEvent* WaitInSlices(id self, SEL selector, unsigned mask, NSDate* limit, NSString* mode,
+                      BOOL dequeue) {
+    NSEvent* event = nil;
+    BOOL isLast = NO;
+    while (!event && !isLast) {
+        @autoreleasepool {
+            NSDate* soon = [NSDate dateWithTimeIntervalSinceNow:kLongestSleep];
+            isLast = !limit || [limit compare:soon] != NSOrderedDescending;
+            event = waitForEvent(self, selector, mask, isLast ? limit : soon, mode, dequeue);
+            [event retain];
+        }
+    }
+    return [event autorelease];
+}
+
+void StopWithEvent(NSApplication* self, SEL selector, NSInteger code) {
+    stopModal(self, selector, code);
+    [self postEvent:[NSEvent otherEventWithType:NSApplicationDefined
+                                       location:NSZeroPoint
+                                  modifierFlags:0
+                                      timestamp:0
+                                   windowNumber:0
+                                        context:nil
+                                        subtype:0
+                                          data1:0
+                                          data2:0]
+            atStart:NO];
+}
+
+void AskForKeyboard(NSWindow* window) {
+    GSDisplayServer* server = GSCurrentServer();
+    Display* display = static_cast<Display*>([server serverDevice]);
+    XEvent request = {};
+    request.xclient.type = ClientMessage;
+    request.xclient.window =
+        reinterpret_cast<Window>([server windowDevice:static_cast<int>([window windowNumber])]);
+    request.xclient.message_type = XInternAtom(display, "_NET_ACTIVE_WINDOW", False);
+    request.xclient.format = 32;
+    request.xclient.data.l[0] = kAskedByUser;
+    XSendEvent(display, DefaultRootWindow(display), False,
+               SubstructureNotifyMask | SubstructureRedirectMask, &request);
+}
+
+NSInteger RunWithKeyboard(id self, SEL selector, NSWindow* window) {
+    [window orderFront:nil];
+    AskForKeyboard(window);
+    return runModal(self, selector, window);
+}
+
+}  // namespace
+
+void CorrectEventWaits() {
+    ReplaceMethod([GSCurrentServer() class],
+                  @selector(getEventMatchingMask:beforeDate:inMode:dequeue:), WaitInSlices,
+                  &waitForEvent);
+    ReplaceMethod([NSApplication class], @selector(stopModalWithCode:), StopWithEvent, &stopModal);
+    ReplaceMethod([NSApplication class], @selector(runModalForWindow:), RunWithKeyboard, &runModal);
+}

@@ -1,0 +1,26 @@
+// alert_program: asks one question, as a plain executable does, and prints the alert's result and
+// for how many milliseconds the machine let the program wait for a processor.
+#include <cstdio>
+#include <fstream>
+
+#include "tests/ui/Asking.h"
+
+namespace {
+
+/// The second figure of schedstat, in nanoseconds.
+long MillisecondsInQueue() {
+    long running = 0;
+    long waiting = 0;
+    std::ifstream("/proc/self/schedstat") >> running >> waiting;
+    return waiting / 1000000;
+}
+
+}  // namespace
+
+int main() {
+    @autoreleasepool {
+        const int result = Ask({});
+        std::printf("%d %ld\n", result, MillisecondsInQueue());
+    }
+    return 0;
+}

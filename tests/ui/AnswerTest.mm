@@ -1,0 +1,213 @@
+// A person in front of the alert: every way to answer it, again and again.
+#include <X11/keysym.h>
+#include <gtest/gtest.h>
+
+#include "tests/ui/Asking.h"
+#include "ui/QWIAlertUtils.h"
+
+namespace {
+
+constexpr int kTimes = 100;
+
+// The middle of the buttons' row, and of each button, where three are centred.
+constexpr int kRow = 38;
+constexpr int kOk = 354;
+constexpr int kCancel = 241;
+constexpr int kIgnore = 128;
+// Within a button, beside its title.
+constexpr int kBeside = 45;
+
+constexpr Color kBlack = {0, 0, 0};
+
+class Answer : public testing::Test {
+  protected:
+    int AskAndClick(const Question& question, int x) {
+        return AskPerson(
+            person, [&] { return Ask(question); }, [&] { person.Click(x, kRow); });
+    }
+    int AskAndType(const Question& question, unsigned long key, unsigned long held = 0) {
+        return AskPerson(
+            person, [&] { return Ask(question); }, [&] { person.Type(key, held); });
+    }
+
+    Person person;
+};
+
+/// The buttons of a pair are two; both have to answer.
+Question AllOrange() {
+    Question question;
+    question.isOkOrange = question.isCancelOrange = question.isIgnoreOrange = YES;
+    return question;
+}
+
+TEST_F(Answer, AShortClickOnAButtonIsItsResult) {
+    for (const Question& question : {Question(), AllOrange()}) {
+        EXPECT_EQ(AskAndClick(question, kOk), kAlertOk);
+        EXPECT_EQ(AskAndClick(question, kCancel), kAlertCancel);
+        EXPECT_EQ(AskAndClick(question, kIgnore), kAlertIgnore);
+    }
+}
+
+TEST_F(Answer, AHundredAlertsInARowAreAllAnswered) {
+    for (int i = 0; i < kTimes; ++i) {
+        const int places[] = {kOk, kCancel, kIgnore};
+        ASSERT_EQ(AskAndClick({}, places[i % 3]), i % 3) << "alert " << i;
+    }
+}
+
+TEST_F(Answer, ASlowPressIsSeenBlackAndAnswersOnRelease) {
+    for (const Question& question : {Question(), AllOrange()}) {
+        const int result = AskPerson(
+            person, [&] { return Ask(question); },
+            [&] {
+                person.MoveTo(kCancel, kRow);
+                person.Press();
+                person.SeeColor(kCancel - kBeside, kRow, kBlack);
+                person.Release();
+            });
+        EXPECT_EQ(result, kAlertCancel);
+    }
+}
+
+TEST_F(Answer, APressThatLeavesTheButtonIsNoAnswer) {
+    const int result = AskPerson(
+        person, [] { return Ask({}); },
+        [&] {
+            const Color atRest = person.ColorAt(kOk - kBeside, kRow);
+            person.MoveTo(kOk, kRow);
+            person.Press();
+            person.SeeColor(kOk - kBeside, kRow, kBlack);
+            person.MoveTo(kOk, kRow + 60);
+            person.SeeColor(kOk - kBeside, kRow, atRest);
+            person.Release();
+            person.Click(kIgnore, kRow);
+        });
+    EXPECT_EQ(result, kAlertIgnore);
+}
+
+TEST_F(Answer, ReturnPressesOk) {
+    EXPECT_EQ(AskAndType({}, XK_Return), kAlertOk);
+    EXPECT_EQ(AskAndType(AllOrange(), XK_Return), kAlertOk);
+}
+
+TEST_F(Answer, ReturnPressesNoOkThatIsNotThere) {
+    Question question;
+    question.ok = @"";
+    const int result = AskPerson(
+        person, [&] { return Ask(question); },
+        [&] {
+            person.Type(XK_Return);
+            person.Click(kCancel, kRow);
+        });
+    EXPECT_EQ(result, kAlertCancel);
+}
+
+TEST_F(Answer, TabGoesFromButtonToButtonAndSpacePressesIt) {
+    const int results[] = {kAlertOk, kAlertIgnore, kAlertCancel, kAlertOk};
+    for (const Question& question : {Question(), AllOrange()}) {
+        for (int tabs = 0; tabs < 4; ++tabs) {
+            const int result = AskPerson(
+                person, [&] { return Ask(question); },
+                [&] {
+                    for (int i = 0; i < tabs; ++i) {
+                        person.Type(XK_Tab);
+                    }
+                    person.Type(XK_space);
+                });
+            EXPECT_EQ(result, results[tabs]) << tabs << " tabs";
+        }
+    }
+}
+
+TEST_F(Answer, TheMessageTakesNoKeys) {
+    const int result = AskPerson(
+        person, [] { return Ask({}); },
+        [&] {
+            person.Click(kIgnore, 140);
+            person.Type(XK_x);
+            person.Type(XK_Return);
+        });
+    EXPECT_EQ(result, kAlertOk);
+}
+
+TEST_F(Answer, ClosingByTheProgramIsNoButton) {
+    for (int i = 0; i < kTimes; ++i) {
+        ASSERT_EQ(AskAndLook([] { return Ask({}); }, [](QWStyleAlert*) {}), kAlertClosed)
+            << "alert " << i;
+    }
+}
+
+TEST_F(Answer, TheShortFormAndTheTopMostOneAnswerToo) {
+    constexpr int kOnlyOk = 241;
+    NSColor* red = [NSColor redColor];
+    const auto simple = [&] {
+        return [QWIAlertUtils QWIAlertWithMessage:@"Done."
+                                            Title:@"Attention"
+                                           OkText:@"Ok"
+                                       IsCentered:YES
+                                          BigText:@""
+                                       TitleColor:red
+                                          NibName:@"QWSyleAlert"];
+    };
+    const auto topMost = [&] {
+        return [QWIAlertUtils QWIAlertWithMessageTopMost:@"Done."
+                                                   Title:@"Attention"
+                                                  OkText:@"Ok"
+                                              IsCentered:YES
+                                                 BigText:@""
+                                              TitleColor:red
+                                                 NibName:@"QWSyleAlert"];
+    };
+    const auto click = [&] { person.Click(kOnlyOk, kRow); };
+    EXPECT_EQ(AskPerson(person, simple, click), kAlertOk);
+    EXPECT_EQ(AskPerson(person, topMost, click), kAlertOk);
+    const auto close = [](QWStyleAlert*) {};
+    EXPECT_EQ(AskAndLook(simple, close), kAlertClosed);
+    EXPECT_EQ(AskAndLook(topMost, close), kAlertClosed);
+}
+
+/// Where somebody frames the windows.
+class FramedAnswer : public Answer {
+  protected:
+    void SetUp() override { ASSERT_TRUE(person.HasWindowManager()); }
+};
+
+TEST_F(FramedAnswer, TheCloseButtonIsNoButtonOfTheAlert) {
+    for (int i = 0; i < kTimes / 4; ++i) {
+        const int result = AskPerson(
+            person, [] { return Ask({}); }, [&] { person.ClickCloseButton(); });
+        ASSERT_EQ(result, kAlertClosed) << "alert " << i;
+    }
+}
+
+TEST_F(FramedAnswer, AltF4IsNoButtonOfTheAlert) {
+    for (int i = 0; i < kTimes / 4; ++i) {
+        ASSERT_EQ(AskAndType({}, XK_F4, XK_Alt_L), kAlertClosed) << "alert " << i;
+    }
+}
+
+TEST_F(FramedAnswer, TheFrameIsAsWideAsItsMakerSays) {
+    XRectangle frame = {};
+    AskPerson(
+        person, [] { return Ask({}); },
+        [&] {
+            frame = person.Frame();
+            person.Click(kOk, kRow);
+        });
+    const NSRect content = NSMakeRect(0, 0, 482, 220);
+    const NSRect whole =
+        [NSWindow frameRectForContentRect:content
+                                styleMask:NSTitledWindowMask | NSClosableWindowMask];
+    EXPECT_EQ(frame.x, -NSMinX(whole));
+    EXPECT_EQ(frame.y, NSMaxY(whole) - NSMaxY(content));
+    EXPECT_EQ(frame.width, NSWidth(whole) - NSWidth(content));
+    EXPECT_EQ(frame.height, NSHeight(whole) - NSHeight(content));
+}
+
+TEST_F(FramedAnswer, AnAlertTakesTheKeyboardAfterAnotherWasClosedFromOutside) {
+    AskPerson(
+        person, [] { return Ask({}); }, [&] { person.ClickCloseButton(); });
+    EXPECT_EQ(AskAndType({}, XK_Return), kAlertOk);
+}
+
+}  // namespace

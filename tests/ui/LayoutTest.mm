@@ -1,0 +1,520 @@
+// What the alert shows and where, for every choice of texts, colours and layout.
+#include <gtest/gtest.h>
+
+#include "tests/ui/Asking.h"
+#include "tests/ui/NSLoggerLines.h"
+#include "ui/QWIAlertUtils.h"
+
+namespace {
+
+struct Pair {
+    NSString* plain;
+    NSString* orange;
+};
+const Pair kOkPair = {@"okButton", @"okButtonOrange"};
+const Pair kCancelPair = {@"cancelButton", @"cancelButtonOrange"};
+const Pair kIgnorePair = {@"ignoreButton", @"ignoreButtonOrange"};
+const Pair kAllPairs[] = {kOkPair, kCancelPair, kIgnorePair};
+
+constexpr CGFloat kUnchanged = -1;
+struct Places {
+    CGFloat ok;
+    CGFloat cancel;
+    CGFloat ignore;
+};
+
+// The interface file's own places, where nothing else is asked for.
+const Places kAtFirst = {358, 245, 133};
+
+bool IsShown(QWStyleAlert* alert, NSString* outlet) {
+    return ![Button(alert, outlet) isHidden];
+}
+
+std::string Title(QWStyleAlert* alert, NSString* outlet) {
+    return Text([[Button(alert, outlet) attributedTitle] string]);
+}
+
+NSColor* TitleColor(NSButton* button) {
+    return [[button attributedTitle] attribute:NSForegroundColorAttributeName
+                                       atIndex:0
+                                effectiveRange:NULL];
+}
+
+void ExpectPlace(QWStyleAlert* alert, const Pair& pair, CGFloat expected, CGFloat before) {
+    const CGFloat x = expected == kUnchanged ? before : expected;
+    EXPECT_EQ(NSMinX([Button(alert, pair.plain) frame]), x) << Text(pair.plain);
+    EXPECT_EQ(NSMinX([Button(alert, pair.orange) frame]), x) << Text(pair.orange);
+}
+
+void ExpectPlaces(QWStyleAlert* alert, const Places& expected, const Places& before) {
+    ExpectPlace(alert, kOkPair, expected.ok, before.ok);
+    ExpectPlace(alert, kCancelPair, expected.cancel, before.cancel);
+    ExpectPlace(alert, kIgnorePair, expected.ignore, before.ignore);
+}
+
+struct Row {
+    const char* name;
+    bool cancel;  // shown
+    bool ignore;
+    BOOL center;
+    Places places;
+};
+
+const Row kRows[] = {
+    {"centred, OK only", false, false, YES, {190, kUnchanged, kUnchanged}},
+    {"centred, with Cancel", true, false, YES, {260, 120, kUnchanged}},
+    {"centred, with Ignore", false, true, YES, {303, 190, 77}},
+    {"centred, with all three", true, true, YES, {303, 190, 77}},
+    {"not centred, OK only", false, false, NO, {358, 245, 133}},
+    {"not centred, with Cancel", true, false, NO, {358, 245, 133}},
+    {"not centred, with Ignore", false, true, NO, {358, 245, 133}},
+    {"not centred, with all three", true, true, NO, {358, 245, 133}},
+};
+
+TEST(Placement, FollowsTheButtonsThatAreShownInEitherColour) {
+    for (const Row& row : kRows) {
+        for (int colours = 0; colours < 4; ++colours) {
+            SCOPED_TRACE(testing::Message() << row.name << ", colours " << colours);
+            QWStyleAlert* alert = NewAlert();
+            const NSRect before = [Button(alert, @"okButton") frame];
+            [alert setCancelButtonIsOrange:colours & 1];
+            [alert setIgnoreButtonIsOrange:colours >> 1 & 1];
+            [alert setButtonsTexts:@"OK":row.cancel ? @"Cancel" : @"":row.ignore ? @"Ignore" : nil];
+            ExpectPlaces(alert, kAtFirst, kAtFirst);
+            [alert centerButtons:row.center];
+            ExpectPlaces(alert, row.places, kAtFirst);
+            const NSRect after = [Button(alert, @"okButton") frame];
+            EXPECT_EQ(NSMinY(after), NSMinY(before));
+            EXPECT_EQ(NSWidth(after), NSWidth(before));
+            EXPECT_EQ(NSHeight(after), NSHeight(before));
+        }
+    }
+}
+
+TEST(Placement, TheFirstLayoutFollowsTheAlertsOwnFlag) {
+    QWStyleAlert* alert = NewAlert();
+    [alert setValue:[NSNumber numberWithBool:YES] forKey:@"isCenter"];
+    [alert setButtonsTexts:@"OK":@"Cancel":@"Ignore"];
+    ExpectPlaces(alert, {303, 190, 77}, kAtFirst);
+}
+
+TEST(Placement, KeepsWhatARowDoesNotName) {
+    QWStyleAlert* alert = NewAlert();
+    [alert setButtonsTexts:@"OK":@"Cancel":@"Ignore"];
+    [alert centerButtons:YES];
+    [alert setButtonsTexts:@"OK":@"":@""];
+    ExpectPlaces(alert, kAtFirst, kAtFirst);
+    [alert centerButtons:YES];
+    ExpectPlaces(alert, {190, 245, 133}, kAtFirst);
+}
+
+TEST(Placement, ThreeButtonsNeverTouchAndStayInTheWindow) {
+    for (NSString* nib : {@"QWSyleAlert", @"QWBrowsersAlert"}) {
+        for (const bool center : {true, false}) {
+            QWStyleAlert* alert = NewAlert(nib);
+            [alert setButtonsTexts:@"OK":@"Cancel":@"Ignore"];
+            [alert centerButtons:center];
+            const NSRect ok = [Button(alert, @"okButton") frame];
+            const NSRect cancel = [Button(alert, @"cancelButton") frame];
+            const NSRect ignore = [Button(alert, @"ignoreButton") frame];
+            EXPECT_GE(NSMinX(ignore), 20);
+            EXPECT_GE(NSMinX(cancel) - NSMaxX(ignore), 8);
+            EXPECT_GE(NSMinX(ok) - NSMaxX(cancel), 8);
+            EXPECT_GE(NSWidth([[[alert window] contentView] bounds]) - NSMaxX(ok), 20);
+        }
+    }
+}
+
+TEST(Placement, ALongTitleFitsItsButton) {
+    QWStyleAlert* alert = NewAlert(@"QWBrowsersAlert");
+    [alert setButtonsTexts:@"Close Browsers":@"Close Browsers":@""];
+    for (NSString* outlet : {@"okButton", @"okButtonOrange", @"cancelButtonOrange"}) {
+        NSButton* button = Button(alert, outlet);
+        EXPECT_LE([[button attributedTitle] size].width, NSWidth([button frame]) - 4);
+    }
+}
+
+TEST(Initially, OnlyThePlainOkIsShownWithTheProductsTitleAndNoResult) {
+    for (NSString* nib : {@"QWSyleAlert", @"QWBrowsersAlert"}) {
+        QWStyleAlert* alert = NewAlert(nib);
+        EXPECT_EQ([alert closeRez], -1);
+        EXPECT_EQ(Text([alert titleText]), "Keystrel");
+        EXPECT_EQ(Text([[alert titleTField] stringValue]), "Keystrel");
+        EXPECT_TRUE(IsShown(alert, @"okButton"));
+        for (NSString* outlet : {@"okButtonOrange", @"cancelButton", @"cancelButtonOrange",
+                                 @"ignoreButton", @"ignoreButtonOrange"}) {
+            EXPECT_FALSE(IsShown(alert, outlet)) << Text(outlet);
+        }
+        for (NSString* flag : {@"isOkOrange", @"isCancelOrange", @"isIgnoreOrange", @"isCenter"}) {
+            EXPECT_FALSE([[alert valueForKey:flag] boolValue]) << Text(flag);
+        }
+    }
+}
+
+TEST(Initially, AnEarlierColourIsForgottenWhenTheFileIsLoaded) {
+    [NSApplication sharedApplication];
+    QWStyleAlert* alert = [[[QWStyleAlert alloc] initWithWindowNibName:@"QWSyleAlert"] autorelease];
+    [alert setOkButtonIsOrange:YES];
+    [alert window];
+    EXPECT_FALSE([[alert valueForKey:@"isOkOrange"] boolValue]);
+    EXPECT_TRUE(IsShown(alert, @"okButton"));
+}
+
+TEST(Colour, IsWhichButtonOfAPairIsShown) {
+    const SEL setters[] = {
+        @selector(setOkButtonIsOrange:),
+        @selector(setCancelButtonIsOrange:),
+        @selector(setIgnoreButtonIsOrange:)
+    };
+    NSString* const flags[] = {@"isOkOrange", @"isCancelOrange", @"isIgnoreOrange"};
+    QWStyleAlert* alert = NewAlert();
+    for (int i = 0; i < 3; ++i) {
+        for (const bool orange : {true, false}) {
+            using Setter = void (*)(id, SEL, BOOL);
+            reinterpret_cast<Setter>([alert methodForSelector:setters[i]])(alert, setters[i],
+                                                                           orange);
+            EXPECT_EQ(IsShown(alert, kAllPairs[i].orange), orange);
+            EXPECT_EQ(IsShown(alert, kAllPairs[i].plain), !orange);
+            EXPECT_EQ([[alert valueForKey:flags[i]] boolValue], orange);
+        }
+    }
+}
+
+/// One choice out of all: which texts are given, and which buttons are orange.
+struct Choice {
+    bool ok, cancel, ignore;
+    bool okOrange, cancelOrange, ignoreOrange;
+};
+
+class TextsAndColours : public testing::TestWithParam<int> {
+  protected:
+    Choice Chosen() const {
+        const int bits = GetParam();
+        const auto bit = [bits](int place) { return (bits >> place & 1) != 0; };
+        return {bit(0), bit(1), bit(2), bit(3), bit(4), bit(5)};
+    }
+};
+
+TEST_P(TextsAndColours, DecideVisibilityAndTitles) {
+    const Choice chosen = Chosen();
+    for (NSString* nothing : {static_cast<NSString*>(nil), @""}) {
+        QWStyleAlert* alert = NewAlert();
+        [alert setOkButtonIsOrange:chosen.okOrange];
+        [alert setCancelButtonIsOrange:chosen.cancelOrange];
+        [alert setIgnoreButtonIsOrange:chosen.ignoreOrange];
+        [alert setButtonsTexts:chosen.ok       ? @"Yes"
+                               : nothing:chosen.cancel ? @"No"
+                               : nothing:chosen.ignore ? @"Later"
+                                                       : nothing];
+
+        EXPECT_EQ(IsShown(alert, @"okButton"), chosen.ok && !chosen.okOrange);
+        EXPECT_EQ(IsShown(alert, @"okButtonOrange"), chosen.ok && chosen.okOrange);
+        EXPECT_EQ(IsShown(alert, @"cancelButton"), chosen.cancel && !chosen.cancelOrange);
+        EXPECT_EQ(IsShown(alert, @"cancelButtonOrange"), chosen.cancel && chosen.cancelOrange);
+        EXPECT_EQ(IsShown(alert, @"ignoreButton"), chosen.ignore && !chosen.ignoreOrange);
+        EXPECT_EQ(IsShown(alert, @"ignoreButtonOrange"), chosen.ignore && chosen.ignoreOrange);
+
+        QWStyleAlert* untouched = NewAlert();
+        const std::string noCancel = Title(untouched, @"cancelButtonOrange");
+        EXPECT_EQ(Title(alert, @"okButton"), chosen.ok ? "Yes" : Title(untouched, @"okButton"));
+        EXPECT_EQ(Title(alert, @"okButtonOrange"),
+                  chosen.ok ? "Yes" : Title(untouched, @"okButtonOrange"));
+        // The plain Cancel button takes the text for Ignore.
+        EXPECT_EQ(Title(alert, @"cancelButton"), chosen.ignore   ? "Later"
+                                                 : chosen.cancel ? "No"
+                                                                 : noCancel);
+        EXPECT_EQ(Title(alert, @"cancelButtonOrange"), chosen.cancel ? "No" : noCancel);
+        EXPECT_EQ(Title(alert, @"ignoreButton"),
+                  chosen.ignore ? "Later" : Title(untouched, @"ignoreButton"));
+        // The orange Ignore button takes none.
+        EXPECT_EQ(Title(alert, @"ignoreButtonOrange"), Title(untouched, @"ignoreButtonOrange"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, TextsAndColours, testing::Range(0, 64));
+
+TEST(ButtonTitles, AreWhite) {
+    QWStyleAlert* alert = NewAlert();
+    [alert setButtonsTexts:@"Yes":@"No":@"Later"];
+    for (const Pair& pair : kAllPairs) {
+        EXPECT_TRUE([TitleColor(Button(alert, pair.plain)) isEqual:[NSColor whiteColor]]);
+        EXPECT_TRUE([TitleColor(Button(alert, pair.orange)) isEqual:[NSColor whiteColor]]);
+    }
+}
+
+TEST(Window, IsCentredAndAboveAllOthersWhenTheButtonsAreSet) {
+    QWStyleAlert* alert = NewAlert();
+    NSWindow* window = [alert window];
+    [window setFrameOrigin:NSMakePoint(3, 5)];
+    EXPECT_FALSE([window isVisible]);
+    [alert setButtonsTexts:@"OK":@"":@""];
+    const NSRect frame = [window frame];
+    const NSSize screen = [[window screen] frame].size;
+    EXPECT_EQ(NSMinX(frame), (screen.width - NSWidth(frame)) / 2);
+    EXPECT_EQ(NSMinY(frame), (screen.height - NSHeight(frame)) / 2);
+    EXPECT_EQ([window level], 1000);
+    EXPECT_TRUE([window isVisible]);
+}
+
+TEST(Window, TakesTheKeyboardWhateverItsStyle) {
+    [NSApplication sharedApplication];
+    NSWindow* window = [[[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 50, 50)
+                                                    styleMask:NSBorderlessWindowMask
+                                                      backing:NSBackingStoreBuffered
+                                                        defer:YES] autorelease];
+    EXPECT_TRUE([window canBecomeKeyWindow]);
+    EXPECT_TRUE([window acceptsFirstResponder]);
+    EXPECT_TRUE([window becomeFirstResponder]);
+    EXPECT_TRUE([window resignFirstResponder]);
+}
+
+TEST(WindowController, PresentsItsWindowInTheMiddle) {
+    NSWindow* window = [NewAlert() window];
+    QWINSWindowController* controller =
+        [[[QWINSWindowController alloc] initWithWindow:window] autorelease];
+    [window setFrameOrigin:NSMakePoint(0, 0)];
+    [controller presentWindow];
+    EXPECT_TRUE([window isVisible]);
+    EXPECT_EQ(NSMidX([window frame]), NSMidX([[window screen] frame]));
+    EXPECT_EQ(NSMidY([window frame]), NSMidY([[window screen] frame]));
+}
+
+TEST(WindowController, WithoutAWindowDoesNothing) {
+    [NSApplication sharedApplication];
+    QWINSWindowController* controller =
+        [[[QWINSWindowController alloc] initWithWindowNibName:@"NoSuchFile"] autorelease];
+    [controller centerWindowOnScreen];
+    [controller presentWindow];
+    [controller windowWillClose:nil];
+    EXPECT_EQ([controller window], nil);
+}
+
+TEST(Actions, KeepTheirResultAndCloseTheWindow) {
+    const SEL actions[] = {
+        @selector(okAction:),
+        @selector(cancelAction:),
+        @selector(ignoreAction:)
+    };
+    for (int result = 0; result < 3; ++result) {
+        QWStyleAlert* alert = NewAlert();
+        [alert setButtonsTexts:@"OK":@"":@""];
+        [alert performSelector:actions[result] withObject:nil];
+        EXPECT_EQ([alert closeRez], result);
+        EXPECT_FALSE([[alert window] isVisible]);
+        [alert mainClose:nil];
+        EXPECT_EQ([alert closeRez], result);
+    }
+}
+
+TEST(MessageText, IsShownAndCanNeitherBeSelectedNorEdited) {
+    QWStyleAlert* alert = NewAlert();
+    [MessageView(alert) setEditable:YES];
+    [alert setAlertText:@"One.\nTwo."];
+    EXPECT_EQ(Text([MessageView(alert) string]), "One.\nTwo.");
+    EXPECT_FALSE([MessageView(alert) isEditable]);
+    EXPECT_FALSE([MessageView(alert) isSelectable]);
+    [alert setAlertText:nil];
+    EXPECT_EQ(Text([MessageView(alert) string]), "");
+}
+
+TEST(MessageText, CanBeCentred) {
+    QWStyleAlert* alert = NewAlert();
+    [alert setAlertText:@"One."];
+    [alert centerTextView];
+    EXPECT_EQ([MessageView(alert) alignment], NSCenterTextAlignment);
+}
+
+/// What a form of the factory has made of its arguments, seen while the alert runs.
+struct Seen {
+    std::string message, title, bigText, nib;
+    NSInteger level = 0;
+    NSRect frame = NSZeroRect;
+    bool cancelOrIgnore = false;
+    CGFloat okPlace = 0;
+    bool isTitleInColour = false;
+};
+
+Seen LookAt(const std::function<int()>& ask, NSColor* titleColor = nil) {
+    Seen seen;
+    AskAndLook(ask, [&](QWStyleAlert* alert) {
+        seen.message = Text([MessageView(alert) string]);
+        seen.title = Text([[alert titleTField] stringValue]);
+        seen.bigText = Text([[alert bigTextTField] stringValue]);
+        seen.nib = Text([alert windowNibName]);
+        seen.level = [[alert window] level];
+        seen.frame = [[alert window] frame];
+        seen.cancelOrIgnore =
+            IsShown(alert, @"cancelButton") || IsShown(alert, @"cancelButtonOrange") ||
+            IsShown(alert, @"ignoreButton") || IsShown(alert, @"ignoreButtonOrange");
+        seen.okPlace = NSMinX([Button(alert, @"okButton") frame]);
+        seen.isTitleInColour = [[[alert titleTField] textColor] isEqual:titleColor];
+    });
+    return seen;
+}
+
+TEST(LongForm, ShowsItsTextsInTheFileThatItNames) {
+    Question question;
+    question.titleColor = [NSColor greenColor];
+    question.bigText = @"Big";
+    question.nib = @"QWBrowsersAlert";
+    const Seen seen = LookAt([&] { return Ask(question); }, [NSColor greenColor]);
+    EXPECT_EQ(seen.message, "The disk is full.");
+    EXPECT_EQ(seen.title, "Attention");
+    EXPECT_EQ(seen.bigText, "Big");
+    EXPECT_EQ(seen.nib, "QWBrowsersAlert");
+    EXPECT_EQ(seen.level, 1000);
+    EXPECT_EQ(seen.okPlace, 303);
+    EXPECT_TRUE(seen.isTitleInColour);
+}
+
+TEST(LongForm, OrangeButtonsAreTheOnesThatItNames) {
+    Question question;
+    question.isCancelOrange = YES;
+    AskAndLook([&] { return Ask(question); },
+               [](QWStyleAlert* alert) {
+                   EXPECT_TRUE(IsShown(alert, @"okButton"));
+                   EXPECT_TRUE(IsShown(alert, @"cancelButtonOrange"));
+                   EXPECT_TRUE(IsShown(alert, @"ignoreButton"));
+                   EXPECT_FALSE(IsShown(alert, @"cancelButton"));
+               });
+}
+
+TEST(LongForm, KeepsTheFilesFrameUnlessItGetsOne) {
+    Question question;
+    const NSSize own = [[NewAlert() window] frame].size;
+    EXPECT_TRUE(NSEqualSizes(LookAt([&] { return Ask(question); }).frame.size, own));
+
+    question.frame = NSMakeRect(7, 9, 620, 400);
+    EXPECT_TRUE(
+        NSEqualSizes(LookAt([&] { return Ask(question); }).frame.size, NSMakeSize(620, 400)));
+    for (NSRect partly : {NSMakeRect(0, 0, 0, 300), NSMakeRect(0, 0, 600, 0),
+                          NSMakeRect(5, 0, 0, 0), NSMakeRect(0, 5, 0, 0)}) {
+        question.frame = partly;
+        const NSSize size = LookAt([&] { return Ask(question); }).frame.size;
+        // No window is smaller than a point.
+        EXPECT_EQ(size.width, MAX(NSWidth(partly), 1)) << Text(NSStringFromRect(partly));
+        EXPECT_EQ(size.height, MAX(NSHeight(partly), 1)) << Text(NSStringFromRect(partly));
+    }
+}
+
+TEST(LongForm, TakesNothingForEveryText) {
+    Question nothing;
+    nothing.message = nothing.title = nothing.bigText = nil;
+    nothing.ok = nothing.cancel = nothing.ignore = nil;
+    nothing.titleColor = nil;
+    const Seen seen = LookAt([&] { return Ask(nothing); });
+    EXPECT_EQ(seen.message, "");
+    EXPECT_EQ(seen.title, "");
+    EXPECT_EQ(seen.bigText, "");
+}
+
+TEST(LongForm, IsClosedAtOnceWhereItsFileIsMissing) {
+    TakeLoggedLines();
+    for (NSString* nib : {@"NoSuchFile", @"", static_cast<NSString*>(nil)}) {
+        Question question;
+        question.nib = nib;
+        EXPECT_EQ(Ask(question), kAlertClosed);
+        const std::string name = nib ? Text(nib) : "(null)";
+        EXPECT_EQ(TakeLoggedLines(),
+                  std::vector<std::string>{"failure: No interface file for the alert: " + name});
+    }
+}
+
+TEST(ShortForm, HasOneButtonInTheFileThatItNames) {
+    for (const bool center : {true, false}) {
+        const Seen seen = LookAt(
+            [&] {
+                return [QWIAlertUtils QWIAlertWithMessage:@"Done."
+                                                    Title:@"Attention"
+                                                   OkText:@"Ok"
+                                               IsCentered:center
+                                                  BigText:@"Big"
+                                               TitleColor:[NSColor redColor]
+                                                  NibName:@"QWBrowsersAlert"];
+            },
+            [NSColor redColor]);
+        EXPECT_EQ(seen.message, "Done.");
+        EXPECT_EQ(seen.title, "Attention");
+        EXPECT_EQ(seen.bigText, "Big");
+        EXPECT_EQ(seen.nib, "QWBrowsersAlert");
+        EXPECT_EQ(seen.level, 1000);
+        EXPECT_EQ(seen.okPlace, center ? 190 : 358);
+        EXPECT_FALSE(seen.cancelOrIgnore);
+        EXPECT_TRUE(seen.isTitleInColour);
+    }
+}
+
+TEST(TopMostForm, IgnoresTheFileThatItNamesAndHasItsOwnLevel) {
+    for (const bool center : {true, false}) {
+        const Seen seen = LookAt(
+            [&] {
+                return [QWIAlertUtils QWIAlertWithMessageTopMost:@"Done."
+                                                           Title:@"Attention"
+                                                          OkText:@"Ok"
+                                                      IsCentered:center
+                                                         BigText:@"Big"
+                                                      TitleColor:[NSColor redColor]
+                                                         NibName:@"QWBrowsersAlert"];
+            },
+            [NSColor redColor]);
+        EXPECT_EQ(seen.message, "Done.");
+        EXPECT_EQ(seen.title, "Attention");
+        EXPECT_EQ(seen.bigText, "Big");
+        EXPECT_EQ(seen.nib, "QWSyleAlert");
+        EXPECT_EQ(seen.level, 14);
+        EXPECT_EQ(seen.okPlace, center ? 190 : 358);
+        EXPECT_FALSE(seen.cancelOrIgnore);
+        EXPECT_TRUE(seen.isTitleInColour);
+    }
+}
+
+/// Where the three texts stand, in the window.
+struct Stack {
+    NSRect band, bigText, message;
+    bool hasBand, hasBigText;
+};
+
+Stack StackOf(NSString* title, NSString* bigText) {
+    QWStyleAlert* alert = NewAlert();
+    [[alert bigTextTField] setStringValue:bigText];
+    [alert setTitleText:title];
+    NSView* band = [alert valueForKey:@"titleBand"];
+    return {[band frame],
+            [[alert bigTextTField] frame],
+            [[MessageView(alert) enclosingScrollView] frame],
+            ![band isHidden],
+            ![[alert bigTextTField] isHidden]};
+}
+
+TEST(Texts, AreStackedWithoutHoles) {
+    constexpr CGFloat kMargin = 20;
+    constexpr CGFloat kLargestGap = 24;
+    const CGFloat top = NSHeight([[[NewAlert() window] contentView] bounds]);
+    const Stack all = StackOf(@"Title", @"Big");
+    EXPECT_TRUE(all.hasBand);
+    EXPECT_TRUE(all.hasBigText);
+    EXPECT_EQ(NSMaxY(all.band), top);
+    EXPECT_GE(NSMinY(all.band) - NSMaxY(all.bigText), kMargin);
+    EXPECT_GT(NSMinY(all.bigText), NSMaxY(all.message));
+    EXPECT_LE(NSMinY(all.bigText) - NSMaxY(all.message), kLargestGap);
+
+    const Stack noBig = StackOf(@"Title", @"");
+    EXPECT_TRUE(noBig.hasBand);
+    EXPECT_FALSE(noBig.hasBigText);
+    EXPECT_GE(NSMinY(noBig.band) - NSMaxY(noBig.message), kMargin);
+    EXPECT_LE(NSMinY(noBig.band) - NSMaxY(noBig.message), kLargestGap);
+
+    const Stack noTitle = StackOf(@"", @"Big");
+    EXPECT_FALSE(noTitle.hasBand);
+    EXPECT_LE(top - NSMaxY(noTitle.bigText), kLargestGap);
+
+    const Stack onlyMessage = StackOf(@"", @"");
+    EXPECT_FALSE(onlyMessage.hasBand);
+    EXPECT_FALSE(onlyMessage.hasBigText);
+    EXPECT_GE(top - NSMaxY(onlyMessage.message), kMargin);
+    EXPECT_LE(top - NSMaxY(onlyMessage.message), kLargestGap);
+    // Downwards the message reaches as far as ever.
+    EXPECT_EQ(NSMinY(onlyMessage.message), NSMinY(all.message));
+}
+
+}  // namespace

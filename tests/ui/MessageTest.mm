@@ -1,0 +1,135 @@
+// Messages of every kind: they stand in their own room and can be read to the end.
+#include <gtest/gtest.h>
+
+#include "tests/ui/Asking.h"
+
+namespace {
+
+constexpr int kOk = 409;  // the middle of the OK button, not centred
+constexpr int kRow = 38;
+constexpr int kTurnsToTheEnd = 1500;
+
+NSString* Repeated(NSString* text, NSUInteger length) {
+    return [@"" stringByPaddingToLength:length withString:text startingAtIndex:0];
+}
+
+/// Whether something is written in these rows, from the top, and columns.
+bool IsWritten(const Picture& picture, int top, int bottom, int left, int right) {
+    for (int y = top; y < bottom; ++y) {
+        for (int x = left; x < right; ++x) {
+            if (picture.At(x, y).green < 160) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+struct Shown {
+    bool isWritten;     // in the message's room
+    bool isKeptInRoom;  // and nowhere around it
+    bool fits;          // without scrolling
+    bool hasScroller;   // on its right
+    bool reachesEnd;    // after turning the wheel
+    int result;
+};
+
+Shown Show(NSString* message) {
+    Person person;
+    Picture picture;
+    QWStyleAlert* alert = NewAlert();
+    [alert setAlertText:message];
+    [alert setTitleText:@""];
+    [alert setButtonsTexts:@"OK":@"":@""];
+    NSScrollView* view = [MessageView(alert) enclosingScrollView];
+    const NSRect room = [view frame];
+    AskPerson(
+        person,
+        [&] {
+            [NSApp runModalForWindow:[alert window]];
+            return [alert closeRez];
+        },
+        [&] {
+            picture = person.Look();
+            person.MoveTo(static_cast<int>(NSMidX(room)), static_cast<int>(NSMidY(room)));
+            person.Wheel(kTurnsToTheEnd);
+            person.Click(kOk, kRow);
+        });
+
+    const int top = picture.height - static_cast<int>(NSMaxY(room));
+    const int bottom = picture.height - static_cast<int>(NSMinY(room));
+    const int left = static_cast<int>(NSMinX(room));
+    const int right = static_cast<int>(NSMaxX(room));
+    const CGFloat height = NSHeight([MessageView(alert) frame]);
+    return {IsWritten(picture, top, bottom, left, right),
+            !IsWritten(picture, 0, top, 0, picture.width) &&
+                !IsWritten(picture, top, bottom, 0, left) &&
+                !IsWritten(picture, top, bottom, right, picture.width) &&
+                !IsWritten(picture, bottom, picture.height - 56, 0, picture.width),
+            height <= NSHeight(room),
+            [[view verticalScroller] superview] != nil &&
+                NSMinX([[view verticalScroller] frame]) >= NSMaxX([[view contentView] frame]),
+            NSMaxY([view documentVisibleRect]) == height,
+            [alert closeRez]};
+}
+
+void ExpectReadable(NSString* message, bool fits) {
+    const Shown shown = Show(message);
+    EXPECT_EQ(shown.result, kAlertOk);
+    EXPECT_TRUE(shown.isWritten);
+    EXPECT_TRUE(shown.isKeptInRoom);
+    EXPECT_EQ(shown.fits, fits);
+    EXPECT_EQ(shown.hasScroller, !fits);
+    EXPECT_TRUE(shown.reachesEnd);
+}
+
+TEST(Message, OfOneCharacterIsReadable) {
+    ExpectReadable(@"X", true);
+}
+
+TEST(Message, OfTwoHundredCharactersFits) {
+    ExpectReadable(Repeated(@"The disk is full. ", 200), true);
+}
+
+TEST(Message, OfTwentyThousandCharactersScrollsToItsEnd) {
+    ExpectReadable(Repeated(@"The disk is full. ", 20000), false);
+}
+
+TEST(Message, WithManyLineBreaksScrollsToItsEnd) {
+    ExpectReadable(Repeated(@"Line\n\n\r\nLine\r", 400), false);
+}
+
+TEST(Message, OfOneLongWordStaysInItsRoom) {
+    ExpectReadable(Repeated(@"disk", 3000), false);
+}
+
+TEST(Message, WithEmojiIsReadable) {
+    ExpectReadable(
+        @"Done \U0001F600\U0001F44D\U0001F3FD \U0001F468\u200D\U0001F469\u200D\U0001F467", true);
+}
+
+TEST(Message, InRightToLeftScriptsIsReadable) {
+    ExpectReadable(@"\u05E9\u05DC\u05D5\u05DD \u05E2\u05D5\u05DC\u05DD", true);
+    ExpectReadable(@"\u0645\u0631\u062D\u0628\u0627 \u0628\u0627\u0644\u0639\u0627\u0644\u0645",
+                   true);
+    ExpectReadable(Repeated(@"\u05E9\u05DC\u05D5\u05DD abc \u202E\u0645\u0631\u202C ", 5000),
+                   false);
+}
+
+TEST(Message, WithOddCharactersIsReadable) {
+    for (const unichar odd : {0x0000, 0x0007, 0x200B, 0xFEFF}) {
+        SCOPED_TRACE(odd);
+        const unichar characters[] = {'A', odd, 'B'};
+        ExpectReadable([NSString stringWithCharacters:characters length:3], true);
+    }
+    ExpectReadable(@"100 %n %@ %s", true);
+}
+
+TEST(Message, OfBrokenCharactersDoesNoHarm) {
+    for (const unichar broken : {0xD800, 0xDC00, 0xFFFE, 0xFFFF}) {
+        const unichar characters[] = {'A', broken, 'B'};
+        EXPECT_EQ(Show([NSString stringWithCharacters:characters length:3]).result, kAlertOk);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,343 @@
+// What the alert looks like on the screen.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/ui/Asking.h"
+#include "ui/QWIControlsUtils.h"
+#include "ui/QWINSButtonGray.h"
+#include "ui/QWINSButtonOrange.h"
+
+namespace {
+
+constexpr Color kGray = {76, 76, 76};
+constexpr Color kDisabledGray = {153, 153, 153};
+constexpr Color kDisabledTitle = {237, 237, 237};
+constexpr Color kOrange = {255, 128, 0};
+constexpr Color kBlack = {0, 0, 0};
+constexpr Color kWhite = {255, 255, 255};
+
+constexpr int kRow = 38;
+constexpr int kButtonWidth = 102;
+constexpr int kButtonHeight = 32;
+constexpr int kButtonBottom = 22;
+
+// A title without a thin line in it: the letters of others are smoothed into their ground.
+NSString* const kSolid = @"\u2588\u2588";
+
+Question WithSolidTitles() {
+    Question question;
+    question.ok = question.cancel = question.ignore = kSolid;
+    return question;
+}
+
+/// Rounding may go either way.
+bool IsNear(const Color& left, const Color& right) {
+    return std::abs(left.red - right.red) <= 1 && std::abs(left.green - right.green) <= 1 &&
+           std::abs(left.blue - right.blue) <= 1;
+}
+
+/// A part of a picture, in the alert's own points.
+struct Area {
+    int x, y, width, height;
+};
+
+Area ButtonAt(int x) {
+    return {x, kButtonBottom, kButtonWidth, kButtonHeight};
+}
+
+/// How many points of the area have the colour, of a hundred.
+int Share(const Picture& picture, const Area& area, const Color& color) {
+    int count = 0;
+    for (int y = area.y; y < area.y + area.height; ++y) {
+        for (int x = area.x; x < area.x + area.width; ++x) {
+            count += IsNear(picture.At(x, picture.height - 1 - y), color);
+        }
+    }
+    return count * 100 / (area.width * area.height);
+}
+
+/// The part of `color` that lies between ground and text, as a luminance of WCAG 2.
+double Luminance(const Color& color) {
+    const auto linear = [](int value) {
+        const double part = value / 255.0;
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
+}
+
+double Contrast(const Color& left, const Color& right) {
+    const double a = Luminance(left);
+    const double b = Luminance(right);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+/// The colour that stands out most from the ground of the area.
+Color Ink(const Picture& picture, const Area& area, const Color& ground) {
+    Color ink = ground;
+    for (int y = area.y; y < area.y + area.height; ++y) {
+        for (int x = area.x; x < area.x + area.width; ++x) {
+            const Color color = picture.At(x, picture.height - 1 - y);
+            if (Contrast(color, ground) > Contrast(ink, ground)) {
+                ink = color;
+            }
+        }
+    }
+    return ink;
+}
+
+/// The first column of the area with something else than the ground in it.
+int LeftEdge(const Picture& picture, const Area& area, const Color& ground) {
+    for (int x = area.x; x < area.x + area.width; ++x) {
+        for (int y = area.y; y < area.y + area.height; ++y) {
+            if (Contrast(picture.At(x, picture.height - 1 - y), ground) > 1.5) {
+                return x;
+            }
+        }
+    }
+    return -1;
+}
+
+class Pixels : public testing::Test {
+  protected:
+    Picture PictureOf(const Question& question) {
+        Picture picture;
+        AskPerson(
+            person, [&] { return Ask(question); },
+            [&] {
+                picture = person.Look();
+                person.Click(303 + kButtonWidth / 2, kRow);
+            });
+        return picture;
+    }
+
+    Person person;
+};
+
+TEST_F(Pixels, PlainButtonsAreFlatGrayWithWhiteTitles) {
+    const Picture picture = PictureOf(WithSolidTitles());
+    for (int x : {77, 190, 303}) {
+        EXPECT_GE(Share(picture, ButtonAt(x), kGray), 80) << "button at " << x;
+        EXPECT_TRUE(IsNear(Ink(picture, ButtonAt(x), kGray), kWhite)) << "button at " << x;
+    }
+}
+
+TEST_F(Pixels, OrangeButtonsAreFlatOrangeWithWhiteTitles) {
+    Question question = WithSolidTitles();
+    question.isOkOrange = question.isCancelOrange = YES;
+    const Picture picture = PictureOf(question);
+    EXPECT_GE(Share(picture, ButtonAt(77), kGray), 80);
+    for (int x : {190, 303}) {
+        EXPECT_GE(Share(picture, ButtonAt(x), kOrange), 80) << "button at " << x;
+        EXPECT_TRUE(
+            IsNear(Ink(picture, {x + 4, kButtonBottom + 4, kButtonWidth - 8, 24}, kOrange), kWhite))
+            << "button at " << x;
+    }
+}
+
+TEST_F(Pixels, APressedButtonIsBlackWithItsTitleStillWhite) {
+    for (const bool orange : {false, true}) {
+        Question question = WithSolidTitles();
+        question.isOkOrange = orange;
+        Picture pressed;
+        AskPerson(
+            person, [&] { return Ask(question); },
+            [&] {
+                person.MoveTo(303 + kButtonWidth / 2, kRow);
+                person.Press();
+                person.SeeColor(303 + 6, kRow, kBlack);
+                pressed = person.Look();
+                person.Release();
+            });
+        EXPECT_GE(Share(pressed, ButtonAt(303), kBlack), 80) << "orange: " << orange;
+        EXPECT_TRUE(IsNear(Ink(pressed, ButtonAt(303), kBlack), kWhite)) << "orange: " << orange;
+    }
+}
+
+TEST_F(Pixels, ADisabledButtonIsLighterWithANearWhiteTitleAndDoesNotAnswer) {
+    Picture picture;
+    QWStyleAlert* alert = NewAlert();
+    [alert setButtonsTexts:kSolid:kSolid:kSolid];
+    [alert centerButtons:YES];
+    [Button(alert, @"ignoreButton") setEnabled:NO];
+    AskPerson(
+        person,
+        [&] {
+            [NSApp runModalForWindow:[alert window]];
+            return [alert closeRez];
+        },
+        [&] {
+            person.Click(77 + kButtonWidth / 2, kRow);
+            picture = person.Look();
+            person.Click(303 + kButtonWidth / 2, kRow);
+        });
+    EXPECT_EQ([alert closeRez], kAlertOk);
+    EXPECT_GE(Share(picture, ButtonAt(77), kDisabledGray), 80);
+    EXPECT_TRUE(IsNear(Ink(picture, ButtonAt(77), kDisabledGray), kDisabledTitle));
+    EXPECT_GE(Share(picture, ButtonAt(190), kGray), 80);
+}
+
+TEST_F(Pixels, EveryTextOfTheAlertsOwnColoursCanBeRead) {
+    constexpr double kReadable = 4.5;
+    Question question;
+    question.bigText = @"Large";
+    // The colours that the program's own callers give to a title.
+    for (NSColor* titleColor : {[NSColor colorWithDeviceRed:0.55 green:0.77 blue:0.24 alpha:1],
+                                [NSColor colorWithDeviceRed:0.93 green:0.11 blue:0.14 alpha:1]}) {
+        question.titleColor = titleColor;
+        const Picture picture = PictureOf(question);
+        const int top = picture.height;
+        const Color dark = picture.At(5, 5);
+        const Color light = picture.At(5, top - 5);
+        EXPECT_GE(Contrast(Ink(picture, {20, top - 44, 200, 40}, dark), dark), kReadable);
+        EXPECT_GE(Contrast(Ink(picture, {20, top - 100, 200, 40}, light), light), kReadable);
+        EXPECT_GE(Contrast(Ink(picture, {20, top - 150, 200, 40}, light), light), kReadable);
+        EXPECT_GE(Contrast(kWhite, kGray), kReadable);
+    }
+}
+
+TEST_F(Pixels, TheTextsStartOnOneEdgeWithAMargin) {
+    constexpr int kMargin = 20;
+    Question question;
+    question.message = question.title = question.bigText = @"HHHH";
+    const Picture picture = PictureOf(question);
+    const int top = picture.height;
+    const Color light = picture.At(5, top - 5);
+    const int title = LeftEdge(picture, {0, top - 44, 200, 40}, kBlack);
+    const int bigText = LeftEdge(picture, {0, top - 96, 200, 40}, light);
+    const int message = LeftEdge(picture, {0, top - 140, 200, 30}, light);
+    EXPECT_GE(title, kMargin);
+    // Letters keep a little room of their own, more of it the larger they are.
+    EXPECT_NEAR(title, message, 1);
+    EXPECT_NEAR(bigText, message, 1);
+}
+
+TEST_F(Pixels, NothingIsLeftWhereAMessageHasMadeRoomForALargeText) {
+    Question question;
+    question.bigText = @"I";
+    question.message = [@"" stringByPaddingToLength:400
+                                         withString:@"Many words. "
+                                    startingAtIndex:0];
+    const Picture picture = PictureOf(question);
+    const int top = picture.height;
+    EXPECT_EQ(LeftEdge(picture, {60, top - 98, 400, 48}, picture.At(5, top - 5)), -1);
+    EXPECT_NE(LeftEdge(picture, {60, top - 140, 400, 30}, picture.At(5, top - 5)), -1);
+}
+
+// The pieces by themselves.
+
+TEST(Title, IsBoldAndTheLargeTextLarger) {
+    QWStyleAlert* alert = NewAlert();
+    NSFont* title = [[alert titleTField] font];
+    EXPECT_TRUE([[NSFontManager sharedFontManager] traitsOfFont:title] & NSBoldFontMask);
+    EXPECT_EQ([title pointSize], 16);
+    EXPECT_EQ([[[alert bigTextTField] font] pointSize], 20);
+    EXPECT_EQ([[MessageView(alert) font] pointSize], 13);
+    EXPECT_EQ([[Button(alert, @"okButton") font] pointSize], 12);
+}
+
+TEST(Button, KeepsItsColoursWhetherEnabledOrNot) {
+    [NSApplication sharedApplication];
+    QWStyleAlert* alert = NewAlert();
+    NSButton* gray = Button(alert, @"okButton");
+    const auto ground = [&] {
+        return [[[gray cell] backgroundColor] colorUsingColorSpaceName:NSDeviceRGBColorSpace];
+    };
+    EXPECT_FLOAT_EQ([ground() redComponent], 0.3F);
+    EXPECT_FALSE([gray isBordered]);
+    [gray setEnabled:NO];
+    [static_cast<QWINSButtonGray*>(gray) setData];
+    EXPECT_FLOAT_EQ([ground() greenComponent], 0.6F);
+    [gray setEnabled:YES];
+    [static_cast<QWINSButtonGray*>(gray) setData];
+    EXPECT_FLOAT_EQ([ground() blueComponent], 0.3F);
+
+    NSButton* orange = Button(alert, @"okButtonOrange");
+    [orange setEnabled:NO];
+    [static_cast<QWINSButtonOrange*>(orange) setData];
+    EXPECT_TRUE([[[orange cell] backgroundColor] isEqual:[NSColor orangeColor]]);
+}
+
+TEST(ButtonCell, IsBlackWhileHighlighted) {
+    QWStyleAlert* alert = NewAlert();
+    [alert setButtonsTexts:@"OK":@"Cancel":@""];
+    for (NSString* outlet : {@"okButton", @"okButtonOrange"}) {
+        NSButton* button = Button(alert, outlet);
+        [button setHidden:NO];
+        [button lockFocus];
+        NSColor* atRest = [[[[button cell] backgroundColor] copy] autorelease];
+        [[button cell] highlight:YES withFrame:[button bounds] inView:button];
+        EXPECT_TRUE([[[button cell] backgroundColor] isEqual:[NSColor blackColor]]);
+        [[button cell] highlight:NO withFrame:[button bounds] inView:button];
+        EXPECT_TRUE([[[button cell] backgroundColor] isEqual:atRest]);
+        [button unlockFocus];
+    }
+}
+
+NSDictionary* AttributesOf(NSButton* button) {
+    return [[button attributedTitle] attributesAtIndex:0 effectiveRange:NULL];
+}
+
+void ExpectInvisibleShadow(NSDictionary* attributes) {
+    NSShadow* shadow = [attributes objectForKey:NSShadowAttributeName];
+    ASSERT_NE(shadow, nil);
+    EXPECT_EQ([[shadow shadowColor] alphaComponent], 0);
+}
+
+class Styling : public testing::TestWithParam<NSString*> {
+  protected:
+    void SetUp() override {
+        [NSApplication sharedApplication];
+        styler = NSClassFromString(GetParam());
+        button = [[[NSButton alloc] initWithFrame:NSMakeRect(0, 0, 80, 30)] autorelease];
+    }
+
+    Class styler = Nil;
+    NSButton* button = nil;
+};
+
+TEST_P(Styling, GivesAButtonItsTitle) {
+    [styler SetButtonTitleFor:button toString:@"Yes" withColor:[NSColor redColor]];
+    NSDictionary* attributes = AttributesOf(button);
+    EXPECT_EQ(Text([[button attributedTitle] string]), "Yes");
+    EXPECT_TRUE(
+        [[attributes objectForKey:NSForegroundColorAttributeName] isEqual:[NSColor redColor]]);
+    EXPECT_EQ([[attributes objectForKey:NSParagraphStyleAttributeName] alignment],
+              NSCenterTextAlignment);
+    ExpectInvisibleShadow(attributes);
+}
+
+TEST_P(Styling, RecoloursATitleAndKeepsItsOtherAttributes) {
+    NSFont* font = [NSFont boldSystemFontOfSize:19];
+    NSDictionary* own = [NSDictionary dictionaryWithObject:font forKey:NSFontAttributeName];
+    [button setAttributedTitle:[[[NSAttributedString alloc] initWithString:@"Yes"
+                                                                attributes:own] autorelease]];
+    [styler SetButtonTextColor:button andColor:[NSColor blueColor]];
+    NSDictionary* attributes = AttributesOf(button);
+    EXPECT_EQ(Text([[button attributedTitle] string]), "Yes");
+    EXPECT_TRUE(
+        [[attributes objectForKey:NSForegroundColorAttributeName] isEqual:[NSColor blueColor]]);
+    EXPECT_TRUE([[attributes objectForKey:NSFontAttributeName] isEqual:font]);
+    ExpectInvisibleShadow(attributes);
+}
+
+TEST_P(Styling, ShowsATextInATextView) {
+    NSTextView* view = [[[NSTextView alloc] initWithFrame:NSMakeRect(0, 0, 80, 30)] autorelease];
+    [styler SetTextViewTextFor:view toString:@"Done." withColor:[NSColor redColor]];
+    EXPECT_EQ(Text([view string]), "Done.");
+    EXPECT_TRUE([[view textColor] isEqual:[NSColor redColor]]);
+}
+
+TEST_P(Styling, TakesNothing) {
+    [styler SetButtonTitleFor:button toString:nil withColor:[NSColor redColor]];
+    EXPECT_EQ([[button attributedTitle] length], 0U);
+    [styler SetButtonTextColor:button andColor:nil];
+    [styler SetButtonTextColor:nil andColor:[NSColor redColor]];
+    [styler SetButtonTitleFor:nil toString:@"Yes" withColor:nil];
+    [styler SetTextViewTextFor:nil toString:nil withColor:nil];
+    EXPECT_EQ([[button attributedTitle] length], 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Classes, Styling, testing::Values(@"QWIControlsUtils", @"QWIAlertUtils"));
+
+}  // namespace

@@ -1,0 +1,116 @@
+// A plain executable that shows an alert: wherever it is started, and soon.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "tests/linux/PrivateDisplay.h"
+#include "tests/ui/Person.h"
+
+namespace {
+
+constexpr int kIgnore = 128;
+constexpr int kRow = 38;
+
+// A program under a sanitizer is several times slower.
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+constexpr auto kLimit = std::chrono::milliseconds(1000);
+#else
+constexpr auto kLimit = std::chrono::milliseconds(300);
+#endif
+
+const std::filesystem::path kProgram = KS_ALERT_PROGRAM;
+
+class Program : public testing::Test {
+  protected:
+    /// Runs the command, presses Ignore, and returns the result that the command printed.
+    int Answer(const std::string& command) {
+        const auto start = std::chrono::steady_clock::now();
+        const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen(command.c_str(), "r"), &pclose);
+        person.SeeAlert();
+        const auto seen = std::chrono::steady_clock::now();
+        person.Click(kIgnore, kRow);
+        int result = -2;
+        long waited = 0;
+        EXPECT_EQ(std::fscanf(pipe.get(), "%d %ld", &result, &waited), 2);
+        tookToAppear = std::chrono::duration_cast<std::chrono::milliseconds>(seen - start) -
+                       std::chrono::milliseconds(waited);
+        return result;
+    }
+
+    Person person;
+    /// Without the time for which the machine was busy with something else.
+    std::chrono::milliseconds tookToAppear = {};
+};
+
+TEST_F(Program, FindsItsInterfaceFileFromAnyFolder) {
+    const std::string folder = kProgram.parent_path();
+    const std::string name = kProgram.filename();
+    EXPECT_EQ(Answer("cd / && " + kProgram.string()), 2);
+    EXPECT_EQ(Answer("cd " + folder + " && ./" + name), 2);
+    EXPECT_EQ(Answer("cd " + folder + "/.. && bin/" + name), 2);
+    EXPECT_EQ(Answer("cd / && PATH=" + folder + ":$PATH " + name), 2);
+}
+
+TEST_F(Program, FindsItsInterfaceFileThroughALink) {
+    std::string folder = std::filesystem::temp_directory_path() / "ks-alert-XXXXXX";
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const std::filesystem::path link = std::filesystem::path(folder) / "link";
+    std::filesystem::create_symlink(kProgram, link);
+    EXPECT_EQ(Answer("cd / && " + link.string()), 2);
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(Program, IgnoresArgumentsThatCouldBeFiles) {
+    EXPECT_EQ(Answer("cd / && " + kProgram.string() + " /etc/passwd some.txt"), 2);
+}
+
+/// How many processes have this run's own folder in their environment.
+int CountProcesses() {
+    const std::string mark = "TEMP=" + std::string(std::getenv("TEMP"));
+    int count = 0;
+    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+        std::ifstream environment(process.path() / "environ");
+        const std::string variables(std::istreambuf_iterator<char>(environment), {});
+        count += variables.find(mark) != std::string::npos;
+    }
+    return count;
+}
+
+TEST_F(Program, IsToldThatItsAlertWasClosedWhenTheDisplayGoes) {
+    auto display = std::make_unique<PrivateDisplay>();
+    const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen(kProgram.c_str(), "r"), &pclose);
+    Person().SeeAlert();
+    display.reset();
+    int result = 0;
+    EXPECT_EQ(std::fscanf(pipe.get(), "%d", &result), 1);
+    EXPECT_EQ(result, -1);
+}
+
+TEST_F(Program, LeavesNoProcessBehind) {
+    const int before = CountProcesses();
+    ASSERT_GT(before, 0);
+    Answer("cd / && " + kProgram.string());
+    EXPECT_EQ(CountProcesses(), before);
+}
+
+TEST_F(Program, ItsAlertIsSoonOnTheScreen) {
+    auto quickest = std::chrono::milliseconds::max();
+    for (int i = 0; i < 8; ++i) {
+        Answer("exec " + kProgram.string());
+        quickest = std::min(quickest, tookToAppear);
+    }
+    std::printf("on the screen after %d ms\n", static_cast<int>(quickest.count()));
+    EXPECT_LT(quickest.count(), kLimit.count());
+}
+
+}  // namespace

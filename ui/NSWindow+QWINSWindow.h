@@ -1,0 +1,14 @@
+#pragma once
+
+#include <AppKit/AppKit.h>
+
+/// Lets every window of the process take the keyboard, whatever its style: AppKit gives it only to
+/// windows with a title bar or a resize bar. Each operation answers YES.
+@interface NSWindow (QWINSWindow)
+
+- (BOOL)canBecomeKeyWindow;
+- (BOOL)acceptsFirstResponder;
+- (BOOL)becomeFirstResponder;
+- (BOOL)resignFirstResponder;
+
+@end

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <AppKit/AppKit.h>
+
+/// The ground of an alert's title: plain black, because a caller chooses the title's colour, and
+/// the bright green and red that are in use can be read on nothing lighter (4.5 to 1 and more).
+@interface QWITitleBand : NSView
+
+- (BOOL)isOpaque;
+- (void)drawRect:(NSRect)rect;
+
+@end
