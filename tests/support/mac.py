@@ -8,6 +8,8 @@ import subprocess
 import tempfile
 from collections import namedtuple
 
+import pytest
+
 from tests.support import build
 
 MACROOT = pathlib.Path(__file__).resolve().parents[2] / "scripts" / "macroot"
@@ -65,8 +67,11 @@ class Mac:
             path.unlink(missing_ok=True)
 
     def chown(self, inside, user, group):
-        """Gives one entry to a user and a group, as numbers."""
-        os.chown(self.path(inside), user, group, follow_symlinks=False)
+        """Gives one entry to a user and a group, as numbers; skips the test where nobody can."""
+        try:
+            os.chown(self.path(inside), user, group, follow_symlinks=False)
+        except OSError:
+            pytest.skip("this host lets these tests give nothing to another user")
 
     def manifest(self):
         """The manifest's lines: type, mode, owner, path, content, parted by tabs."""

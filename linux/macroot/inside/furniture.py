@@ -20,8 +20,6 @@ _ETC = {
     "nsswitch.conf": "passwd: files\ngroup: files\nhosts: files dns\n",
 }
 
-# GNUstep's own folders are kept out of the tree. It takes a user's folder as relative to the home,
-# so the way to /run leads up from there first.
 _GNUSTEP_FOLDERS = {
     "GNUSTEP_MAKEFILES": "/usr/share/GNUstep/Makefiles",
     "GNUSTEP_SYSTEM_APPS": "/usr/lib/GNUstep/Applications",
@@ -110,6 +108,10 @@ def _standing_time(at):
 
 
 def _gnustep_configuration(home):
+    """Keeps GNUstep's own folders out of the tree.
+
+    It takes a user's folders as relative to the home: the way to /run leads up from there first.
+    """
     up = "/".join(".." for part in home.split("/") if part) or "."
     users = f"{up}{ALEXS_FOLDER}/data/GNUstep"
     lines = {

@@ -1,9 +1,9 @@
 """The web as seen from inside: every name leads to this machine, every request gets one answer."""
 
-import http.client
 import socket
 import struct
 import threading
+from http import HTTPStatus
 
 from macroot.inside.furniture import write
 
@@ -60,6 +60,13 @@ def _serve_pages(pages, status):
         threading.Thread(target=_answer_page, args=(client, status), daemon=True).start()
 
 
+def _reason(status):
+    try:
+        return HTTPStatus(status).phrase
+    except ValueError:
+        return "A status of its own"
+
+
 def _answer_page(client, status):
     with client:
         try:
@@ -69,9 +76,8 @@ def _answer_page(client, status):
                 if not piece:
                     return
                 request += piece
-            reason = http.client.responses.get(status, "Status")
             length = "" if status in (204, 304) else "Content-Length: 0\r\n"
-            head = f"HTTP/1.1 {status} {reason}\r\n{length}Connection: close\r\n\r\n"
+            head = f"HTTP/1.1 {status} {_reason(status)}\r\n{length}Connection: close\r\n\r\n"
             client.sendall(head.encode())
         except ConnectionError:
             pass  # the client has gone
