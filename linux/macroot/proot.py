@@ -6,6 +6,8 @@ namespace and no mount: processes of the host are visible, and a disk or a netwo
 be had.
 """
 
+import contextlib
+import fcntl
 import os
 import shutil
 import stat
@@ -18,6 +20,8 @@ from macroot.inside.traced import Traced
 from macroot.namespaces import ETC_FROM_HOST, swapped_programs
 from macroot.tree import remove
 
+_SCRATCH_FOLDER = "/tmp"
+_SCRATCH, _NEW_SCRATCH = "macroot-run-", "macroot-new-"
 _INSIDE = os.path.join(os.path.dirname(os.path.realpath(__file__)), "inside")
 
 
@@ -35,13 +39,45 @@ def carry_out(plan, bound, channels):
         print(f"macroot: reduced: alex cannot enter {closed} (no search permission for others), "
               "so he runs with root's powers", file=sys.stderr)
         plan = {**plan, "real_users": False}
-    scratch = tempfile.mkdtemp(prefix="macroot-run-", dir="/tmp")
+    _remove_scratch_of_killed_runs()
+    scratch, in_use = _new_scratch()
     try:
         os.chmod(scratch, 0o755)
         return supervise(plan, Traced(plan, _options(plan, bound, scratch), scratch, channels),
                          channels)
     finally:
         remove(scratch)
+        os.close(in_use)
+
+
+def _new_scratch():
+    """A folder of the run's own and the lock on it; it gets its name when it is locked."""
+    folder = tempfile.mkdtemp(prefix=_NEW_SCRATCH, dir=_SCRATCH_FOLDER)
+    in_use = _locked(folder)
+    scratch = folder.replace(_NEW_SCRATCH, _SCRATCH)
+    os.rename(folder, scratch)
+    return scratch, in_use
+
+
+def _remove_scratch_of_killed_runs():
+    for name in os.listdir(_SCRATCH_FOLDER):
+        folder = os.path.join(_SCRATCH_FOLDER, name)
+        with contextlib.suppress(OSError):  # in use, or just gone
+            if name.startswith(_SCRATCH) and os.lstat(folder).st_uid == os.geteuid():
+                abandoned = _locked(folder)
+                remove(folder)
+                os.close(abandoned)
+
+
+def _locked(folder):
+    """An open folder under a lock that ends with this process, however it ends."""
+    descriptor = os.open(folder, os.O_RDONLY | os.O_DIRECTORY)
+    try:
+        fcntl.flock(descriptor, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except OSError:
+        os.close(descriptor)
+        raise
+    return descriptor
 
 
 def _options(plan, bound, scratch):

@@ -3,11 +3,15 @@
 Each kind is made out of this host, in namespaces of the test's own; nothing changes for others.
 """
 
+import contextlib
+import fcntl
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import tempfile
+import time
 
 import pytest
 
@@ -15,6 +19,8 @@ from tests.support.mac import MACROOT
 
 USER = 54321
 HELPER = pathlib.Path(__file__).with_name("fewer-rights")
+
+PATIENT = "sleep 59.0625"  # unlike any other
 
 # name -> (what leads there, whether alex and root are two users there, whether it has namespaces)
 KINDS = {
@@ -39,6 +45,12 @@ class Host:
     def macroot(self, *words):
         command = [*self._prefix, MACROOT, *words]
         return subprocess.run(command, capture_output=True, text=True, timeout=60, check=False)
+
+    def start(self, script):
+        """A run that goes on beside the test, in a process group of its own."""
+        return subprocess.Popen(
+            [*self._prefix, MACROOT, "run", self.tree, "--", "/bin/sh", "-c", script],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
 
     def sh(self, script, *options):
         return self.macroot("run", *options, self.tree, "--", "/bin/sh", "-c", script)
@@ -116,6 +128,48 @@ def test_the_run_ends_with_its_program(kind):
     result = host.sh("sleep 50 & trap '' TERM; (sleep 50 &) ; kill -9 $$")
     assert result.returncode == 128 + 9
     assert result.stdout == "" and "proot" not in result.stderr
+
+
+def test_a_killed_run_leaves_the_host_nothing_that_the_next_one_does_not_remove(kind):
+    host, _, _ = kind
+    shared = host.tree / "Users/Shared/Keystrel"
+    run = host.start(f": > /Users/Shared/Keystrel/runs; exec {PATIENT}")
+    while not (shared / "runs").exists():
+        assert run.poll() is None
+        time.sleep(0.01)
+    os.killpg(run.pid, signal.SIGKILL)
+    run.wait()
+    left = set(pathlib.Path("/tmp").glob("macroot-run-*"))
+    end = time.monotonic() + 10
+    while is_running(PATIENT):
+        assert time.monotonic() < end, "the killed run's program goes on"
+        time.sleep(0.02)
+    assert host.sh("rm /Users/Shared/Keystrel/runs").returncode == 0
+    owner = host.tree.stat().st_uid
+    still_there = left & set(pathlib.Path("/tmp").glob("macroot-run-*"))
+    assert [path for path in still_there if path.stat().st_uid == owner and not in_use(path)] == []
+
+
+def is_running(command):
+    """Whether a process of this host has exactly that command line."""
+    wanted = command.replace(" ", "\0").encode() + b"\0"
+    for process in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
+        with contextlib.suppress(OSError):
+            if process.read_bytes() == wanted:
+                return True
+    return False
+
+
+def in_use(scratch):
+    """Whether a run that goes on elsewhere holds it."""
+    descriptor = os.open(scratch, os.O_RDONLY)
+    try:
+        fcntl.flock(descriptor, fcntl.LOCK_SH | fcntl.LOCK_NB)
+        return False
+    except BlockingIOError:
+        return True
+    finally:
+        os.close(descriptor)
 
 
 def test_alex_has_folders_of_his_own_outside_the_tree(kind):
