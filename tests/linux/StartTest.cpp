@@ -100,8 +100,8 @@ TEST_F(Start, NothingIsLeftInTheHomeAndNothingIsSaid) {
         "bwrap --dev-bind / / --tmpfs \"$home\"" +
         bind +
         " sh -c 'env -i \"LSAN_OPTIONS=$LSAN_OPTIONS\" " KS_PROBE
-        " >/dev/null; find \"$0\" -mindepth 1 -path \"*GNUstep*\" -o -path "
-        "\"*Library*\"' \"$home\" 2>&1";
+        " >/dev/null; find \"$0\" -mindepth 1 -path " KS_SOURCE " -prune -o -path " KS_LIBRARIES
+        " -prune -o \\( -path \"*GNUstep*\" -o -path \"*Library*\" \\) -print' \"$home\" 2>&1";
     EXPECT_EQ(OutputOf(command), "");
 }
 
