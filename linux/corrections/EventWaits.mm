@@ -67,7 +67,6 @@ void AskForKeyboard(NSWindow* window) {
 }
 
 NSInteger RunWithKeyboard(id self, SEL selector, NSWindow* window) {
-    [window orderFront:nil];
     AskForKeyboard(window);
     return runModal(self, selector, window);
 }

@@ -205,9 +205,11 @@ TEST_F(FramedAnswer, TheFrameIsAsWideAsItsMakerSays) {
 }
 
 TEST_F(FramedAnswer, AnAlertTakesTheKeyboardAfterAnotherWasClosedFromOutside) {
-    AskPerson(
-        person, [] { return Ask({}); }, [&] { person.ClickCloseButton(); });
-    EXPECT_EQ(AskAndType({}, XK_Return), kAlertOk);
+    for (int i = 0; i < kTimes / 10; ++i) {
+        ASSERT_EQ(AskAndType({}, XK_Return), kAlertOk) << "alert " << i;
+        AskPerson(
+            person, [] { return Ask({}); }, [&] { person.ClickCloseButton(); });
+    }
 }
 
 }  // namespace
