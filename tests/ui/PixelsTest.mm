@@ -274,6 +274,44 @@ TEST(ButtonCell, IsBlackWhileHighlighted) {
     }
 }
 
+/// The colour in the middle of a title that the cell of a gray button draws.
+Color DrawnTitle(NSColor* color) {
+    NSButton* button = Button(NewAlert(), @"okButton");
+    NSDictionary* attributes = [NSDictionary dictionaryWithObject:color
+                                                           forKey:NSForegroundColorAttributeName];
+    NSAttributedString* title =
+        [[[NSAttributedString alloc] initWithString:kSolid attributes:attributes] autorelease];
+    [[button window] orderFront:nil];
+    [button lockFocus];
+    [[button cell] drawTitle:title withFrame:[button bounds] inView:button];
+    NSBitmapImageRep* bitmap =
+        [[[NSBitmapImageRep alloc] initWithFocusedViewRect:[button bounds]] autorelease];
+    [button unlockFocus];
+    const NSSize size = [title size];
+    NSColor* drawn = [[bitmap colorAtX:static_cast<NSInteger>(size.width / 2)
+                                     y:static_cast<NSInteger>([bitmap pixelsHigh] / 2)]
+        colorUsingColorSpaceName:NSDeviceRGBColorSpace];
+    const auto part = [](CGFloat value) { return static_cast<int>(std::lround(value * 255)); };
+    return {part([drawn redComponent]), part([drawn greenComponent]), part([drawn blueComponent])};
+}
+
+TEST(ButtonCell, DrawsATitleInTheSystemsDisabledColourNearWhite) {
+    EXPECT_TRUE(IsNear(DrawnTitle([NSColor disabledControlTextColor]), kDisabledTitle));
+    EXPECT_TRUE(IsNear(DrawnTitle([NSColor redColor]), {255, 0, 0}));
+    // A colour of the same kind under another name.
+    EXPECT_TRUE(IsNear(DrawnTitle([NSColor controlTextColor]), kBlack));
+}
+
+TEST(ButtonCell, DrawsAnEmptyTitleAsNothing) {
+    NSButton* button = Button(NewAlert(), @"okButton");
+    NSAttributedString* nothing = [[[NSAttributedString alloc] init] autorelease];
+    [[button window] orderFront:nil];
+    [button lockFocus];
+    const NSRect drawn = [[button cell] drawTitle:nothing withFrame:[button bounds] inView:button];
+    [button unlockFocus];
+    EXPECT_TRUE(NSIsEmptyRect(drawn) || NSContainsRect([button bounds], drawn));
+}
+
 NSDictionary* AttributesOf(NSButton* button) {
     return [[button attributedTitle] attributesAtIndex:0 effectiveRange:NULL];
 }
