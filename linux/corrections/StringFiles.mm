@@ -15,18 +15,25 @@ bool StartsWith(std::string_view bytes, std::string_view start) {
     return bytes.substr(0, start.size()) == start;
 }
 
-/// @return an autoreleased string, or nil when the bytes do not stand for one in that encoding
-NSString* Decode(std::string_view bytes, NSStringEncoding encoding) {
+/// Initializes `string` with the bytes; nil when they do not stand for a text in that encoding.
+/// Makes no copy of the text on the way: files may be large.
+id InitDecoded(NSString* string, std::string_view bytes, NSStringEncoding encoding) {
     NSString* marks = @"";
     while (encoding == NSUTF8StringEncoding && StartsWith(bytes, kUtf8Mark)) {
         marks = [@"\uFEFF" stringByAppendingString:marks];
         bytes.remove_prefix(kUtf8Mark.size());
     }
-    NSData* data = [NSData dataWithBytesNoCopy:const_cast<char*>(bytes.data())
-                                        length:bytes.size()
-                                  freeWhenDone:NO];
-    NSString* text = [[[NSString alloc] initWithData:data encoding:encoding] autorelease];
-    return text == nil || [marks length] == 0 ? text : [marks stringByAppendingString:text];
+    if ([marks length] == 0) {
+        return [string initWithBytes:bytes.data() length:bytes.size() encoding:encoding];
+    }
+    NSString* text = [[[NSString alloc] initWithBytes:bytes.data()
+                                               length:bytes.size()
+                                             encoding:encoding] autorelease];
+    if (text == nil) {
+        [string release];
+        return nil;
+    }
+    return [string initWithString:[marks stringByAppendingString:text]];
 }
 
 NSStringEncoding EncodingByMark(std::string_view bytes) {
@@ -48,43 +55,34 @@ NSStringEncoding EncodingByMark(std::string_view bytes) {
                     encoding:(NSStringEncoding)encoding
                        error:(NSError**)error {
     std::string bytes;
-    NSString* text = nil;
-    if (ReadFile(path, bytes, error)) {
-        text = Decode(bytes, encoding);
-        if (text == nil) {
-            Fail(error, FileError(NSFileReadInapplicableStringEncodingError, ReadingFailed(path),
-                                  path, 0));
-        }
-    }
-    if (text == nil) {
+    if (!ReadFile(path, bytes, error)) {
         [self release];
         return nil;
     }
-    return [self initWithString:text];
+    self = InitDecoded(self, bytes, encoding);
+    if (self == nil) {
+        Fail(error,
+             FileError(NSFileReadInapplicableStringEncodingError, ReadingFailed(path), path, 0));
+    }
+    return self;
 }
 
 - (id)initWithContentsOfFile:(NSString*)path
                 usedEncoding:(NSStringEncoding*)usedEncoding
                        error:(NSError**)error {
     std::string bytes;
-    NSString* text = nil;
-    NSStringEncoding encoding = NSUTF8StringEncoding;
-    if (ReadFile(path, bytes, error)) {
-        encoding = EncodingByMark(bytes);
-        text = Decode(bytes, encoding);
-        if (text == nil) {
-            Fail(error,
-                 FileError(NSFileReadUnknownStringEncodingError, ReadingFailed(path), path, 0));
-        }
-    }
-    if (text == nil) {
+    if (!ReadFile(path, bytes, error)) {
         [self release];
         return nil;
     }
-    if (usedEncoding != nullptr) {
+    const NSStringEncoding encoding = EncodingByMark(bytes);
+    self = InitDecoded(self, bytes, encoding);
+    if (self == nil) {
+        Fail(error, FileError(NSFileReadUnknownStringEncodingError, ReadingFailed(path), path, 0));
+    } else if (usedEncoding != nullptr) {
         *usedEncoding = encoding;
     }
-    return [self initWithString:text];
+    return self;
 }
 
 - (BOOL)writeToFile:(NSString*)path atomically:(BOOL)atomically {

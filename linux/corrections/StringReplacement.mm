@@ -5,6 +5,7 @@
 #include <objc/runtime.h>
 
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -20,6 +21,24 @@ std::vector<unichar> Characters(NSString* text, NSUInteger location, NSUInteger 
     return characters;
 }
 
+// The first occurrence at or behind `from`; the length of the text when there is none.
+size_t Find(const std::vector<unichar>& text, size_t from, const std::vector<unichar>& wanted) {
+    const char* const bytes = reinterpret_cast<const char*>(text.data());
+    const size_t end = text.size() * sizeof(unichar);
+    for (size_t at = from * sizeof(unichar);;) {
+        const void* found =
+            memmem(bytes + at, end - at, wanted.data(), wanted.size() * sizeof(unichar));
+        if (found == nullptr) {
+            return text.size();
+        }
+        at = static_cast<size_t>(static_cast<const char*>(found) - bytes);
+        if (at % sizeof(unichar) == 0) {
+            return at / sizeof(unichar);
+        }
+        ++at;  // it began inside a character
+    }
+}
+
 // Where the target stands in that range of the text, from left to right, without overlaps.
 std::vector<NSUInteger> Places(NSString* text, NSString* target, NSRange range) {
     const std::vector<unichar> wanted = Characters(target, 0, [target length]);
@@ -30,18 +49,13 @@ std::vector<NSUInteger> Places(NSString* text, NSString* target, NSRange range) 
     while (end - start >= wanted.size()) {
         const std::vector<unichar> block =
             Characters(text, start, std::min(blockLength, end - start));
-        auto searched = block.begin();
-        for (;;) {
-            const auto found = std::search(searched, block.end(), wanted.begin(), wanted.end());
-            if (found == block.end()) {
-                break;
-            }
-            places.push_back(start + static_cast<NSUInteger>(found - block.begin()));
-            searched = found + static_cast<std::ptrdiff_t>(wanted.size());
+        size_t searched = 0;
+        for (size_t found; (found = Find(block, searched, wanted)) != block.size();) {
+            places.push_back(start + found);
+            searched = found + wanted.size();
         }
         // The next block begins early enough for an occurrence that this one cuts off.
-        const NSUInteger done = static_cast<NSUInteger>(searched - block.begin());
-        start += std::max<NSUInteger>(done, block.size() - wanted.size() + 1);
+        start += std::max<NSUInteger>(searched, block.size() - wanted.size() + 1);
     }
     return places;
 }
