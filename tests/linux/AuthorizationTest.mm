@@ -27,8 +27,7 @@ class Authorization : public testing::Test {
     Authorization() {
         answer = Verdict::Allowed;
         asked.clear();
-        EXPECT_EQ(AuthorizationCreate(NULL, kAuthorizationEmptyEnvironment,
-                                      kAuthorizationFlagDefaults, &reference_),
+        EXPECT_EQ(AuthorizationCreate(NULL, NULL, kAuthorizationFlagDefaults, &reference_),
                   errAuthorizationSuccess);
     }
     ~Authorization() override { AuthorizationFree(reference_, kAuthorizationFlagDestroyRights); }
@@ -37,8 +36,7 @@ class Authorization : public testing::Test {
                      AuthorizationFlags flags = kAuthorizationFlagInteractionAllowed |
                                                 kAuthorizationFlagExtendRights) {
         AuthorizationRights rights = {static_cast<UInt32>(items.size()), items.data()};
-        return AuthorizationCopyRights(reference_, &rights, kAuthorizationEmptyEnvironment, flags,
-                                       NULL);
+        return AuthorizationCopyRights(reference_, &rights, NULL, flags, NULL);
     }
 
     AuthorizationRef reference_ = NULL;

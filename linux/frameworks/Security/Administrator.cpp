@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include "Security/Broker.h"
-#include "Security/ChildProcess.h"
+#include "Security/RunProgram.h"
 
 namespace {
 
@@ -27,10 +27,10 @@ std::string HomeOfUser() {
 }
 
 CommandResult RunByPolkit(const std::string& command) {
-    const ChildResult child =
-        RunChild({"pkexec", "/usr/bin/env", "-i", kSystemPath, "HOME=" + HomeOfUser(), "USER=root",
-                  "LOGNAME=root", "/bin/sh", "-c",
-                  "cd /; printf %s \"$1\" >&2; exec /bin/sh -c \"$0\"", command, kStarted});
+    const ProgramResult child =
+        RunProgram({"pkexec", "/usr/bin/env", "-i", kSystemPath, "HOME=" + HomeOfUser(),
+                    "USER=root", "LOGNAME=root", "/bin/sh", "-c",
+                    "cd /; printf %s \"$1\" >&2; exec /bin/sh -c \"$0\"", command, kStarted});
     const size_t marker = child.errors.find(kStarted);
     if (marker == std::string::npos) {
         const bool cancelled = child.status == kPromptDismissed;
@@ -50,7 +50,7 @@ CommandResult RunAsAdministrator(const std::string& command) {
 }
 
 CommandResult RunAsUser(const std::string& command) {
-    const ChildResult child = RunChild({"/bin/sh", "-c", command});
+    const ProgramResult child = RunProgram({"/bin/sh", "-c", command});
     return {Verdict::Allowed, child.status, child.output, child.errors};
 }
 
@@ -58,8 +58,8 @@ Verdict AskForRight(const std::string& right) {
     if (const std::optional<CommandResult> answer = AskBroker("right", right)) {
         return answer->verdict;
     }
-    const ChildResult check = RunChild({"pkcheck", "--allow-user-interaction", "--action-id",
-                                        kPolkitAction, "--process", std::to_string(getpid())});
+    const ProgramResult check = RunProgram({"pkcheck", "--allow-user-interaction", "--action-id",
+                                            kPolkitAction, "--process", std::to_string(getpid())});
     switch (check.status) {
         case kCheckAllowed:
             return Verdict::Allowed;

@@ -27,8 +27,6 @@ typedef struct {
 typedef AuthorizationItemSet AuthorizationRights;
 typedef AuthorizationItemSet AuthorizationEnvironment;
 
-#define kAuthorizationEmptyEnvironment NULL
-
 enum {
     kAuthorizationFlagDefaults = 0,
     kAuthorizationFlagInteractionAllowed = 1,

@@ -1,4 +1,4 @@
-#include "Security/ChildProcess.h"
+#include "Security/RunProgram.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -55,7 +55,7 @@ bool ReadSome(int descriptor, std::string& text) {
 }
 
 // Reads both pipes at once, so that a child that fills one of them never waits for us.
-void Collect(Pipe& output, Pipe& errors, ChildResult& result) {
+void Collect(Pipe& output, Pipe& errors, ProgramResult& result) {
     std::array<pollfd, 2> sources = {{{output.Reader(), POLLIN, 0}, {errors.Reader(), POLLIN, 0}}};
     const std::array<std::string*, 2> texts = {&result.output, &result.errors};
     int open = 2;
@@ -88,8 +88,8 @@ int WaitFor(pid_t child) {
 
 }  // namespace
 
-ChildResult RunChild(const std::vector<std::string>& arguments) {
-    ChildResult result = {kNotStarted, "", ""};
+ProgramResult RunProgram(const std::vector<std::string>& arguments) {
+    ProgramResult result = {kNotStarted, "", ""};
     Pipe output;
     Pipe errors;
     if (!output.IsValid() || !errors.IsValid()) {

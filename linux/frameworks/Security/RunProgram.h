@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-struct ChildResult {
+struct ProgramResult {
     int status;  ///< exit status; 128 and the signal's number when a signal ended it; 127 when not
                  ///< found
     std::string output;
@@ -11,4 +11,4 @@ struct ChildResult {
 };
 
 /// Runs a program to its end and collects what it writes; its standard input is empty.
-ChildResult RunChild(const std::vector<std::string>& arguments);
+ProgramResult RunProgram(const std::vector<std::string>& arguments);

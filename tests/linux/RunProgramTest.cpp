@@ -1,5 +1,5 @@
 // Programs that are run to their end.
-#include "Security/ChildProcess.h"
+#include "Security/RunProgram.h"
 
 #include <gtest/gtest.h>
 
@@ -10,19 +10,19 @@ namespace {
 
 using namespace std::string_literals;
 
-ChildResult Shell(const std::string& script) {
-    return RunChild({"/bin/sh", "-c", script});
+ProgramResult Shell(const std::string& script) {
+    return RunProgram({"/bin/sh", "-c", script});
 }
 
-TEST(ChildProcess, BothOutputsAndTheStatusAreCollected) {
-    const ChildResult result = Shell("printf out; printf err >&2; exit 3");
+TEST(RunProgram, BothOutputsAndTheStatusAreCollected) {
+    const ProgramResult result = Shell("printf out; printf err >&2; exit 3");
     EXPECT_EQ(result.status, 3);
     EXPECT_EQ(result.output, "out");
     EXPECT_EQ(result.errors, "err");
 }
 
-TEST(ChildProcess, OutputsLargerThanAPipeComeWholeFromBothAtOnce) {
-    const ChildResult result = Shell(
+TEST(RunProgram, OutputsLargerThanAPipeComeWholeFromBothAtOnce) {
+    const ProgramResult result = Shell(
         "head -c 3000000 /dev/zero | tr '\\0' o & head -c 2000000 /dev/zero | tr '\\0' e >&2; "
         "wait");
     EXPECT_EQ(result.status, 0);
@@ -30,37 +30,37 @@ TEST(ChildProcess, OutputsLargerThanAPipeComeWholeFromBothAtOnce) {
     EXPECT_TRUE(result.errors == std::string(2000000, 'e'));
 }
 
-TEST(ChildProcess, AnyByteComesThrough) {
+TEST(RunProgram, AnyByteComesThrough) {
     EXPECT_EQ(Shell("printf 'a\\0b\\377\\n'").output, "a\0b\377\n"s);
 }
 
-TEST(ChildProcess, ArgumentsArriveAsTheyAre) {
-    EXPECT_EQ(
-        RunChild({"/bin/sh", "-c", "printf '<%s>' \"$@\"", "sh", "", "a b", "$x'\"", "é\n"}).output,
-        "<><a b><$x'\"><é\n>");
+TEST(RunProgram, ArgumentsArriveAsTheyAre) {
+    EXPECT_EQ(RunProgram({"/bin/sh", "-c", "printf '<%s>' \"$@\"", "sh", "", "a b", "$x'\"", "é\n"})
+                  .output,
+              "<><a b><$x'\"><é\n>");
 }
 
-TEST(ChildProcess, StandardInputIsEmpty) {
+TEST(RunProgram, StandardInputIsEmpty) {
     EXPECT_EQ(Shell("cat; echo end").output, "end\n");
 }
 
-TEST(ChildProcess, ASignalIsToldByItsNumberBehind128) {
+TEST(RunProgram, ASignalIsToldByItsNumberBehind128) {
     EXPECT_EQ(Shell("kill -9 $$").status, 128 + 9);
 }
 
-TEST(ChildProcess, WhatCannotBeStartedHasStatus127) {
-    const ChildResult result = RunChild({"/nowhere/program"});
+TEST(RunProgram, WhatCannotBeStartedHasStatus127) {
+    const ProgramResult result = RunProgram({"/nowhere/program"});
     EXPECT_EQ(result.status, 127);
     EXPECT_EQ(result.output + result.errors, "");
 }
 
-TEST(ChildProcess, NoDescriptorIsLeftOpen) {
+TEST(RunProgram, NoDescriptorIsLeftOpen) {
     const auto open = [] {
         const std::filesystem::directory_iterator descriptors("/proc/self/fd");
         return std::distance(begin(descriptors), end(descriptors));
     };
     const auto before = open();
-    RunChild({"/nowhere/program"});
+    RunProgram({"/nowhere/program"});
     Shell("true");
     EXPECT_EQ(open(), before);
 }
