@@ -3,6 +3,7 @@
 # mac_test(NAME MACHINE SOURCE... [RUN OPTION...]): a GoogleTest program with the whole product in it. Its
 #   globals touch the product's folders before main, so it always runs as alex inside a fresh Mac root of
 #   that machine, entered with these options of `scripts/macroot run`. Each test has an autorelease pool.
+# mac_test_run(NAME PROGRAM MACHINE [OPTION...]): a further run of a mac_test's program.
 include(CTest)
 if(NOT BUILD_TESTING OR APPLE)
   return()
@@ -28,9 +29,13 @@ function(mac_test name machine)
   product_program(${name} ${arg_UNPARSED_ARGUMENTS} ${CMAKE_SOURCE_DIR}/tests/support/PoolPerTest.mm)
   target_link_libraries(${name}_objects PRIVATE GTest::gtest)
   target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  mac_test_run(${name} ${name} ${machine} ${arg_RUN})
+endfunction()
+
+function(mac_test_run name program machine)
   add_test(NAME ${name}
     COMMAND ${CMAKE_SOURCE_DIR}/tests/support/in-mac
-      ${machine} ${arg_RUN} -- $<TARGET_FILE:${name}>)
+      ${machine} ${ARGN} -- $<TARGET_FILE:${program}>)
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "${KS_TEST_ENVIRONMENT}" TIMEOUT 300)
 endfunction()
 

@@ -4,6 +4,12 @@
 // (…CPP) only calls the inner one of its name, which calls the class operation; the result is true
 // exactly when the operation's is not zero. What an operation does and logs stands with its class.
 
+bool IsChromeInstalledBridgeCPP();           ///< ChromeInstall IsBrowserInstalled
+bool IsChromeStartedBridgeCPP();             ///< ChromeInstall IsBrowserStarted
+bool IsChromeExtensionInstalledBridgeCPP();  ///< ChromeInstall IsExtensionInstalled
+bool ChromeInstallExtensionBridgeCPP();      ///< ChromeInstall InstallExtension
+bool ChromeUninstallExtensionBridgeCPP();    ///< ChromeInstall UninstallExtension
+
 bool IsFFInstalledBridgeCPP();       ///< FFoxInstall IsBrowserInstalled
 bool IsFFStartedBridgeCPP();         ///< FFoxInstall IsBrowserStarted
 bool FFInstallExtensionBridgeCPP();  ///< FFoxInstall InstallExtension
@@ -13,6 +19,12 @@ bool IsEdgeExtensionInstalledBridgeCPP();  ///< EdgeInstall IsExtensionInstalled
 bool IsEdgeStartedBridgeCPP();             ///< EdgeInstall IsBrowserStarted
 bool EdgeInstallExtensionBridgeCPP();      ///< EdgeInstall InstallExtension
 bool EdgeUninstallExtensionBridgeCPP();    ///< EdgeInstall UninstallExtension
+
+bool IsChromeInstalledBridge();
+bool IsChromeStartedBridge();
+bool IsChromeExtensionInstalledBridge();
+bool ChromeInstallExtensionBridge();
+bool ChromeUninstallExtensionBridge();
 
 bool IsFFInstalledBridge();
 bool IsFFStartedBridge();

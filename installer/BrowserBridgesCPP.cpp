@@ -1,5 +1,20 @@
 #include "installer/BrowserBridges.h"
 
+bool IsChromeInstalledBridgeCPP() {
+    return IsChromeInstalledBridge();
+}
+bool IsChromeStartedBridgeCPP() {
+    return IsChromeStartedBridge();
+}
+bool IsChromeExtensionInstalledBridgeCPP() {
+    return IsChromeExtensionInstalledBridge();
+}
+bool ChromeInstallExtensionBridgeCPP() {
+    return ChromeInstallExtensionBridge();
+}
+bool ChromeUninstallExtensionBridgeCPP() {
+    return ChromeUninstallExtensionBridge();
+}
 bool IsFFInstalledBridgeCPP() {
     return IsFFInstalledBridge();
 }

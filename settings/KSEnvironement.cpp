@@ -175,6 +175,14 @@ bool KSEnvironement::GetIsIExplorerExtInstalled() {
     return false;
 }
 
+bool KSEnvironement::GetIsChromeInstalled() {
+    return IsChromeInstalledBridgeCPP();
+}
+
+bool KSEnvironement::GetIsChromeExtInstalled() {
+    return IsChromeExtensionInstalledBridgeCPP();
+}
+
 bool KSEnvironement::GetIsFFInstalled() {
     return IsFFInstalledBridgeCPP();
 }

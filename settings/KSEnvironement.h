@@ -97,6 +97,10 @@ class KSEnvironement {
     static bool GetIsIExplorerInstalled();
     static bool GetIsIExplorerExtInstalled();
 
+    /// ChromeInstall IsBrowserInstalled and IsExtensionInstalled.
+    static bool GetIsChromeInstalled();
+    static bool GetIsChromeExtInstalled();
+
     /// FFoxInstall IsBrowserInstalled.
     static bool GetIsFFInstalled();
 

@@ -2,6 +2,7 @@
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
+#include "browsers/ChromeInstall.h"
 #include "browsers/EdgeInstall.h"
 #include "browsers/FFoxInstall.h"
 #include "tests/logging/LogFile.h"
@@ -35,6 +36,27 @@ class BrowserStatusTest : public testing::Test {
 
     LogFile log;
 };
+
+TEST_F(BrowserStatusTest, ChromeThatIsFound) {
+    answer = noErr;
+    EXPECT_TRUE([ChromeInstall IsBrowserInstalled]);
+    EXPECT_TRUE([asked isEqualToString:@"com.google.Chrome"]);
+    EXPECT_EQ(Log(), "\nHH:MM:SS - INFO : The app's URL is: file:///Applications/Some%20App.app/");
+}
+
+TEST_F(BrowserStatusTest, ChromeThatIsNotFound) {
+    answer = -10814;
+    EXPECT_FALSE([ChromeInstall IsBrowserInstalled]);
+    EXPECT_EQ(Log(), "\nHH:MM:SS - WARNING : App not found");
+    EXPECT_FALSE([ChromeInstall IsExtensionInstalled]);
+    EXPECT_TRUE([ChromeInstall InstallExtension]);  // nothing to do counts as success
+}
+
+TEST_F(BrowserStatusTest, ChromeWithAnotherStatusShowsItUnsigned) {
+    answer = -10813;
+    EXPECT_FALSE([ChromeInstall IsBrowserInstalled]);
+    EXPECT_EQ(Log(), "\nHH:MM:SS - FAILURE : An error occurred: 4294956483");
+}
 
 TEST_F(BrowserStatusTest, EdgeThatIsFound) {
     answer = noErr;

