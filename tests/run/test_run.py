@@ -55,13 +55,3 @@ def test_arguments_are_ignored(tmp_path):
     mac = Mac.new("clean", tmp_path)
     result = mac.run(args=("--help", "/etc/passwd", "-NSShowNonLocalizedStrings", "YES"))
     assert (result.status, result.stderr) == (0, "")
-
-
-def test_a_second_run_changes_nothing_but_the_log(tmp_path):
-    mac = Mac.new("typical", tmp_path)
-    assert mac.run("--at", "2024-03-05 09:07:02").status == 0
-    once = mac.manifest()
-    assert mac.run("--at", "2024-03-05 09:07:03").status == 0
-    twice = mac.manifest()
-    changed = {line.split("\t")[3] for line in set(once) ^ set(twice)}
-    assert changed == {"/Users/Shared/Keystrel/logs/2024_3_5_9_7_3.log"}
