@@ -171,7 +171,7 @@ def test_everything_of_earlier_versions_is_removed(tmp_path):
     assert sorted(entry.name for entry in mac.path(LOCAL + MOZILLA).iterdir()) == sorted(
         [BUTTON, MAIN, SHORT, "js-ctypes"])
     assert list(mac.path(USER + MOZILLA).iterdir()) == []
-    assert mac.path(USER + "/Mozilla/Extensions/other/install.rdf").read_text() == "foreign\n"
+    assert mac.path(USER + "/Mozilla/Extensions/other/install.rdf").read_text() == "other\n"
 
     expected = registry("weather@example.org", "radio@example.org").replace('rdf:#$1', 'rdf:#$2')
     for name in (profile, other):
