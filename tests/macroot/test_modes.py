@@ -41,16 +41,24 @@ class Host:
         self._prefix = [HELPER, *ways, "--"] if ways else []
         self.folder = folder
         self.tree = folder / "mac"
+        # A copy that any user may read: the source may lie in a folder of one user's own.
+        source = MACROOT.parents[1]
+        self._macroot = folder / "source/scripts/macroot"
+        shutil.copytree(source / "linux/macroot", folder / "source/linux/macroot")
+        self._macroot.parent.mkdir()
+        shutil.copy(MACROOT, self._macroot)
 
     def macroot(self, *words):
-        command = [*self._prefix, MACROOT, *words]
-        return subprocess.run(command, capture_output=True, text=True, timeout=60, check=False)
+        command = [*self._prefix, self._macroot, *words]
+        return subprocess.run(command, capture_output=True, text=True, timeout=60, check=False,
+                              cwd=self.folder)
 
     def start(self, script):
         """A run that goes on beside the test, in a process group of its own."""
         return subprocess.Popen(
-            [*self._prefix, MACROOT, "run", self.tree, "--", "/bin/sh", "-c", script],
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+            [*self._prefix, self._macroot, "run", self.tree, "--", "/bin/sh", "-c", script],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True,
+            cwd=self.folder)
 
     def sh(self, script, *options):
         return self.macroot("run", *options, self.tree, "--", "/bin/sh", "-c", script)
