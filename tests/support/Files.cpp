@@ -3,15 +3,19 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 std::string ReadFile(const std::string& path) {
     std::ifstream stream(path, std::ios::binary);
-    std::string bytes(std::istreambuf_iterator<char>(stream), {});
-    if (!stream) {
+    std::string bytes;
+    std::array<char, 65536> chunk;
+    while (stream.read(chunk.data(), chunk.size()) || stream.gcount() > 0) {
+        bytes.append(chunk.data(), static_cast<size_t>(stream.gcount()));
+    }
+    if (!stream.eof()) {
         throw std::runtime_error("cannot read " + path);
     }
     return bytes;
