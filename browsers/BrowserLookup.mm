@@ -1,14 +1,15 @@
 #include "browsers/BrowserLookup.h"
 
 #include "logging/NSLogger.h"
+#include "platform/ScopedHandles.h"
 
 UInt32 FindBrowser(NSString* bundleIdentifier, NSURL** url) {
     *url = nil;
-    CFURLRef found = NULL;
+    ScopedCFRef<CFURLRef> found;
     const OSStatus status =
-        LSFindApplicationForInfo(0, (CFStringRef)bundleIdentifier, NULL, NULL, &found);
+        LSFindApplicationForInfo(0, (CFStringRef)bundleIdentifier, NULL, NULL, found.Out());
     if (status == noErr) {
-        *url = [(NSURL*)found autorelease];
+        *url = [[(NSURL*)found.Get() retain] autorelease];
     }
     return static_cast<UInt32>(status);
 }

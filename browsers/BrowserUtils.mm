@@ -4,13 +4,14 @@
 #include <stdlib.h>
 
 #include "browsers/AdministratorScript.h"
-#include "privileged/InvalidCredentials.h"
+#include "product/Applications.h"
+#include "ui/InvalidCredentials.h"
 #include "ui/QWIAlertUtils.h"
 
 namespace {
 
-NSString* const kBrowserNames[] = {@"Safari", @"Google Chrome", @"Microsoft Edge", @"Firefox",
-                                   @"FirefoxDeveloperEdition"};
+NSString* const kBrowserNames[] = {@KS_SAFARI_NAME, @KS_CHROME_NAME, @KS_EDGE_NAME,
+                                   @KS_FIREFOX_NAME, @"FirefoxDeveloperEdition"};
 
 const char* const kCloseCommands[] = {
     "killall Safari",

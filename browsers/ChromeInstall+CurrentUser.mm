@@ -5,14 +5,14 @@
 #include "browsers/ChromeRemoval.h"
 #include "browsers/ChromeScripts.h"
 #include "browsers/ExternalExtension.h"
-#include "browsers/UserFiles.h"
-#include "installer/ProductValues.h"
 #include "logging/NSLogger.h"
+#include "platform/OpenFiles.h"
+#include "product/Extensions.h"
 
 namespace {
 
 NSString* const kPlugInFolder = @"Internet Plug-Ins";
-NSString* const kPlugIn = @"/npKSPlugin.bundle";
+NSString* const kPlugIn = @KS_CHROME_PLUG_IN;
 
 NSString* UserPlugIn() {
     NSArray* libraries =
@@ -70,7 +70,7 @@ void InstallPackage() {
 + (void)installChromeCurrUser {
     InstallHostManifest();
     InstallPackage();
-    WriteExternalExtension(ChromeUserExternal(kChromeDescriptor), kChromeUpdateURL);
+    WriteExternalExtension(ChromeUserExternal(kChromeDescriptor), @KS_CHROME_UPDATE_URL);
 }
 
 + (void)uninstallChromeCurrUser {

@@ -3,9 +3,9 @@
 #include "browsers/ChromePaths.h"
 #include "browsers/ChromeRemoval.h"
 #include "browsers/ExternalExtension.h"
-#include "browsers/UserFiles.h"
-#include "installer/ProductValues.h"
 #include "logging/NSLogger.h"
+#include "platform/OpenFiles.h"
+#include "product/Extensions.h"
 
 @implementation ChromeInstall (LegacyButton)
 
@@ -23,7 +23,7 @@
             [NSLogger LogWarning:@"Error removing file: %@", [error description]];  // meant: a copy
         }
     }
-    WriteExternalExtension(ChromeUserExternal(kChromeButtonDescriptor), kChromeUpdateURL);
+    WriteExternalExtension(ChromeUserExternal(kChromeButtonDescriptor), @KS_CHROME_UPDATE_URL);
 }
 
 + (void)uninstallChromeButtonCurrUser {

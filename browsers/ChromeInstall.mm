@@ -5,11 +5,12 @@
 #include "browsers/ChromePreferences.h"
 #include "logging/NSLogger.h"
 #include "platform/AppWorkspaceUtils.h"
+#include "product/Applications.h"
 
 namespace {
 
-NSString* const kBundleIdentifier = @"com.google.Chrome";
-NSString* const kApplicationName = @"Google Chrome";
+NSString* const kBundleIdentifier = @KS_CHROME_IDENTIFIER;
+NSString* const kApplicationName = @KS_CHROME_NAME;
 NSString* const kUpdateURLKey = @"external_update_url";
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <Foundation/Foundation.h>
 
+#include "product/Extensions.h"
+
 // Where Chrome and the product's payload for it keep their files; every function gives an absolute
 // path.
 
@@ -14,9 +16,9 @@ NSString* ChromeInstalledHostManifest();  ///< system-wide, also when installed 
 NSString* ChromePreferences();            ///< of the default profile
 
 /// The extension's descriptor, named after its identifier in the store.
-static NSString* const kChromeDescriptor = @"kmcoedhplnbajgfiehkcpamdobnlgjie.json";
+static NSString* const kChromeDescriptor = @KS_CHROME_DESCRIPTOR;
 /// The legacy button's descriptor.
-static NSString* const kChromeButtonDescriptor = @"pbjaclkhgedmfonipcabhlmgkdjeoifn.json";
+static NSString* const kChromeButtonDescriptor = @KS_CHROME_BUTTON_DESCRIPTOR;
 /// The packages.
-static NSString* const kChromePackage = @"/Keystrel.crx";
-static NSString* const kChromeButtonPackage = @"/KeystrelButton.crx";
+static NSString* const kChromePackage = @KS_CHROME_PACKAGE;
+static NSString* const kChromeButtonPackage = @KS_CHROME_BUTTON_PACKAGE;

@@ -3,18 +3,19 @@
 #include "browsers/BrowserLookup.h"
 #include "browsers/ExternalExtension.h"
 #include "browsers/Payload.h"
-#include "browsers/UserFiles.h"
-#include "installer/ProductValues.h"
 #include "logging/NSLogger.h"
 #include "platform/AppWorkspaceUtils.h"
+#include "platform/OpenFiles.h"
+#include "product/Applications.h"
+#include "product/Extensions.h"
 
 namespace {
 
-NSString* const kBundleIdentifier = @"com.microsoft.edgemac";
-NSString* const kApplicationName = @"Microsoft Edge";
+NSString* const kBundleIdentifier = @KS_EDGE_IDENTIFIER;
+NSString* const kApplicationName = @KS_EDGE_NAME;
 
 NSString* const kPayloadSubfolder = @"/edge";
-NSString* const kDescriptorName = @"ljdimbpkaehcfognojlkbmcpiedhfagk.json";
+NSString* const kDescriptorName = @KS_EDGE_DESCRIPTOR;
 NSString* const kHostFolder = @"~/Library/Application Support/Microsoft Edge/NativeMessagingHosts";
 NSString* const kExternalFolder =
     @"~/Library/Application Support/Microsoft Edge/External Extensions";
@@ -94,7 +95,7 @@ BOOL Copy(NSString* source, NSString* target, NSString* failure) {
     [EdgeInstall UninstallExtension];
     if (!EnsureFolder(HostFolder(), @"Error creating Edge Native directory: %@") ||
         !Copy(PayloadHostManifest(), InstalledHostManifest(), @"Error copying Edge JSON: %@") ||
-        !WriteExternalExtension(PayloadDescriptor(), kEdgeUpdateURL) ||  // meant: not logged
+        !WriteExternalExtension(PayloadDescriptor(), @KS_EDGE_UPDATE_URL) ||  // meant: not logged
         !EnsureFolder(ExternalFolder(), @"Error creating Edge External directory: %@") ||
         !Copy(PayloadDescriptor(), InstalledDescriptor(), @"Error copying Edge created JSON: %@")) {
         return NO;

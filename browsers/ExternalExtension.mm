@@ -1,6 +1,6 @@
 #include "browsers/ExternalExtension.h"
 
-#include "browsers/UserFiles.h"
+#include "platform/OpenFiles.h"
 
 BOOL WriteExternalExtension(NSString* path, NSString* updateURL) {
     NSString* text = [NSString stringWithFormat:@"{ \"external_update_url\": \"%@\" }", updateURL];

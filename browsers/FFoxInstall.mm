@@ -3,14 +3,15 @@
 #include "browsers/BrowserLookup.h"
 #include "browsers/FFoxInstall+LegacyCleanup.h"
 #include "browsers/Payload.h"
-#include "browsers/UserFiles.h"
-#include "installer/ProductValues.h"
 #include "logging/NSLogger.h"
 #include "platform/AppWorkspaceUtils.h"
+#include "platform/OpenFiles.h"
+#include "product/Applications.h"
+#include "product/Extensions.h"
 
 namespace {
 
-NSString* const kBundleIdentifier = @"org.mozilla.firefox";
+NSString* const kBundleIdentifier = @KS_FIREFOX_IDENTIFIER;
 NSString* const kProgramNames[] = {@"firefox-bin", @"firefox", @"aurora", @"nightly"};
 
 // In an Application Support folder. The last part is Firefox's identifier as an application.
@@ -18,7 +19,7 @@ NSString* const kApplicationFolder = @"/Mozilla/Extensions/{ec8030f7-c20a-464f-9
 NSString* const kProfilesFolder = @"/Firefox/Profiles/";
 
 NSString* const kHostFolder = @"~/Library/Application Support/Mozilla/NativeMessagingHosts/";
-NSString* const kHostManifest = @"/com.corvendale.ksnative.json";
+NSString* const kHostManifest = @"/" KS_FIREFOX_HOST_MANIFEST;
 
 NSString* const kRegistry = @"extensions.rdf";
 NSString* const kTypesFolder = @"js-ctypes";
@@ -51,7 +52,7 @@ NSString* PayloadHostManifest() {
 
 void RemoveButton(NSString* folder) {
     NSFileManager* files = [NSFileManager defaultManager];
-    NSString* path = [folder stringByAppendingPathComponent:kFirefoxButtonIdentifier];
+    NSString* path = [folder stringByAppendingPathComponent:@KS_FIREFOX_BUTTON_IDENTIFIER];
     if (![files fileExistsAtPath:path]) {
         [NSLogger LogInformation:@"File at: %@, not present", path];
         return;
@@ -86,8 +87,8 @@ void RemoveFolder(NSString* folder, NSError** slot) {
 }
 
 void RemoveMainExtensions(NSString* folder) {
-    NSString* mainPath = [folder stringByAppendingPathComponent:kFirefoxMainIdentifier];
-    NSString* shortPath = [folder stringByAppendingPathComponent:kFirefoxShortIdentifier];
+    NSString* mainPath = [folder stringByAppendingPathComponent:@KS_FIREFOX_MAIN_IDENTIFIER];
+    NSString* shortPath = [folder stringByAppendingPathComponent:@KS_FIREFOX_SHORT_IDENTIFIER];
     NSError* slot = nil;
     RemoveExtension(mainPath, mainPath, &slot);
     RemoveExtension(shortPath, mainPath, &slot);  // meant: the line shows the first path again
@@ -103,9 +104,9 @@ void RemoveTypes(NSString* folder) {
 
 void CleanProfile(NSString* profile) {
     NSString* registry = [profile stringByAppendingPathComponent:kRegistry];
-    [FFoxInstall removeExtension:kFirefoxButtonIdentifier fromRdfFile:registry];
-    [FFoxInstall removeExtension:kFirefoxShortIdentifier fromRdfFile:registry];
-    [FFoxInstall removeExtension:kFirefoxMainIdentifier fromRdfFile:registry];
+    [FFoxInstall removeExtension:@KS_FIREFOX_BUTTON_IDENTIFIER fromRdfFile:registry];
+    [FFoxInstall removeExtension:@KS_FIREFOX_SHORT_IDENTIFIER fromRdfFile:registry];
+    [FFoxInstall removeExtension:@KS_FIREFOX_MAIN_IDENTIFIER fromRdfFile:registry];
     [FFoxInstall clearFFoxCache:profile];
 }
 
@@ -145,7 +146,7 @@ void CleanProfile(NSString* profile) {
     const BOOL copied = [[NSFileManager defaultManager] copyItemAtPath:PayloadHostManifest()
                                                                 toPath:InstalledHostManifest()
                                                                  error:&copyError];
-    [[[[AppWorkspaceUtils alloc] init] autorelease] OpenURL:kFirefoxPrivacyPage
+    [[[[AppWorkspaceUtils alloc] init] autorelease] OpenURL:@KS_FIREFOX_PRIVACY_PAGE
                                                 withBrowser:kBrowserFirefox];
     if (!copied) {
         [NSLogger LogFailure:@"Error installing FFox: %@", [copyError description]];

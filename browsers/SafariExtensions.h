@@ -2,11 +2,13 @@
 
 #include <Foundation/Foundation.h>
 
+#include "product/Extensions.h"
+
 // Safari's extensions as it keeps them on disk and in its lists.
 
 /// The archives of the old extension and of the old toolbar button.
-static NSString* const kSafariExtensionArchive = @"Keystrel.safariextz";
-static NSString* const kSafariButtonArchive = @"Keystrel Button.safariextz";
+static NSString* const kSafariExtensionArchive = @KS_SAFARI_ARCHIVE;
+static NSString* const kSafariButtonArchive = @KS_SAFARI_BUTTON_ARCHIVE;
 
 /// The keys of Safari's lists of extensions: an array of dictionaries, each with an archive's name.
 static NSString* const kSafariInstalledExtensions = @"Installed Extensions";
@@ -20,6 +22,12 @@ NSString* ArchivePrefix(NSString* archive);
 
 /// The "Archive File Name" of a list's entry; nil when there is none or it is no text.
 NSString* ArchiveName(id entry);
+
+/// Writes a property list in the binary format, atomically. What cannot be encoded, nil among it,
+/// is not written, and that is no failure.
+/// @param error  gets the platform's error when the file cannot be written; else untouched
+/// @return NO when the file cannot be written
+BOOL WriteSafariFile(id root, NSString* path, NSError** error);
 
 /// The user's registry of Safari's extensions.
 NSString* SafariRegistryPath();

@@ -1,6 +1,6 @@
 #include "browsers/SafariExtensions.h"
 
-#include "browsers/BinaryPropertyList.h"
+#include "platform/PropertyLists.h"
 
 namespace {
 
@@ -46,17 +46,22 @@ NSString* SafariRegistryPath() {
     return [kRegistry stringByExpandingTildeInPath];
 }
 
+BOOL WriteSafariFile(id root, NSString* path, NSError** error) {
+    NSData* data = EncodePropertyList(root, NSPropertyListBinaryFormat_v1_0, NULL);
+    return data == nil || [data writeToFile:path options:NSDataWritingAtomic error:error];
+}
+
 NSData* ReadSafariRegistry() {
     return [NSData dataWithContentsOfFile:SafariRegistryPath()];
 }
 
 BOOL RemoveFromSafariRegistry(NSString* archive, NSData* registry, NSError** error) {
-    id root = ParsePropertyList(registry, NULL);
+    id root = ParsePropertyList(registry, NSPropertyListMutableContainersAndLeaves, NULL);
     NSMutableArray* entries = InstalledExtensions(root);
     // The array must not be the last owner of what it is asked to remove.
     id remembered = [[LastEntryOf(entries, ArchivePrefix(archive)) retain] autorelease];
     if (remembered != nil) {
         [entries removeObject:remembered];
     }
-    return WriteBinaryPropertyList(root, SafariRegistryPath(), error);
+    return WriteSafariFile(root, SafariRegistryPath(), error);
 }

@@ -7,7 +7,7 @@ namespace {
 NSString* const kArchivesFolder = @"Safari/Extensions";
 NSString* const kToolbar = @"NSToolbar Configuration BrowserWindowToolbarIdentifier";
 NSString* const kToolbarItems = @"TB Item Identifiers";
-NSString* const kButtonItem = @"com.corvendale.keystrel.button.safari-7QJX2RM5TB ksbutton";
+NSString* const kButtonItem = @KS_SAFARI_BUTTON_ITEM;
 
 NSString* ButtonPath() {
     return [[UserLibrary() stringByAppendingPathComponent:kArchivesFolder]

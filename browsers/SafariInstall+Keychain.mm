@@ -1,9 +1,9 @@
 #include <Security/Security.h>
 
-#include "browsers/BinaryPropertyList.h"
 #include "browsers/SafariExtensions.h"
 #include "browsers/SafariInstall.h"
 #include "logging/NSLogger.h"
+#include "platform/PropertyLists.h"
 #include "platform/ScopedHandles.h"
 #include "platform/Utils_Mac.h"
 
@@ -56,7 +56,7 @@ void RemoveFirstOfOurs(NSMutableDictionary* list) {
             return NO;
         }
         NSError* error = nil;
-        NSData* changed = EncodeBinaryPropertyList(list, &error);
+        NSData* changed = EncodePropertyList(list, NSPropertyListBinaryFormat_v1_0, &error);
         if (changed == nil) {
             [NSLogger LogFailure:@"Couldn't convert with error: %@!", [error description]];
             return NO;

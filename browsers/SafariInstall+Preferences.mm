@@ -1,10 +1,12 @@
-#include "browsers/BinaryPropertyList.h"
+#include "browsers/SafariExtensions.h"
 #include "browsers/SafariInstall.h"
 #include "logging/NSLogger.h"
+#include "platform/PropertyLists.h"
+#include "product/Applications.h"
 
 namespace {
 
-NSString* const kPreferences = @"~/Library/Preferences/com.apple.Safari.plist";
+NSString* const kPreferences = @"~/Library/Preferences/" KS_SAFARI_IDENTIFIER ".plist";
 NSString* const kAutoFill = @"AutoFillPasswords";
 NSString* const kAutoFillOn = @"1";
 NSString* const kAutoFillOff = @"0";
@@ -38,12 +40,12 @@ void SetFillPasswords(NSMutableDictionary* preferences, BOOL on) {
             [NSLogger LogWarning:@"Missing com.apple.Safari.plist"];
             return;
         }
-        id root = ParsePropertyList(data, NULL);
+        id root = ParsePropertyList(data, NSPropertyListMutableContainersAndLeaves, NULL);
         if ([root isKindOfClass:[NSMutableDictionary class]]) {
             SetFillPasswords(root, on);
         }
         NSError* error = nil;
-        if (!WriteBinaryPropertyList(root, PreferencesPath(), &error)) {
+        if (!WriteSafariFile(root, PreferencesPath(), &error)) {
             [NSLogger LogInformation:@"%@", [error description]];
         }
     }
@@ -56,7 +58,7 @@ void SetFillPasswords(NSMutableDictionary* preferences, BOOL on) {
         return nil;
     }
     NSError* error = nil;
-    id root = ParsePropertyList(data, &error);
+    id root = ParsePropertyList(data, NSPropertyListMutableContainersAndLeaves, &error);
     if (root == nil) {
         [NSLogger LogFailure:@"Error reading plist: %@", [error description]];
     }
@@ -64,15 +66,16 @@ void SetFillPasswords(NSMutableDictionary* preferences, BOOL on) {
 }
 
 + (BOOL)writeDictToComAppleSafariPlist:(NSDictionary*)dictionary {
+    if (dictionary == nil) {
+        return YES;
+    }
     NSError* error = nil;
-    NSData* data = EncodeBinaryPropertyList(dictionary, &error);
-    if (data == nil && error != nil) {
+    NSData* data = EncodePropertyList(dictionary, NSPropertyListBinaryFormat_v1_0, &error);
+    if (data == nil) {
         [NSLogger LogFailure:@"Error reading plist: %@", [error description]];  // meant: "reading"
         return NO;
     }
-    if (data != nil && ![data writeToFile:PreferencesPath()
-                                  options:NSDataWritingAtomic
-                                    error:&error]) {
+    if (![data writeToFile:PreferencesPath() options:NSDataWritingAtomic error:&error]) {
         [NSLogger LogFailure:@"Error writing to file: %@", [error description]];
         return NO;
     }

@@ -2,14 +2,15 @@
 
 #include "browsers/SafariExtensions.h"
 #include "logging/NSLogger.h"
+#include "product/Applications.h"
 
 namespace {
 
 NSString* const kPlugInsFolder = @"Internet Plug-Ins";
-NSString* const kPlugIn32 = @"KeystrelSafari32.webplugin";
-NSString* const kPlugIn64 = @"KeystrelSafari64.webplugin";
+NSString* const kPlugIn32 = @KS_SAFARI_PLUG_IN_32;
+NSString* const kPlugIn64 = @KS_SAFARI_PLUG_IN_64;
 
-NSString* const kCacheFolder = @"Caches/com.apple.Safari/Extensions/";
+NSString* const kCacheFolder = @"Caches/" KS_SAFARI_IDENTIFIER "/Extensions/";
 
 void RemovePlugIn(NSString* name) {
     NSFileManager* files = [NSFileManager defaultManager];

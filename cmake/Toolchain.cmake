@@ -23,7 +23,11 @@ target_compile_options(toolchain INTERFACE -Wall -Wextra
   # An unknown selector or method only fails when it is sent: stop at the compiler.
   $<$<COMPILE_LANGUAGE:OBJCXX>:-Werror=objc-method-access>)
 
+# For code of the product itself.
+add_library(strict_conversions INTERFACE)
+
 if(KS_STRICT)
+  target_compile_options(strict_conversions INTERFACE -Wconversion -Wsign-conversion)
   target_compile_definitions(toolchain INTERFACE _GLIBCXX_ASSERTIONS)
   target_compile_options(toolchain INTERFACE -Wshadow -Wnon-virtual-dtor -Wimplicit-fallthrough)
 endif()

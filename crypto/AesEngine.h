@@ -15,7 +15,8 @@ class AesEngine {
     using Cipher = decltype(rijndaelEncrypt);
 
     static constexpr int32_t kKeyBits = 256;
-    using Key = std::array<uint8_t, kKeyBits / 8>;
+    static constexpr size_t kKeyBytes = kKeyBits / 8;
+    using Key = std::array<uint8_t, kKeyBytes>;
     using Schedule = std::array<unsigned long, kRijndaelScheduleWords>;
 
     /// The first 32 of `length` bytes; a shorter key is extended with zero bytes.

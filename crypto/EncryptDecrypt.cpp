@@ -8,8 +8,8 @@ void ProcessChunks(AesEngine::Cipher cipher, const AesEngine::Schedule& schedule
                    const std::string& in, uint8_t* out, int32_t length) {
     uint8_t inputBlock[kRijndaelBlockBytes] = {};
     uint8_t outputBlock[kRijndaelBlockBytes];
-    size_t remaining = std::min<size_t>(std::max(length, 0), in.size());
-    for (auto from = in.begin(); remaining > 0;) {
+    size_t remaining = std::min(static_cast<size_t>(std::max(length, 0)), in.size());
+    for (const char* from = in.data(); remaining > 0;) {
         const size_t chunk = std::min(remaining, kRijndaelBlockBytes);
         std::copy_n(from, chunk, inputBlock);
         cipher(schedule.data(), rounds, inputBlock, outputBlock);

@@ -45,7 +45,7 @@ using WordTable = std::array<uint32_t, 256>;
 
 constexpr ByteTable MakeSBox() {
     ByteTable sbox{};
-    for (int x = 0; x < 256; ++x) {
+    for (size_t x = 0; x < 256; ++x) {
         const uint8_t inverse = Invert(static_cast<uint8_t>(x));
         int value = 0x63;
         for (int rotation = 0; rotation <= 4; ++rotation) {
@@ -58,7 +58,7 @@ constexpr ByteTable MakeSBox() {
 
 constexpr ByteTable MakeInverse(const ByteTable& sbox) {
     ByteTable inverse{};
-    for (int x = 0; x < 256; ++x) {
+    for (size_t x = 0; x < 256; ++x) {
         inverse[sbox[x]] = static_cast<uint8_t>(x);
     }
     return inverse;
@@ -77,7 +77,7 @@ struct Direction {
 constexpr Direction MakeDirection(const ByteTable& sbox, const std::array<uint8_t, 4>& column,
                                   int shift) {
     Direction direction{sbox, {}, shift};
-    for (int x = 0; x < 256; ++x) {
+    for (size_t x = 0; x < 256; ++x) {
         const uint8_t s = sbox[x];
         uint32_t word = Word(Multiply(s, column[0]), Multiply(s, column[1]), Multiply(s, column[2]),
                              Multiply(s, column[3]));
@@ -110,8 +110,9 @@ uint32_t SubWord(uint32_t word) {
 
 uint32_t InvMixColumn(uint32_t word) {
     uint32_t mixed = 0;
-    for (int row = 0; row < kColumns; ++row) {
-        mixed ^= kDecipher.mixed[row][kSBox[Byte(word, row)]];  // the S-boxes cancel out
+    int row = 0;
+    for (const WordTable& table : kDecipher.mixed) {
+        mixed ^= table[kSBox[Byte(word, row++)]];  // the S-boxes cancel out
     }
     return mixed;
 }

@@ -66,7 +66,7 @@ uint32_t RotateRight(uint32_t word, int bits) {
 using Words = std::array<uint32_t, 16>;
 
 /// Replaces the word at `i` by the one that comes sixteen later.
-void ExtendSchedule(Words& words, int i) {
+void ExtendSchedule(Words& words, size_t i) {
     const uint32_t w15 = words[(i + 1) % 16];
     const uint32_t w2 = words[(i + 14) % 16];
     const uint32_t sigma0 = RotateRight(w15, 7) ^ RotateRight(w15, 18) ^ w15 >> 3;
@@ -76,8 +76,8 @@ void ExtendSchedule(Words& words, int i) {
 
 /// Round `i`. The working variables are not moved on by one place a round: the round finds them `i`
 /// places further back, and writes the two that change.
-void Round(Hash& variables, int i, uint32_t input) {
-    const auto variable = [&](int place) -> uint32_t& { return variables[(place - i) & 7]; };
+void Round(Hash& variables, size_t i, uint32_t input) {
+    const auto variable = [&](size_t place) -> uint32_t& { return variables[(place - i) & 7]; };
     const uint32_t a = variable(0), b = variable(1), c = variable(2);
     const uint32_t e = variable(4), f = variable(5), g = variable(6);
     const uint32_t sum0 = RotateRight(a, 2) ^ RotateRight(a, 13) ^ RotateRight(a, 22);
@@ -97,11 +97,11 @@ void ProcessBlock(Hash& hash, const uint8_t* block) {
         block += 4;
     }
     Hash variables = hash;
-    for (int first = 0; first < kRounds; first += 16) {
+    for (size_t first = 0; first < kRounds; first += 16) {
         // Unrolled, every place is a constant and stays in a register: that makes it half as fast
         // again.
 #pragma clang loop unroll(full)
-        for (int i = 0; i < 16; ++i) {
+        for (size_t i = 0; i < 16; ++i) {
             if (first > 0) {
                 ExtendSchedule(words, i);
             }

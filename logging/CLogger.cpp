@@ -3,15 +3,14 @@
 #include <time.h>
 
 #include <algorithm>
-#include <cstring>
 
 #include "crypto/EncryptionEngine.h"
 #include "settings/KSEnvironement.h"
 
 namespace {
 
-constexpr uint32_t kKeyLength = 32;
-constexpr uint32_t kCipherBlock = 16;
+constexpr uint32_t kKeyLength = AesEngine::kKeyBytes;
+constexpr uint32_t kCipherBlock = kRijndaelBlockBytes;
 
 constexpr const char* kLogFileExtension = ".log";
 
@@ -46,6 +45,12 @@ const char* HeaderWord(CLogger::LogLevel level) {
     }
 }
 
+// Gives up what the pointer owns without freeing it.
+template <typename Pointer>
+void Forget(Pointer& pointer) {
+    static_cast<void>(pointer.release());
+}
+
 }  // namespace
 
 CLogger::CLogger() {
@@ -57,13 +62,7 @@ CLogger::CLogger(const std::string& logPath, const std::string& logName, bool en
     InitLogger(logPath, logName, encrypt, key, keyLength, threshold);
 }
 
-CLogger::~CLogger() {
-    if (file != nullptr) {
-        fclose(file);
-        file = nullptr;
-    }
-    delete engine;
-}
+CLogger::~CLogger() = default;
 
 bool CLogger::DefaultInitWindows() {
     const std::string folder = KSEnvironement::LogPath(true);
@@ -79,11 +78,11 @@ bool CLogger::DefaultInitWindows() {
 
     // The password's bytes are the key as they are, cut or followed by zero bytes.
     const std::string password = environment->LoggingPassword();
-    uint8_t key[kKeyLength] = {};
-    std::memcpy(key, password.data(), std::min<size_t>(password.size(), kKeyLength));
+    const AesEngine::Key key =
+        AesEngine::PrepareKey(reinterpret_cast<const uint8_t*>(password.data()), password.size());
 
-    return InitLogger(folder + LogFileName(), std::string(), !password.empty(), key, kKeyLength,
-                      LevelInfo);
+    return InitLogger(folder + LogFileName(), std::string(), !password.empty(), key.data(),
+                      kKeyLength, LevelInfo);
 }
 
 bool CLogger::DefaultInitMac() {
@@ -104,20 +103,20 @@ bool CLogger::InitLogger(const std::string& logPath, const std::string& /*logNam
         level = LevelNone;
         return false;
     }
-    file = fopen(path.c_str(), "at");  // an earlier stream is left open: it may be the caller's
+    Forget(file);  // an earlier stream is left open: it may be the caller's
+    file.reset(fopen(path.c_str(), "at"));
     if (file == nullptr) {
         level = LevelNone;
         return false;
     }
 
-    delete engine;
-    engine = nullptr;
+    engine.reset();
     if (encrypt) {
         if (key == nullptr || keyLength != kKeyLength) {
             level = LevelNone;
             return false;
         }
-        engine = new EncryptionEngine(key, kKeyLength);
+        engine = std::make_unique<EncryptionEngine>(key, kKeyLength);
     }
 
     enabled = true;
@@ -126,8 +125,8 @@ bool CLogger::InitLogger(const std::string& logPath, const std::string& /*logNam
 }
 
 bool CLogger::SetupEmptyLogger() {
-    file = nullptr;
-    engine = nullptr;
+    Forget(file);
+    Forget(engine);
     return false;
 }
 
@@ -145,7 +144,7 @@ void CLogger::LogPrint(LogLevel messageLevel, const char* format, va_list args) 
     puts(buffer);
     WriteBuffer(length);
     if (file != nullptr) {
-        fflush(file);
+        fflush(file.get());
     }
 }
 
@@ -179,7 +178,7 @@ void CLogger::WriteBuffer(int formattedLength) {
         uint8_t* bytes = reinterpret_cast<uint8_t*>(buffer);
         engine->Encrypt(bytes, bytes, length);
     }
-    fwrite(buffer, 1, length, file);
+    fwrite(buffer, 1, length, file.get());
 }
 
 void CLogger::WriteLog(LogLevel level, const char* format, ...) {

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <mutex>
 #include <string>
 
@@ -96,18 +97,22 @@ class CLogger {
     static bool IsEncryptionEnable();
 
   private:
+    struct Closer {
+        void operator()(FILE* stream) const { fclose(stream); }
+    };
+
     void WriteHeader(LogLevel level);
     void WriteBuffer(int formattedLength);
 
     std::mutex mutex;
     std::string path;
-    FILE* file = nullptr;
+    std::unique_ptr<FILE, Closer> file;
     bool enabled = false;
     bool initialised = false;  // set together with enabled; nothing reads it
     bool encrypted = false;
     LogLevel level = LevelNone;
     std::string name;  // stays empty: the name argument of InitLogger is ignored
-    EncryptionEngine* engine = nullptr;
+    std::unique_ptr<EncryptionEngine> engine;
     uint32_t bufferSize = sizeof(buffer);
     char buffer[10240] = {};
 };

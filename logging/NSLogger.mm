@@ -2,16 +2,10 @@
 
 #include <string>
 
+#include "crypto/CocoaStrings.h"
 #include "logging/CLogger.h"
 
 namespace {
-
-// The message's UTF-8 bytes. Half a surrogate pair, which a browser's file may well hold, has none:
-// such a message is converted lossily rather than lost.
-std::string Utf8Text(NSString* message) {
-    NSData* bytes = [message dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
-    return std::string(static_cast<const char*>([bytes bytes]), [bytes length]);
-}
 
 // The text as a printf format that takes no arguments. "%%" is formatted like any other; every
 // other "%" would ask for an argument that nobody passed, so it is doubled and comes out as it
@@ -37,7 +31,7 @@ void Log(CLogger::LogLevel level, NSString* format, va_list args) {
     }
     @autoreleasepool {
         NSString* message = [[[NSString alloc] initWithFormat:format arguments:args] autorelease];
-        const std::string text = AsFormat(Utf8Text(message));
+        const std::string text = AsFormat(Utf8Bytes(message));
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wformat-security"  // formatted a second time on purpose
         CLogger::WriteLog(level, text.c_str());

@@ -1,7 +1,7 @@
 #include "platform/AppWorkspaceBridges.h"
 
+#include "crypto/CocoaStrings.h"
 #include "platform/AppWorkspaceUtils.h"
-#include "platform/CocoaStrings.h"
 
 // Each opens an autorelease scope of its own: its callers have none.
 

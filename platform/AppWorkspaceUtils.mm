@@ -3,26 +3,28 @@
 #include <AppKit/AppKit.h>
 
 #include "logging/NSLogger.h"
+#include "platform/PropertyLists.h"
+#include "product/Applications.h"
+#include "product/Keys.h"
+#include "product/Places.h"
 
 namespace {
 
-NSString* const kMainFolder = @"/Applications/Keystrel.app/Contents/Keystrel/";
-NSString* const kMainApplication = @"Keystrel.app";
-NSString* const kToolsFolder = @"/Applications/Keystrel.app/Contents/Keystrel/Bin/";
-NSString* const kOldToolsFolder =
-    @"/Applications/Keystrel.app/Contents/KeystrelOLD/Keystrel.app/Contents/Keystrel/Bin/";
-NSString* const kWizardApplication = @"Keystrel Wizard.app";
-NSString* const kWizardProgram = @"/Contents/MacOS/Keystrel Wizard";
-NSString* const kUpdaterApplication = @"KSUpdater.app";
-NSString* const kUpdaterProgram = @"/Contents/MacOS/KSUpdater";
+NSString* const kMainApplication = @KS_MAIN_APPLICATION;
+NSString* const kMainPath = @KS_PROGRAM_FOLDER KS_MAIN_APPLICATION;
+NSString* const kToolsFolder = @KS_TOOLS_FOLDER;
+NSString* const kWizardProgram =
+    @KS_OLD_TOOLS_FOLDER KS_WIZARD_NAME ".app/Contents/MacOS/" KS_WIZARD_NAME;
+NSString* const kUpdaterProgram =
+    @KS_TOOLS_FOLDER KS_UPDATER_NAME ".app/Contents/MacOS/" KS_UPDATER_NAME;
 
 // As the log calls them.
 NSString* const kWizardShownName = @"legacy Wizard";
-NSString* const kUpdaterShownName = @"KSUpdater";
+NSString* const kUpdaterShownName = @KS_UPDATER_NAME;
 
-NSString* const kMarkerFile = @"/Applications/Keystrel.app/Contents/infoDict.plist";
-NSString* const kOldGenerationKey = @"IsOldKS";
-NSString* const kNewGenerationKey = @"IsNewKS";
+NSString* const kMarkerFile = @KS_MARKER_FILE;
+NSString* const kOldGenerationKey = @KS_OLD_GENERATION_KEY;
+NSString* const kNewGenerationKey = @KS_NEW_GENERATION_KEY;
 
 NSString* const kWebScheme = @"http";
 NSString* const kBareAddress = @"http://%@";
@@ -34,9 +36,9 @@ struct Browser {
     NSString* bundleIdentifier;
 };
 
-const Browser kBrowsers[] = {{kBrowserSafari, @"com.apple.Safari"},
-                             {kBrowserFirefox, @"org.mozilla.firefox"},
-                             {kBrowserChrome, @"com.google.Chrome"}};
+const Browser kBrowsers[] = {{kBrowserSafari, @KS_SAFARI_IDENTIFIER},
+                             {kBrowserFirefox, @KS_FIREFOX_IDENTIFIER},
+                             {kBrowserChrome, @KS_CHROME_IDENTIFIER}};
 
 // nil for a browser that the table lacks.
 NSString* BundleIdentifier(NSString* browser) {
@@ -71,18 +73,11 @@ BOOL StartProgram(NSString* program, NSString* shownName, NSArray* arguments) {
 
 // An empty dictionary where there is no marker file, nil where there is one without a dictionary.
 NSMutableDictionary* ReadMarker() {
-    return [[NSFileManager defaultManager] fileExistsAtPath:kMarkerFile]
-               ? [NSMutableDictionary dictionaryWithContentsOfFile:kMarkerFile]
-               : [NSMutableDictionary dictionary];
-}
-
-BOOL WriteMarker(NSDictionary* marker, NSError** error) {
-    return [[NSPropertyListSerialization dataWithPropertyList:marker
-                                                       format:NSPropertyListXMLFormat_v1_0
-                                                      options:0
-                                                        error:error] writeToFile:kMarkerFile
-                                                                         options:NSDataWritingAtomic
-                                                                           error:error];
+    if (![[NSFileManager defaultManager] fileExistsAtPath:kMarkerFile]) {
+        return [NSMutableDictionary dictionary];
+    }
+    id marker = ReadPropertyList(kMarkerFile, NSPropertyListMutableContainers, NULL);
+    return [marker isKindOfClass:[NSDictionary class]] ? marker : nil;
 }
 
 void MarkOldGeneration() {
@@ -93,7 +88,7 @@ void MarkOldGeneration() {
     [marker setObject:[NSString stringWithFormat:@"%d", 1] forKey:kOldGenerationKey];
     [marker setObject:[NSString stringWithFormat:@"%d", 0] forKey:kNewGenerationKey];
     NSError* error = nil;
-    if (!WriteMarker(marker, &error)) {
+    if (!WritePropertyList(marker, NSPropertyListXMLFormat_v1_0, kMarkerFile, &error)) {
         [NSLogger LogFailure:@"Coudn't save local data with error: %@!", [error description]];
     }
 }
@@ -116,8 +111,7 @@ void MarkOldGeneration() {
 }
 
 + (BOOL)StartKeystrel {
-    NSString* path = [kMainFolder stringByAppendingPathComponent:kMainApplication];
-    if (![[NSWorkspace sharedWorkspace] launchApplication:path]) {
+    if (![[NSWorkspace sharedWorkspace] launchApplication:kMainPath]) {
         [NSLogger LogFailure:@"Can't launch %@", kMainApplication];
         return NO;
     }
@@ -135,23 +129,19 @@ void MarkOldGeneration() {
 }
 
 + (BOOL)StartKSWizardOldWithArguments:(NSArray*)arguments {
-    NSString* program = [[kOldToolsFolder stringByAppendingPathComponent:kWizardApplication]
-        stringByAppendingPathComponent:kWizardProgram];
-    if (!StartProgram(program, kWizardShownName, arguments)) {
+    if (!StartProgram(kWizardProgram, kWizardShownName, arguments)) {
         return NO;
     }
     MarkOldGeneration();
-    [NSLogger LogInformation:kLaunching, program];
+    [NSLogger LogInformation:kLaunching, kWizardProgram];
     return YES;
 }
 
 + (BOOL)StartKSUpdaterWithArguments:(NSArray*)arguments {
-    NSString* program = [[kToolsFolder stringByAppendingPathComponent:kUpdaterApplication]
-        stringByAppendingPathComponent:kUpdaterProgram];
-    if (!StartProgram(program, kUpdaterShownName, arguments)) {
+    if (!StartProgram(kUpdaterProgram, kUpdaterShownName, arguments)) {
         return NO;
     }
-    [NSLogger LogInformation:kLaunching, program];
+    [NSLogger LogInformation:kLaunching, kUpdaterProgram];
     return YES;
 }
 

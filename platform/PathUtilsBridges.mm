@@ -2,8 +2,8 @@
 
 #include <type_traits>
 
+#include "crypto/CocoaStrings.h"
 #include "crypto/StringUtilsBridge.h"
-#include "platform/CocoaStrings.h"
 #include "platform/PathUtils_Mac.h"
 
 static_assert(std::is_same<NSInteger, long>::value, "error codes are passed on as they are");

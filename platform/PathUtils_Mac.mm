@@ -1,5 +1,7 @@
 #include "platform/PathUtils_Mac.h"
 
+#include "platform/OpenFiles.h"
+
 namespace {
 
 NSFileManager* Files() {
@@ -25,16 +27,7 @@ NSFileManager* Files() {
 }
 
 + (BOOL)CreateDirectory:(NSString*)path {
-    if ([path length] == 0) {
-        return NO;
-    }
-    NSDictionary* openToEverybody =
-        [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:0777]
-                                    forKey:NSFilePosixPermissions];
-    return [Files() createDirectoryAtPath:path
-              withIntermediateDirectories:YES
-                               attributes:openToEverybody
-                                    error:NULL];
+    return [path length] > 0 && CreateOpenFolder(path, NULL);
 }
 
 + (BOOL)EnsureFolderPath:(NSString*)path {

@@ -1,6 +1,6 @@
 #include "platform/UtilsBridges.h"
 
-#include "platform/CocoaStrings.h"
+#include "crypto/CocoaStrings.h"
 #include "platform/Utils_Mac.h"
 
 // Each opens an autorelease scope of its own: its callers, some of which run before main, have

@@ -5,8 +5,9 @@
 #include <algorithm>
 #include <limits>
 
-#include "installer/ProductValues.h"
 #include "platform/ScopedHandles.h"
+#include "product/Applications.h"
+#include "product/Keys.h"
 #include "settings/LocalSettings_Mac.h"
 
 namespace {
@@ -15,8 +16,11 @@ NSString* const kSystemVersionFile = @"/System/Library/CoreServices/SystemVersio
 NSString* const kSystemVersionKey = @"ProductVersion";
 NSString* const kSystemVersionText = @"OSX: %@";
 
-NSString* const kProductVersionKey = @"KSVersion";
-NSString* const kDefaultProductVersion = @"20200902";
+NSString* const kProductVersionKey = @KS_VERSION_KEY;
+NSString* const kDefaultProductVersion = @KS_DEFAULT_VERSION;
+
+// A page that answers an HTTP HEAD request with 200 wherever there is a connection.
+NSString* const kConnectivityProbe = @"http://www.google.com/";
 
 constexpr const char* kHIDSystem = "IOHIDSystem";
 NSString* const kIdleTimeProperty = @"HIDIdleTime";

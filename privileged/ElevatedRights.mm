@@ -5,13 +5,14 @@
 #include <unistd.h>
 
 #include "logging/NSLogger.h"
-#include "privileged/InvalidCredentials.h"
+#include "platform/ScopedHandles.h"
+#include "product/Places.h"
+#include "ui/InvalidCredentials.h"
 
 namespace {
 
 NSString* const kScriptFolder = @"/var/tmp";
 NSString* const kScriptName = @"script.sh";
-const short kScriptMode = 0777;
 
 NSString* const kWithRights = @"do shell script \"%@\" with administrator privileges";
 NSString* const kWithoutRights = @"do shell script \"%@\"";
@@ -75,7 +76,7 @@ NSString* SaveScript(NSString* text) {
         [NSLogger LogFailure:@"Can't save SH to file! Error: %@", [error description]];
         return nil;
     }
-    SetMode(path, kScriptMode);
+    SetMode(path, kOpenToEverybody);
     return path;
 }
 
@@ -130,13 +131,8 @@ NSString* SaveJobScript(NSString* path) {
 }
 
 BOOL Bless(NSString* label, AuthorizationRef authorization) {
-    CFErrorRef error = NULL;
-    const Boolean blessed =
-        SMJobBless(kSMDomainSystemLaunchd, (CFStringRef)label, authorization, &error);
-    if (error != NULL) {
-        CFRelease(error);
-    }
-    return blessed ? YES : NO;
+    ScopedCFRef<CFErrorRef> error;  // nobody is told the reason
+    return SMJobBless(kSMDomainSystemLaunchd, (CFStringRef)label, authorization, error.Out()) != 0;
 }
 
 }  // namespace

@@ -8,29 +8,22 @@
 #include "installer/BrowserBridges.h"
 #include "platform/PathUtils.h"
 #include "platform/UtilsBridges.h"
+#include "product/Applications.h"
+#include "product/Keys.h"
+#include "product/Places.h"
 #include "settings/LocalSettings.h"
 #include "settings/PlatformUUID.h"
 
 namespace {
 
-constexpr const char* kInstallationFolder = "//Applications//Keystrel.app//Contents//";
-constexpr const char* kBinariesFolder = "//Applications//Keystrel.app//Contents//Keystrel//Bin";
-constexpr const char* kDataFolder = "//Users//Shared//Keystrel//";
-constexpr const char* kVaultsFolder = "//Users//Shared//Keystrel//Vaults";
 constexpr const char* kTemporaryFolder = "//var//tmp";
 constexpr const char* kDumpsSubfolder = "//dumps//";
 constexpr const char* kLogsSubfolder = "//logs//";
-constexpr mode_t kOpenToEverybody = 0777;
 
-constexpr const char* kFirefoxApplication = "/Applications/Firefox.app";
+constexpr const char* kFirefoxApplication = "/Applications/" KS_FIREFOX_NAME ".app";
 constexpr const char* kFirefoxImporterTool64 = "KSFirefoxImporterTool_x64.exe";
 constexpr const char* kFirefoxImporterTool32 = "KSFirefoxImporterTool_x86.exe";
 
-constexpr const char* kPIDSetting = "PID";
-constexpr const char* kVersionSetting = "KSVersion";
-constexpr const char* kLoggingEnabledSetting = "KSLoggingEnabled";
-constexpr const char* kLoggingPasswordSetting = "KSLoggingPassword";
-constexpr const char* kTemporaryFolderSetting = "KSTemporaryFolder";
 constexpr const char* kYes = "1";
 
 constexpr size_t kLongestDBVersion = 255;
@@ -58,29 +51,29 @@ std::shared_ptr<KSEnvironement> KSEnvironement::SharedEnvironement() {
 }
 
 void KSEnvironement::FolderInit() {
-    installationFolder = kInstallationFolder;
-    binariesFolder = kBinariesFolder;
-    vaultsFolder = kVaultsFolder;
+    installationFolder = KS_ENVIRONMENT_CONTENTS_FOLDER;
+    binariesFolder = KS_ENVIRONMENT_TOOLS_FOLDER;
+    vaultsFolder = KS_ENVIRONMENT_VAULTS_FOLDER;
     reserved.clear();
     pid.clear();
     version = GetKSVersionOSX();
-    dataFolder = kDataFolder;
+    dataFolder = KS_ENVIRONMENT_DATA_FOLDER;
     temporaryFolder = kTemporaryFolder;
 }
 
 bool KSEnvironement::LoadRegistryData() {
     FolderInit();
-    pid = LocalSettings::GetSettingValueForName(kPIDSetting);
+    pid = LocalSettings::GetSettingValueForName(KS_PID_KEY);
 
-    const std::string storedVersion = LocalSettings::GetSettingValueForName(kVersionSetting);
+    const std::string storedVersion = LocalSettings::GetSettingValueForName(KS_VERSION_KEY);
     if (!storedVersion.empty()) {
         version = storedVersion;
     }
-    const std::string logging = LocalSettings::GetSettingValueForName(kLoggingEnabledSetting);
+    const std::string logging = LocalSettings::GetSettingValueForName(KS_LOGGING_ENABLED_KEY);
     if (!logging.empty()) {
         loggingEnabled = logging == kYes;
     }
-    loggingPassword = LocalSettings::GetSettingValueForName(kLoggingPasswordSetting);
+    loggingPassword = LocalSettings::GetSettingValueForName(KS_LOGGING_PASSWORD_KEY);
 
     EnsureFolder(dataFolder);
     EnsureFolder(vaultsFolder);
@@ -137,17 +130,17 @@ bool KSEnvironement::GenerateExtraPID(std::string& extraPID) const {
 }
 
 bool KSEnvironement::writePID(const std::string& value) const {
-    LocalSettings::SetSettingValueWithName(value, kPIDSetting);
+    LocalSettings::SetSettingValueWithName(value, KS_PID_KEY);
     return true;
 }
 
 bool KSEnvironement::writeVersion(const std::string& value) const {
-    LocalSettings::SetSettingValueWithName(value, kVersionSetting);
+    LocalSettings::SetSettingValueWithName(value, KS_VERSION_KEY);
     return true;
 }
 
 bool KSEnvironement::writeTemporaryFolder(const std::string& value) const {
-    LocalSettings::SetSettingValueWithName(value, kTemporaryFolderSetting);
+    LocalSettings::SetSettingValueWithName(value, KS_TEMPORARY_FOLDER_KEY);
     return true;
 }
 

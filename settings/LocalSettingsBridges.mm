@@ -1,13 +1,9 @@
 #include "settings/LocalSettingsBridges.h"
 
-#include "platform/CocoaStrings.h"
+#include "crypto/CocoaStrings.h"
 #include "settings/LocalSettings_Mac.h"
 
 namespace {
-
-NSString* FromUtf8(const std::string& text) {
-    return [NSString stringWithUTF8String:text.c_str()];
-}
 
 // Whoever edits the file may put a number or an array where a string belongs. No reader of this
 // face expects one, so it counts as absent.
@@ -22,35 +18,36 @@ std::string TextOf(id value) {
 
 std::string GetSettingValueForNameBridge(const std::string& name) {
     @autoreleasepool {
-        return TextOf([LocalSettings_Mac GetSettingValueForName:FromUtf8(name)]);
+        return TextOf([LocalSettings_Mac GetSettingValueForName:CocoaStringFromUtf8(name)]);
     }
 }
 
 void SetSettingValueWithNameBridge(const std::string& value, const std::string& name) {
     @autoreleasepool {
-        [LocalSettings_Mac SetSettingValue:FromUtf8(value) withName:FromUtf8(name)];
+        [LocalSettings_Mac SetSettingValue:CocoaStringFromUtf8(value)
+                                  withName:CocoaStringFromUtf8(name)];
     }
 }
 
 void RemoveSettingForNameBridge(const std::string& name) {
     @autoreleasepool {
-        [LocalSettings_Mac RemoveSettingForName:FromUtf8(name)];
+        [LocalSettings_Mac RemoveSettingForName:CocoaStringFromUtf8(name)];
     }
 }
 
 void SetSettingValueWithNameAndVaultBridge(const std::string& value, const std::string& name,
                                            const std::string& vault) {
     @autoreleasepool {
-        [LocalSettings_Mac SetSettingValue:FromUtf8(value)
-                                  withName:FromUtf8(name)
-                                  AndVault:FromUtf8(vault)];
+        [LocalSettings_Mac SetSettingValue:CocoaStringFromUtf8(value)
+                                  withName:CocoaStringFromUtf8(name)
+                                  AndVault:CocoaStringFromUtf8(vault)];
     }
 }
 
 std::string GetSettingValueForNameAndVaultBridge(const std::string& name,
                                                  const std::string& vault) {
     @autoreleasepool {
-        return TextOf([LocalSettings_Mac GetSettingValueForName:FromUtf8(name)
-                                                       AndVault:FromUtf8(vault)]);
+        return TextOf([LocalSettings_Mac GetSettingValueForName:CocoaStringFromUtf8(name)
+                                                       AndVault:CocoaStringFromUtf8(vault)]);
     }
 }

@@ -1,12 +1,13 @@
 #include "settings/LocalSettings_Mac.h"
 
 #include "logging/NSLogger.h"
+#include "platform/PropertyLists.h"
+#include "product/Places.h"
 
 namespace {
 
-NSString* const kSettingsFolder = @"/Users/Shared/Keystrel/";
-NSString* const kSettingsFile = @"KSSettings.plist";
-NSString* const kVaultsFolder = @"/Users/Shared/Keystrel/Vaults/";
+NSString* const kSettingsFile = @KS_SETTINGS_FILE;
+NSString* const kVaultsFolder = @KS_VAULTS_FOLDER;
 
 NSString* const kNoValue = @"";
 
@@ -19,44 +20,22 @@ NSDictionary* ReadDictionary(NSString* path) {
     if (![[NSFileManager defaultManager] fileExistsAtPath:path]) {
         return [NSDictionary dictionary];
     }
-    NSData* data = [NSData dataWithContentsOfFile:path];
-    if (data == nil) {
-        return nil;
-    }
-    @try {
-        id root = [NSPropertyListSerialization propertyListWithData:data
-                                                            options:NSPropertyListImmutable
-                                                             format:NULL
-                                                              error:NULL];
-        return [root isKindOfClass:[NSDictionary class]] ? root : nil;
-    } @catch (NSException*) {
-        return nil;
-    }
+    id root = ReadPropertyList(path, NSPropertyListImmutable, NULL);
+    return [root isKindOfClass:[NSDictionary class]] ? root : nil;
 }
 
-// nil where the dictionary holds anything that an XML property list cannot hold; this is logged.
-NSData* Encode(NSDictionary* dictionary) {
-    id error = nil;
-    @try {
-        NSData* data =
-            [NSPropertyListSerialization dataWithPropertyList:dictionary
-                                                       format:NSPropertyListXMLFormat_v1_0
-                                                      options:0
-                                                        error:&error];
-        if (data != nil) {
-            return data;
-        }
-    } @catch (NSException* exception) {
-        error = exception;
-    }
-    LogNotSaved(error);
-    return nil;
-}
-
+// What cannot be encoded is logged, what cannot be written is not.
 void WriteDictionary(NSDictionary* dictionary, NSString* path) {
-    if (path != nil) {
-        [Encode(dictionary) writeToFile:path atomically:YES];
+    if (path == nil) {
+        return;
     }
+    NSError* error = nil;
+    NSData* data = EncodePropertyList(dictionary, NSPropertyListXMLFormat_v1_0, &error);
+    if (data == nil) {
+        LogNotSaved(error);
+        return;
+    }
+    [data writeToFile:path atomically:YES];
 }
 
 id ReadValue(NSString* name, NSString* path) {
@@ -83,7 +62,7 @@ void WriteValue(id value, NSString* name, NSString* path) {
 @implementation LocalSettings_Mac
 
 + (NSString*)GetPlistPath {
-    return [kSettingsFolder stringByAppendingPathComponent:kSettingsFile];
+    return kSettingsFile;
 }
 
 + (NSString*)GetPlistCurUserPath:(NSString*)vault {

@@ -2,7 +2,7 @@
 
 #include <Foundation/Foundation.h>
 
-#include "platform/CocoaStrings.h"
+#include "crypto/CocoaStrings.h"
 #include "platform/ScopedHandles.h"
 
 namespace {

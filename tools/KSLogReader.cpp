@@ -12,9 +12,6 @@
 
 namespace {
 
-constexpr size_t kKeyLength = 32;
-constexpr size_t kCipherBlock = 16;
-
 // Headers and texts are padded with blanks to whole blocks: those at the end of a line are no
 // content.
 void PrintWithoutTrailingBlanks(const std::string& text) {
@@ -47,17 +44,17 @@ int main(int argc, char** argv) {
         std::cerr << "KSLogReader: cannot read " << argv[1] << '\n';
         return 1;
     }
-    if (log.size() % kCipherBlock != 0) {
+    if (log.size() % kRijndaelBlockBytes != 0) {
         std::cerr << "KSLogReader: no enciphered log, or one that is cut: the last "
-                  << log.size() % kCipherBlock << " bytes are left out\n";
-        log.resize(log.size() - log.size() % kCipherBlock);
+                  << log.size() % kRijndaelBlockBytes << " bytes are left out\n";
+        log.resize(log.size() - log.size() % kRijndaelBlockBytes);
     }
 
     std::string password;
     std::getline(std::cin, password);
     // As the logger takes it: the first 32 bytes, a shorter password followed by zero bytes.
     DecryptionEngine engine(reinterpret_cast<const uint8_t*>(password.data()),
-                            static_cast<uint32_t>(std::min(password.size(), kKeyLength)));
+                            static_cast<uint32_t>(std::min(password.size(), AesEngine::kKeyBytes)));
     engine.Decrypt(log);
     if (!log.empty() && log.front() != '\n') {
         std::cerr << "KSLogReader: no log under this password\n";

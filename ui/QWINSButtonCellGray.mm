@@ -1,7 +1,6 @@
 #include "ui/QWINSButtonCellGray.h"
 
-#include "ui/QWIControlsUtils.h"
-#include "ui/QWINSButtonColors.h"
+#include "ui/FlatButtons.h"
 
 namespace {
 
@@ -39,9 +38,7 @@ NSAttributedString* ReadableTitle(NSAttributedString* title) {
 
 - (void)highlight:(BOOL)flag withFrame:(NSRect)cellFrame inView:(NSView*)controlView {
     [super highlight:flag withFrame:cellFrame inView:controlView];
-    [self setBackgroundColor:flag ? [NSColor blackColor] : GrayButtonGround()];
-    [QWIControlsUtils SetButtonTextColor:(NSButton*)[self controlView]
-                                andColor:[NSColor whiteColor]];
+    ColourHighlightedCell(self, flag, GrayButtonGround());
 }
 
 - (NSRect)drawTitle:(NSAttributedString*)title withFrame:(NSRect)frame inView:(NSView*)controlView {

@@ -1,6 +1,6 @@
 #include "ui/QWINSButtonCellOrange.h"
 
-#include "ui/QWIControlsUtils.h"
+#include "ui/FlatButtons.h"
 
 @implementation QWINSButtonCellOrange
 
@@ -10,9 +10,7 @@
 
 - (void)highlight:(BOOL)flag withFrame:(NSRect)cellFrame inView:(NSView*)controlView {
     [super highlight:flag withFrame:cellFrame inView:controlView];
-    [self setBackgroundColor:flag ? [NSColor blackColor] : [NSColor orangeColor]];
-    [QWIControlsUtils SetButtonTextColor:(NSButton*)[self controlView]
-                                andColor:[NSColor whiteColor]];
+    ColourHighlightedCell(self, flag, OrangeButtonGround());
 }
 
 @end

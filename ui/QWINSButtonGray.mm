@@ -1,16 +1,13 @@
 #include "ui/QWINSButtonGray.h"
 
-#include "ui/QWIControlsUtils.h"
-#include "ui/QWINSButtonColors.h"
+#include "ui/FlatButtons.h"
 
 @implementation QWINSButtonGray
 
 - (void)setData {
     const BOOL enabled = [self isEnabled];
-    [self setBordered:NO];
-    [[self cell] setBackgroundColor:enabled ? GrayButtonGround() : DisabledButtonGround()];
-    [QWIControlsUtils SetButtonTextColor:self
-                                andColor:enabled ? [NSColor whiteColor] : DisabledButtonTitle()];
+    StyleFlatButton(self, enabled ? GrayButtonGround() : DisabledButtonGround(),
+                    enabled ? [NSColor whiteColor] : DisabledButtonTitle());
 }
 
 - (void)awakeFromNib {

@@ -1,13 +1,11 @@
 #include "ui/QWINSButtonOrange.h"
 
-#include "ui/QWIControlsUtils.h"
+#include "ui/FlatButtons.h"
 
 @implementation QWINSButtonOrange
 
 - (void)setData {
-    [self setBordered:NO];
-    [[self cell] setBackgroundColor:[NSColor orangeColor]];
-    [QWIControlsUtils SetButtonTextColor:self andColor:[NSColor whiteColor]];
+    StyleFlatButton(self, OrangeButtonGround(), [NSColor whiteColor]);
 }
 
 - (void)awakeFromNib {

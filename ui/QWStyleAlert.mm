@@ -1,10 +1,11 @@
 #include "ui/QWStyleAlert.h"
 
+#include "product/Applications.h"
 #include "ui/QWIControlsUtils.h"
 
 namespace {
 
-NSString* const kDefaultTitle = @"Keystrel";
+NSString* const kDefaultTitle = @KS_PRODUCT_NAME;
 const NSInteger kAboveAllWindows = 1000;  // the level of a screen saver
 
 // x positions of the buttons in points, by layout.

@@ -1,4 +1,4 @@
-#include "privileged/InvalidCredentials.h"
+#include "ui/InvalidCredentials.h"
 
 #include "ui/QWIAlertUtils.h"
 

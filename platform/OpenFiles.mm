@@ -1,9 +1,11 @@
-#include "browsers/UserFiles.h"
+#include "platform/OpenFiles.h"
+
+#include "product/Places.h"
 
 namespace {
 
 NSDictionary* OpenMode() {
-    return [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:0777]
+    return [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:kOpenToEverybody]
                                        forKey:NSFilePosixPermissions];
 }
 
