@@ -6,7 +6,7 @@
 #include "browsers/ChromeScripts.h"
 #include "browsers/ExternalExtension.h"
 #include "logging/NSLogger.h"
-#include "platform/OpenFiles.h"
+#include "platform/FileModes.h"
 #include "product/Extensions.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include "browsers/ChromeRemoval.h"
 #include "browsers/ExternalExtension.h"
 #include "logging/NSLogger.h"
-#include "platform/OpenFiles.h"
+#include "platform/FileModes.h"
 #include "product/Extensions.h"
 
 @implementation ChromeInstall (LegacyButton)

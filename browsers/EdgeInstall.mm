@@ -5,7 +5,7 @@
 #include "browsers/Payload.h"
 #include "logging/NSLogger.h"
 #include "platform/AppWorkspaceUtils.h"
-#include "platform/OpenFiles.h"
+#include "platform/FileModes.h"
 #include "product/Applications.h"
 #include "product/Extensions.h"
 

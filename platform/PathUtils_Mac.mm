@@ -1,6 +1,6 @@
 #include "platform/PathUtils_Mac.h"
 
-#include "platform/OpenFiles.h"
+#include "platform/FileModes.h"
 
 namespace {
 

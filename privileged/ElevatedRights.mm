@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "logging/NSLogger.h"
+#include "platform/FileModes.h"
 #include "platform/ScopedHandles.h"
 #include "product/Places.h"
 #include "ui/InvalidCredentials.h"
@@ -29,13 +30,6 @@ const useconds_t kBlessingPause = 1000000;
 
 const int kUserCancelled = -128;  // AppleScript's error number
 NSString* const kPasswordRequired = @"The administrator password is required to do this.";
-
-// The result is never looked at.
-void SetMode(NSString* path, short mode) {
-    NSDictionary* attributes = [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:mode]
-                                                           forKey:NSFilePosixPermissions];
-    [[NSFileManager defaultManager] setAttributes:attributes ofItemAtPath:path error:NULL];
-}
 
 // What the user is told of a script that failed.
 NSString* DescriptionOf(NSDictionary* errorInfo) {
@@ -76,7 +70,7 @@ NSString* SaveScript(NSString* text) {
         [NSLogger LogFailure:@"Can't save SH to file! Error: %@", [error description]];
         return nil;
     }
-    SetMode(path, kOpenToEverybody);
+    SetFileMode(path, kOpenToEverybody);
     return path;
 }
 
@@ -126,7 +120,7 @@ NSString* SaveJobScript(NSString* path) {
     NSData* script = [NSData dataWithContentsOfFile:resource != nil ? resource : path];
     NSString* copy = [NSString stringWithFormat:kJobScript, name];
     [script writeToFile:copy atomically:YES];
-    SetMode(copy, kJobScriptMode);
+    SetFileMode(copy, kJobScriptMode);
     return copy;
 }
 

@@ -1,11 +1,11 @@
-#include "platform/OpenFiles.h"
+#include "platform/FileModes.h"
 
 #include "product/Places.h"
 
 namespace {
 
-NSDictionary* OpenMode() {
-    return [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:kOpenToEverybody]
+NSDictionary* Mode(short mode) {
+    return [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:mode]
                                        forKey:NSFilePosixPermissions];
 }
 
@@ -14,10 +14,10 @@ NSDictionary* OpenMode() {
 BOOL CreateOpenFolder(NSString* path, NSError** error) {
     return [[NSFileManager defaultManager] createDirectoryAtPath:path
                                      withIntermediateDirectories:YES
-                                                      attributes:OpenMode()
+                                                      attributes:Mode(kOpenToEverybody)
                                                            error:error];
 }
 
-BOOL OpenToEverybody(NSString* path, NSError** error) {
-    return [[NSFileManager defaultManager] setAttributes:OpenMode() ofItemAtPath:path error:error];
+BOOL SetFileMode(NSString* path, short mode) {
+    return [[NSFileManager defaultManager] setAttributes:Mode(mode) ofItemAtPath:path error:NULL];
 }

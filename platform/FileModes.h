@@ -1,0 +1,13 @@
+#pragma once
+
+#include <Foundation/Foundation.h>
+
+/// Creates a folder and the missing ones above it, each new one with the mode kOpenToEverybody. A
+/// folder that exists is left as it is.
+/// @param error  gets the platform's error; untouched on success; may be NULL
+BOOL CreateOpenFolder(NSString* path, NSError** error);
+
+/// Sets a file's permissions.
+/// @param mode  as chmod takes it
+/// @return whether that was allowed
+BOOL SetFileMode(NSString* path, short mode);
