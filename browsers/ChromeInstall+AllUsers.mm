@@ -4,7 +4,7 @@
 #include "browsers/ChromePaths.h"
 #include "browsers/ChromeScripts.h"
 #include "browsers/ExternalExtension.h"
-#include "product/Extensions.h"
+#include "product/Addresses.h"
 
 @implementation ChromeInstall (AllUsers)
 

@@ -7,6 +7,7 @@
 #include "browsers/ExternalExtension.h"
 #include "logging/NSLogger.h"
 #include "platform/FileModes.h"
+#include "product/Addresses.h"
 #include "product/Extensions.h"
 
 namespace {

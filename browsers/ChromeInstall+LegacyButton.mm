@@ -5,7 +5,7 @@
 #include "browsers/ExternalExtension.h"
 #include "logging/NSLogger.h"
 #include "platform/FileModes.h"
-#include "product/Extensions.h"
+#include "product/Addresses.h"
 
 @implementation ChromeInstall (LegacyButton)
 

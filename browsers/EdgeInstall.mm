@@ -6,6 +6,7 @@
 #include "logging/NSLogger.h"
 #include "platform/AppWorkspaceUtils.h"
 #include "platform/FileModes.h"
+#include "product/Addresses.h"
 #include "product/Applications.h"
 #include "product/Extensions.h"
 

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "platform/ScopedHandles.h"
+#include "product/Addresses.h"
 #include "product/Applications.h"
 #include "product/Keys.h"
 #include "settings/LocalSettings_Mac.h"
@@ -18,9 +19,6 @@ NSString* const kSystemVersionText = @"OSX: %@";
 
 NSString* const kProductVersionKey = @KS_VERSION_KEY;
 NSString* const kDefaultProductVersion = @KS_DEFAULT_VERSION;
-
-// A page that answers an HTTP HEAD request with 200 wherever there is a connection.
-NSString* const kConnectivityProbe = @"http://www.google.com/";
 
 constexpr const char* kHIDSystem = "IOHIDSystem";
 NSString* const kIdleTimeProperty = @"HIDIdleTime";
@@ -130,7 +128,7 @@ bool ReadIdleTime(int64_t& nanoseconds) {
 
 + (BOOL)areConnected {
     NSMutableURLRequest* request =
-        [NSMutableURLRequest requestWithURL:[NSURL URLWithString:kConnectivityProbe]];
+        [NSMutableURLRequest requestWithURL:[NSURL URLWithString:@KS_CONNECTIVITY_PROBE]];
     [request setHTTPMethod:kHeadRequest];
     NSURLResponse* response = nil;
     [NSURLConnection sendSynchronousRequest:request returningResponse:&response error:NULL];

@@ -2,10 +2,6 @@
 
 // The product's extensions of the browsers. Macros for the reason that Places.h gives.
 
-/// Where Chrome and Edge fetch the extension from.
-#define KS_CHROME_UPDATE_URL "https://clients2.google.com/service/update2/crx"
-#define KS_EDGE_UPDATE_URL "https://edge.microsoft.com/extensionwebstorebase/v1/crx"
-
 /// The external-extension descriptors, named after the extensions' identifiers in the stores.
 #define KS_CHROME_DESCRIPTOR "kmcoedhplnbajgfiehkcpamdobnlgjie.json"
 #define KS_CHROME_BUTTON_DESCRIPTOR "pbjaclkhgedmfonipcabhlmgkdjeoifn.json"
@@ -23,9 +19,6 @@
 #define KS_FIREFOX_BUTTON_IDENTIFIER "KeystrelButton@corvendale.com"
 #define KS_FIREFOX_MAIN_IDENTIFIER "Keystrel@corvendale.com"
 #define KS_FIREFOX_SHORT_IDENTIFIER "ks@corvendale.com"
-
-/// The privacy page that Firefox shows.
-#define KS_FIREFOX_PRIVACY_PAGE "https://www.corvendale.com/keystrel/privacy/firefox"
 
 /// The archives of Safari's old extension and old toolbar button, the button's name in the toolbar,
 /// and the old web plug-ins.
