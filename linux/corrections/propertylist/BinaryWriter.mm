@@ -1,10 +1,10 @@
-#include "linux/corrections/propertylist/BinaryWriter.h"
-
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <unordered_set>
 
 #include "linux/corrections/propertylist/BinaryFormat.h"
+#include "linux/corrections/propertylist/Formats.h"
 
 namespace propertylist {
 
@@ -100,7 +100,6 @@ class Writer {
     std::vector<Number> references_;
     std::unordered_set<Number, Hash, Equal> known_;
     std::u16string text_;
-    std::string ascii_;
     Problem problem_ = nullptr;
 };
 
@@ -109,7 +108,7 @@ class Writer {
 bool Writer::Add(id value, unsigned depth, Number& number) {
     const Kind kind = KindOf(value);
     if ((kind == Kind::Array || kind == Kind::Dictionary) && depth >= kDeepestNesting) {
-        return Fail("The property list is nested too deep, or contains itself.");
+        return Fail(kTooDeep);
     }
     if (kind == Kind::Array) {
         return AddArray(value, depth, number);
@@ -181,9 +180,9 @@ bool Writer::AddLeaf(std::size_t start, Number& number) {
 
 bool Writer::AddText(std::u16string_view text, Number& number) {
     const std::size_t start = leaves_.size();
-    if (GetAscii(text, ascii_)) {
-        AppendHead(marker::kAscii, ascii_.size(), leaves_);
-        leaves_ += ascii_;
+    if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; })) {
+        AppendHead(marker::kAscii, text.size(), leaves_);
+        leaves_.append(text.begin(), text.end());
     } else {
         AppendHead(marker::kUtf16, text.size(), leaves_);
         for (const char16_t unit : text) {

@@ -9,23 +9,24 @@
 
 // The objects that a property list consists of, and what all its readers and writers need of them.
 
+/// The reference of one object to another in a keyed archive. It is a type of its own in the binary
+/// format, and in XML the dictionary that it also shows itself as: one entry, "CF$UID".
+@interface KSPropertyListUID : NSDictionary {
+    NSDictionary* _entry;
+}
+- (id)initWithUID:(std::uint32_t)uid;
+- (std::uint32_t)uid;
+@end
+
+namespace propertylist {
+
 /// A list may nest this deep, in either direction: a hostile one must not exhaust the stack,
 /// neither here nor later when its objects are compared or released.
 constexpr unsigned kDeepestNesting = 512;
 
 /// What is wrong, as a sentence that lives as long as the process; nullptr if nothing is.
 using Problem = const char*;
-
-/// The reference of one object to another in a keyed archive. It is a type of its own in the binary
-/// format, and in XML the dictionary that it also shows itself as: one entry, "CF$UID".
-@interface KSPropertyListUID : NSDictionary {
-    NSDictionary* _entry;
-}
-- (id)initWithUID:(unsigned long long)uid;
-- (unsigned long long)uid;
-@end
-
-namespace propertylist {
+constexpr Problem kTooDeep = "The property list is nested too deep, or contains itself.";
 
 extern NSString* const kUidKey;
 
@@ -40,14 +41,9 @@ bool IsNegative(NSNumber* integer);
 /// @param text  gets the string's UTF-16 units
 void GetText(NSString* string, std::u16string& text);
 
-/// The text as long as it is plain ASCII.
-/// @return false when it is not
-bool GetAscii(std::u16string_view text, std::string& bytes);
-
 /// An entry of a dictionary.
 struct Entry {
     std::u16string key;
-    id keyObject;
     id value;
 };
 
@@ -63,11 +59,12 @@ class References {
     References& operator=(const References&) = delete;
     ~References();
 
+    /// @return false when there is nothing to add
+    bool Add(id owned);
     void Reserve(std::size_t count) { objects_.reserve(count); }
-    void Add(id owned) { objects_.push_back(owned); }
+    void Reverse();
     const id* data() const { return objects_.data(); }
     std::size_t size() const { return objects_.size(); }
-    id operator[](std::size_t index) const { return objects_[index]; }
 
   private:
     std::vector<id> objects_;
@@ -78,19 +75,23 @@ class Maker {
   public:
     explicit Maker(NSPropertyListMutabilityOptions options);
 
-    bool MutableContainers() const { return mutableContainers_; }
     bool MutableLeaves() const { return mutableLeaves_; }
 
-    NSString* NewAscii(std::string_view ascii) const;
     NSString* NewText(std::u16string_view text) const;
-    /// nil if the bytes are not UTF-8.
+    /// A character for each byte.
+    NSString* NewLatin1(std::string_view bytes) const;
+    /// One leading byte-order mark is dropped; nil if the bytes are not UTF-8.
     NSString* NewUtf8(std::string_view bytes) const;
     NSData* NewData(std::string_view bytes) const;
     NSArray* NewArray(const References& values) const;
     /// Of two entries with equal keys the later one counts.
     NSDictionary* NewDictionary(const References& keys, const References& values) const;
+    /// Even when it is not a number.
+    static NSDate* NewDate(double seconds);
 
   private:
+    NSString* NewBroken(std::u16string_view text) const;
+
     bool mutableContainers_;
     bool mutableLeaves_;
 };

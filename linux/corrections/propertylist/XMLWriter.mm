@@ -1,12 +1,12 @@
-#include "linux/corrections/propertylist/XMLWriter.h"
+#include <glib.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 
-#include "linux/corrections/propertylist/Base64.h"
 #include "linux/corrections/propertylist/Calendar.h"
-#include "linux/corrections/propertylist/Unicode.h"
+#include "linux/corrections/propertylist/Formats.h"
+#include "linux/corrections/propertylist/Text.h"
 
 namespace propertylist {
 
@@ -24,7 +24,7 @@ void AppendReal(double real, std::string& text) {
     } else if (std::isinf(real)) {
         text += real > 0 ? "+infinity" : "-infinity";
     } else if (real == 0) {
-        text += std::signbit(real) ? "-0.0" : "0.0";
+        text += "0.0";
     } else {
         char number[32];
         std::snprintf(number, sizeof number, "%.17g", real);
@@ -66,7 +66,7 @@ class Writer {
 bool Writer::Write(id value, unsigned depth) {
     const Kind kind = KindOf(value);
     if ((kind == Kind::Array || kind == Kind::Dictionary) && depth >= kDeepestNesting) {
-        return Fail("The property list is nested too deep, or contains itself.");
+        return Fail(kTooDeep);
     }
     switch (kind) {
         case Kind::Array:
@@ -114,10 +114,6 @@ bool Writer::WriteElement(const char* name, std::u16string_view text, unsigned d
             case '>':
                 out_ += "&gt;";
                 break;
-            case '\r':
-                // A reader that follows XML would turn a bare one into a line feed.
-                out_ += "&#13;";
-                break;
             default:
                 out_ += character;
         }
@@ -153,9 +149,15 @@ void Writer::WriteData(NSData* data, unsigned depth) {
     constexpr unsigned kTabWidth = 8;
     constexpr unsigned kMostTabs = 8;
 
+    const unsigned tabs = std::min(depth, kMostTabs);
+    const std::size_t most = (kLineWidth - kTabWidth * tabs) / 4 * 3;
+    const auto* const bytes = static_cast<const guchar*>([data bytes]);
     Line(depth, "<data>");
-    AppendBase64({static_cast<const char*>([data bytes]), [data length]}, std::string(depth, '\t'),
-                 kLineWidth - kTabWidth * std::min(depth, kMostTabs), out_);
+    for (std::size_t at = 0; at < [data length]; at += most) {
+        gchar* const line = g_base64_encode(bytes + at, std::min(most, [data length] - at));
+        Line(tabs, line);
+        g_free(line);
+    }
     Line(depth, "</data>");
 }
 
