@@ -45,7 +45,7 @@ std::string DeclaredEncoding(std::string_view bytes) {
 /// Takes the mark off, or what stands in its place.
 std::string TakeEncoding(std::string_view& bytes) {
     for (const Mark& mark : kMarks) {
-        if (StartsWith(bytes, mark.bytes)) {
+        if (bytes.size() > 2 && StartsWith(bytes, mark.bytes)) {
             bytes.remove_prefix(mark.bytes.size());
             return mark.encoding;
         }
