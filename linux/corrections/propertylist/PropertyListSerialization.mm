@@ -3,8 +3,6 @@
 // beyond the BMP, and writes objects of other classes as text. libplist is no base either: its
 // functions cut dates to 68 years around 2001, cannot tell -1 from 2^64 - 1, drop control
 // characters and read "abc" as the integer 0.
-//
-// The formats that only GNUstep writes are still written by it.
 #include <Foundation/Foundation.h>
 
 #include <objc/runtime.h>
@@ -95,13 +93,11 @@ id NewFromBytes(std::string_view bytes, NSPropertyListReadOptions options,
                              format:(NSPropertyListFormat)format
                             options:(NSPropertyListWriteOptions)options
                               error:(NSError**)error {
-    const bool isXML = format == NSPropertyListXMLFormat_v1_0;
-    if (!isXML && format != NSPropertyListBinaryFormat_v1_0) {
-        return [self mac_dataWithPropertyList:list format:format options:options error:error];
-    }
-    Problem problem = nullptr;
+    (void)options;
+    Problem problem = "Property lists are written as XML or in the binary format only.";
     std::string bytes;
-    if (isXML ? WriteXML(list, bytes, problem) : WriteBinary(list, bytes, problem)) {
+    if ((format == NSPropertyListXMLFormat_v1_0 && WriteXML(list, bytes, problem)) ||
+        (format == NSPropertyListBinaryFormat_v1_0 && WriteBinary(list, bytes, problem))) {
         return [NSData dataWithBytes:bytes.data() length:bytes.size()];
     }
     SetError(error, NSPropertyListWriteStreamError,

@@ -45,6 +45,12 @@ NSString* const kUidKey = @"CF$UID";
     return [_entry keyEnumerator];
 }
 
+- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
+                                  objects:(id*)objects
+                                    count:(NSUInteger)count {
+    return [_entry countByEnumeratingWithState:state objects:objects count:count];
+}
+
 - (id)copyWithZone:(NSZone*)zone {
     (void)zone;
     return [self retain];
