@@ -68,10 +68,11 @@ std::string Describe(id value) {
         }
         return "[" + text + "]";
     }
-    if ([value respondsToSelector:NSSelectorFromString(@"uid")]) {
-        return "U" + std::to_string([[value objectForKey:@"CF$UID"] unsignedLongLongValue]);
-    }
     if ([value isKindOfClass:[NSDictionary class]]) {
+        id uid = [value count] == 1 ? [value objectForKey:@"CF$UID"] : nil;
+        if ([uid isKindOfClass:[NSNumber class]]) {
+            return "U" + std::to_string([uid unsignedLongLongValue]);
+        }
         for (id key in [[value allKeys] sortedArrayUsingSelector:@selector(compare:)]) {
             text += (text.empty() ? "" : ",") + Describe(key) + ":" +
                     Describe([value objectForKey:key]);

@@ -481,11 +481,12 @@ def test_uids_stay_uids(pipe):
         assert plistlib.loads(converted(pipe, as_xml, BINARY, options)) == value
 
 
-def test_a_dictionary_with_the_key_of_a_uid_stays_one_in_the_binary_format(pipe):
-    for value in ({"CF$UID": 5}, {"CF$UID": "x"}, {"CF$UID": 5, "a": 1}):
-        assert value_of(pipe, plistlib.dumps(value, fmt=FMT_BINARY)) == value
+def test_a_dictionary_with_more_than_the_key_of_a_uid_is_none(pipe):
     for value in ({"CF$UID": "x"}, {"CF$UID": True}, {"CF$UID": 5, "a": 1}):
-        assert value_of(pipe, plistlib.dumps(value)) == value
+        for form in FORMATS:
+            assert value_of(pipe, plistlib.dumps(value, fmt=form)) == value
+    for number, uid in ((b"<integer>-1</integer>", 2**32 - 1), (b"<real>1.5</real>", 1)):
+        assert value_of(pipe, plist(b"<dict><key>CF$UID</key>" + number + b"</dict>")) == UID(uid)
 
 
 @pytest.mark.parametrize("objects", [

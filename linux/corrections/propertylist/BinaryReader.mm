@@ -222,7 +222,7 @@ id Reader::NewContent(std::uint8_t type, unsigned depth, const Maker& maker) {
                 return nil;
             }
             return number <= UINT32_MAX
-                       ? [[KSPropertyListUID alloc] initWithUID:static_cast<std::uint32_t>(number)]
+                       ? NewUid(static_cast<std::uint32_t>(number))
                        : static_cast<id>(
                              Fail("The binary property list has a UID beyond 32 bits."));
         case marker::kArray:

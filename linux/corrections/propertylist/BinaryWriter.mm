@@ -216,9 +216,9 @@ bool Writer::AppendLeaf(id value, Kind kind) {
             leaves_.append(static_cast<const char*>([value bytes]), [value length]);
             return true;
         case Kind::Uid: {
-            const std::size_t size = SizeFor([value uid]);
+            const std::size_t size = SizeFor(UidIn(value));
             leaves_ += static_cast<char>(marker::kUid | (size - 1));
-            AppendNumber([value uid], size, leaves_);
+            AppendNumber(UidIn(value), size, leaves_);
             return true;
         }
         default:

@@ -9,15 +9,6 @@
 
 // The objects that a property list consists of, and what all its readers and writers need of them.
 
-/// The reference of one object to another in a keyed archive. It is a type of its own in the binary
-/// format, and in XML the dictionary that it also shows itself as: one entry, "CF$UID".
-@interface KSPropertyListUID : NSDictionary {
-    NSDictionary* _entry;
-}
-- (id)initWithUID:(std::uint32_t)uid;
-- (std::uint32_t)uid;
-@end
-
 namespace propertylist {
 
 /// A list may nest this deep, in either direction: a hostile one must not exhaust the stack,
@@ -28,12 +19,17 @@ constexpr unsigned kDeepestNesting = 512;
 using Problem = const char*;
 constexpr Problem kTooDeep = "The property list is nested too deep, or contains itself.";
 
-extern NSString* const kUidKey;
-
+/// Uid: the reference of one object to another in a keyed archive. It is a type of its own in the
+/// binary format, and everywhere else a dictionary with an integer for the one key "CF$UID".
 enum class Kind { Array, Boolean, Data, Date, Dictionary, Integer, Real, String, Uid, Unsuitable };
 
 /// Unsuitable: nil, or nothing that a property list can hold.
 Kind KindOf(id value);
+
+/// The number of a Uid, or of what becomes one; its last 32 bits count.
+std::uint32_t UidIn(NSDictionary* dictionary);
+/// An instance of Kind::Uid that the caller owns.
+NSDictionary* NewUid(std::uint32_t uid);
 
 /// Whether an integer is below zero.
 bool IsNegative(NSNumber* integer);

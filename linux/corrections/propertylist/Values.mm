@@ -7,57 +7,6 @@
 
 #include "linux/corrections/propertylist/Text.h"
 
-namespace propertylist {
-
-NSString* const kUidKey = @"CF$UID";
-
-}  // namespace propertylist
-
-@implementation KSPropertyListUID
-
-- (id)initWithUID:(std::uint32_t)uid {
-    self = [super init];
-    if (self != nil) {
-        NSNumber* value = [NSNumber numberWithUnsignedInt:uid];
-        _entry = [[NSDictionary alloc] initWithObjectsAndKeys:value, propertylist::kUidKey, nil];
-    }
-    return self;
-}
-
-- (void)dealloc {
-    [_entry release];
-    [super dealloc];
-}
-
-- (std::uint32_t)uid {
-    return [[_entry objectForKey:propertylist::kUidKey] unsignedIntValue];
-}
-
-- (NSUInteger)count {
-    return [_entry count];
-}
-
-- (id)objectForKey:(id)key {
-    return [_entry objectForKey:key];
-}
-
-- (NSEnumerator*)keyEnumerator {
-    return [_entry keyEnumerator];
-}
-
-- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
-                                  objects:(id*)objects
-                                    count:(NSUInteger)count {
-    return [_entry countByEnumeratingWithState:state objects:objects count:count];
-}
-
-- (id)copyWithZone:(NSZone*)zone {
-    (void)zone;
-    return [self retain];
-}
-
-@end
-
 /// A date whose time is not a number, which GNUstep raises for.
 @interface KSUndefinedDate : NSDate
 @end
@@ -96,6 +45,8 @@ namespace propertylist {
 
 namespace {
 
+NSString* const kUidKey = @"CF$UID";
+
 bool IsAscii(std::string_view bytes) {
     return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) != 0; });
 }
@@ -121,7 +72,11 @@ Kind KindOf(id value) {
         return KindOfNumber(value);
     }
     if ([value isKindOfClass:[NSDictionary class]]) {
-        return [value isKindOfClass:[KSPropertyListUID class]] ? Kind::Uid : Kind::Dictionary;
+        id uid = [value count] == 1 ? [value objectForKey:kUidKey] : nil;
+        const bool isUid = [uid isKindOfClass:[NSNumber class]] &&
+                           KindOfNumber(uid) == Kind::Integer && !IsNegative(uid) &&
+                           [uid unsignedLongLongValue] <= UINT32_MAX;
+        return isUid ? Kind::Uid : Kind::Dictionary;
     }
     if ([value isKindOfClass:[NSArray class]]) {
         return Kind::Array;
@@ -130,6 +85,15 @@ Kind KindOf(id value) {
         return Kind::Data;
     }
     return [value isKindOfClass:[NSDate class]] ? Kind::Date : Kind::Unsuitable;
+}
+
+std::uint32_t UidIn(NSDictionary* dictionary) {
+    return static_cast<std::uint32_t>([[dictionary objectForKey:kUidKey] longLongValue]);
+}
+
+NSDictionary* NewUid(std::uint32_t uid) {
+    return [[NSDictionary alloc]
+        initWithObjectsAndKeys:[NSNumber numberWithUnsignedInt:uid], kUidKey, nil];
 }
 
 bool IsNegative(NSNumber* integer) {

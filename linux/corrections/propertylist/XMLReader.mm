@@ -60,26 +60,17 @@ bool DecodeBase64(std::string_view text, std::string& bytes) {
 
 /// @return nil when the text is no number
 NSNumber* NewReal(std::string_view text) {
-    static const struct {
-        const char* name;
-        double value;
-    } kNames[] = {{"nan", NAN},
-                  {"inf", INFINITY},
-                  {"+inf", INFINITY},
-                  {"-inf", -INFINITY},
-                  {"infinity", INFINITY},
-                  {"+infinity", INFINITY},
-                  {"-infinity", -INFINITY}};
     const std::string number(std::find_if_not(text.begin(), text.end(), IsSpace), text.end());
-    for (const auto& name : kNames) {
-        if (number.size() == text.size() && g_ascii_strcasecmp(number.c_str(), name.name) == 0) {
-            return [[NSNumber alloc] initWithDouble:name.value];
-        }
-    }
+    const std::size_t sign = std::min(number.find_first_not_of("+-"), number.size());
+    const char* const name = number.c_str() + sign;
+    const bool isNamed =
+        number.size() == text.size() && sign < 2 &&
+        (g_ascii_strcasecmp(name, "inf") == 0 || g_ascii_strcasecmp(name, "infinity") == 0 ||
+         (sign == 0 && g_ascii_strcasecmp(name, "nan") == 0));
     char* end = nullptr;
     const double real = g_ascii_strtod(number.c_str(), &end);
     if (number.empty() || end != number.c_str() + number.size() ||
-        number.find_first_not_of("0123456789.+-eE") != number.npos) {
+        (!isNamed && number.find_first_not_of("0123456789.+-eE") != number.npos)) {
         return nil;
     }
     return [[NSNumber alloc] initWithDouble:real];
@@ -396,15 +387,15 @@ id Reader::NewDictionary(unsigned depth) {
         return nil;
     }
     NSDictionary* dictionary = maker_.NewDictionary(keys, values);
-    id uid = [dictionary count] == 1 ? [dictionary objectForKey:kUidKey] : nil;
+    // A real makes a reference as well, and a number beyond 32 bits wraps around.
+    id uid = [dictionary count] == 1 ? [dictionary objectForKey:@"CF$UID"] : nil;
     const Kind kind = KindOf(uid);
     if (kind != Kind::Integer && kind != Kind::Real) {
         return dictionary;
     }
-    id reference =
-        [[KSPropertyListUID alloc] initWithUID:static_cast<std::uint32_t>([uid longLongValue])];
+    const std::uint32_t number = UidIn(dictionary);
     [dictionary release];
-    return reference;
+    return NewUid(number);
 }
 
 }  // namespace
