@@ -1,14 +1,13 @@
 // GNUstep ends a program whose arguments or environment hold bytes that are not UTF-8, as soon as
 // it asks who it is. Such an entry is taken for Latin-1 here, which knows every byte.
 #include <Foundation/Foundation.h>
+#include <glib.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <fstream>
 #include <string>
 #include <vector>
-
-#include "linux/corrections/propertylist/Unicode.h"
 
 namespace {
 
@@ -34,13 +33,14 @@ std::vector<std::string> Environment() {
 }
 
 std::string AsUtf8(const std::string& bytes) {
-    std::u16string text;
-    if (DecodeUtf8(bytes, text)) {
+    if (g_utf8_validate(bytes.data(), static_cast<gssize>(bytes.size()), nullptr)) {
         return bytes;
     }
     std::string utf8;
     for (const char byte : bytes) {
-        AppendUtf8(static_cast<unsigned char>(byte), utf8);
+        char character[6];
+        const gint length = g_unichar_to_utf8(static_cast<unsigned char>(byte), character);
+        utf8.append(character, static_cast<std::size_t>(length));
     }
     return utf8;
 }

@@ -24,6 +24,7 @@ constexpr std::size_t kTrailerSize = 32;
 
 namespace marker {
 
+constexpr std::uint8_t kNull = 0x00;
 constexpr std::uint8_t kFalse = 0x08;
 constexpr std::uint8_t kTrue = 0x09;
 constexpr std::uint8_t kInteger = 0x10;
@@ -35,6 +36,7 @@ constexpr std::uint8_t kUtf16 = 0x60;
 /// The low half is the number of bytes less one.
 constexpr std::uint8_t kUid = 0x80;
 constexpr std::uint8_t kArray = 0xA0;
+constexpr std::uint8_t kSet = 0xC0;
 constexpr std::uint8_t kDictionary = 0xD0;
 
 constexpr std::uint8_t kLongLength = 0x0F;

@@ -1,9 +1,9 @@
-#include "linux/corrections/propertylist/BinaryReader.h"
-
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "linux/corrections/propertylist/BinaryFormat.h"
+#include "linux/corrections/propertylist/Formats.h"
 
 namespace propertylist {
 
@@ -17,14 +17,9 @@ constexpr std::uint64_t kGrowthFactor = 16;
 constexpr std::uint64_t kObjectWeight = 64;
 constexpr std::uint64_t kReferenceWeight = 8;
 
-std::u16string Utf16(std::string_view bigEndian) {
-    std::u16string text(bigEndian.size() / sizeof(char16_t), u'\0');
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        text[i] = static_cast<char16_t>(static_cast<std::uint8_t>(bigEndian[2 * i]) << 8 |
-                                        static_cast<std::uint8_t>(bigEndian[2 * i + 1]));
-    }
-    return text;
-}
+constexpr Problem kReachesBeyond =
+    "An object of the binary property list lies or reaches outside it.";
+constexpr Problem kUnknownType = "The binary property list has an object of unknown type.";
 
 class Reader {
   public:
@@ -38,37 +33,26 @@ class Reader {
     Problem WhatIsWrong() const { return problem_; }
 
   private:
-    /// An object that was made already and serves every further reference to it.
-    struct Made {
-        id object = nil;
-        std::uint64_t weight = 0;
-        unsigned height = 0;
-    };
-
-    id Fail(Problem problem) {
+    /// Converts to nil and to false.
+    std::nullptr_t Fail(Problem problem) {
         problem_ = problem;
-        return nil;
+        return nullptr;
     }
 
-    bool ReadTrailer();
     std::uint64_t NumberAt(std::size_t offset, std::size_t size) const;
-    bool Take(std::size_t size, std::string_view& taken);
+    bool ReadTrailer();
+    bool Take(std::uint64_t size, std::string_view& taken);
     bool TakeNumber(std::size_t size, std::uint64_t& number);
-    bool TakeLength(std::uint8_t low, std::size_t unit, std::size_t& length);
-    bool GoTo(std::uint64_t object);
+    bool TakeReal(std::size_t size, double& number);
+    bool TakeContent(std::uint8_t low, std::size_t unit, std::string_view& content);
     bool Grow(std::uint64_t weight);
 
-    id NewObject(std::uint64_t object, unsigned depth, unsigned& height);
-    id NewKey(std::uint64_t object);
-    id NewContent(std::uint8_t marker, unsigned depth, unsigned& height);
-    id NewInteger(std::uint8_t low);
-    id NewReal(std::uint8_t low);
-    id NewDate();
-    id NewUid(std::uint8_t low);
-    id NewString(const Maker& maker, std::uint8_t marker);
-    id NewArray(std::uint8_t low, unsigned depth, unsigned& height);
-    id NewDictionary(std::uint8_t low, unsigned depth, unsigned& height);
-    bool IsShared(id object) const;
+    id NewObject(std::uint64_t object, unsigned depth, const Maker& maker);
+    id NewContent(std::uint8_t type, unsigned depth, const Maker& maker);
+    id NewNumber(std::uint8_t type);
+    id NewText(std::string_view bigEndian, const Maker& maker);
+    bool NewObjects(std::string_view references, unsigned depth, const Maker& maker,
+                    References& objects);
 
     std::string_view bytes_;
     Maker maker_;
@@ -80,16 +64,19 @@ class Reader {
     std::size_t offsetSize_ = 0;
     std::size_t referenceSize_ = 0;
     std::uint64_t root_ = 0;
-    std::vector<Made> made_;
+    /// Leaves that nobody can change, to serve for every further reference; nil where there is
+    /// none.
+    std::vector<id> made_;
     std::uint64_t weight_ = 0;
 };
 
 Reader::~Reader() {
-    for (const Made& made : made_) {
-        [made.object release];
+    for (id object : made_) {
+        [object release];
     }
 }
 
+/// Of a long number the last eight bytes count.
 std::uint64_t Reader::NumberAt(std::size_t offset, std::size_t size) const {
     std::uint64_t number = 0;
     for (std::size_t i = 0; i < size; ++i) {
@@ -100,7 +87,10 @@ std::uint64_t Reader::NumberAt(std::size_t offset, std::size_t size) const {
 
 bool Reader::ReadTrailer() {
     constexpr std::size_t kSizesOffset = 6;
-    if (bytes_.size() < kBinaryHeader.size() + kTrailerSize) {
+    const auto fits = [](std::uint64_t number, std::size_t size) {
+        return size >= sizeof number || number < 1ULL << (8 * size);
+    };
+    if (bytes_.size() <= kBinarySignature.size() + 1 + kTrailerSize) {
         return false;
     }
     const std::size_t trailer = bytes_.size() - kTrailerSize;
@@ -108,22 +98,26 @@ bool Reader::ReadTrailer() {
     referenceSize_ = NumberAt(trailer + kSizesOffset + 1, 1);
     const std::uint64_t count = NumberAt(trailer + 8, 8);
     root_ = NumberAt(trailer + 16, 8);
-    const std::uint64_t table = NumberAt(trailer + 24, 8);
-    if (offsetSize_ < 1 || offsetSize_ > 8 || referenceSize_ < 1 || referenceSize_ > 8 ||
-        table < kBinaryHeader.size() || table > trailer || root_ >= count ||
-        count > table - kBinaryHeader.size() || count > (trailer - table) / offsetSize_ ||
-        table + count * offsetSize_ != trailer) {
+    tableOffset_ = NumberAt(trailer + 24, 8);
+    if (offsetSize_ < 1 || referenceSize_ < 1 || root_ >= count ||
+        tableOffset_ <= kBinaryHeader.size() || tableOffset_ >= trailer ||
+        count > (trailer - tableOffset_) / offsetSize_ ||
+        tableOffset_ + count * offsetSize_ != trailer || !fits(count, referenceSize_) ||
+        !fits(tableOffset_, offsetSize_)) {
         return false;
     }
-    tableOffset_ = table;
+    for (std::size_t at = tableOffset_; at < trailer; at += offsetSize_) {
+        if (NumberAt(at, offsetSize_) >= tableOffset_) {
+            return false;
+        }
+    }
     made_.resize(count);
     return true;
 }
 
-bool Reader::Take(std::size_t size, std::string_view& taken) {
+bool Reader::Take(std::uint64_t size, std::string_view& taken) {
     if (size > tableOffset_ - at_) {
-        Fail("An object of the binary property list reaches beyond its end.");
-        return false;
+        return Fail(kReachesBeyond) != nullptr;
     }
     taken = bytes_.substr(at_, size);
     at_ += size;
@@ -139,280 +133,186 @@ bool Reader::TakeNumber(std::size_t size, std::uint64_t& number) {
     return true;
 }
 
-/// @param length  gets the content's size in bytes
-bool Reader::TakeLength(std::uint8_t low, std::size_t unit, std::size_t& length) {
-    std::uint64_t count = low;
-    if (low == marker::kLongLength) {
-        std::uint64_t type = 0;
-        if (!TakeNumber(1, type)) {
-            return false;
-        }
-        if ((type & 0xF0) != marker::kInteger || (type & 0x0F) > 3) {
-            Fail("A length in the binary property list is no integer.");
-            return false;
-        }
-        if (!TakeNumber(std::size_t{1} << (type & 0x0F), count)) {
-            return false;
-        }
-    }
-    if (count > (tableOffset_ - at_) / unit) {
-        Fail("An object of the binary property list reaches beyond its end.");
+bool Reader::TakeReal(std::size_t size, double& number) {
+    std::uint64_t bits = 0;
+    if (!TakeNumber(size, bits)) {
         return false;
     }
-    length = count * unit;
+    if (size == sizeof(float)) {
+        const auto half = static_cast<std::uint32_t>(bits);
+        float single = 0;
+        std::memcpy(&single, &half, sizeof single);
+        number = single;
+    } else {
+        std::memcpy(&number, &bits, sizeof number);
+    }
     return true;
 }
 
-bool Reader::GoTo(std::uint64_t object) {
-    if (object >= made_.size()) {
-        Fail("The binary property list refers to an object that it does not have.");
+/// Takes the length, which is in the marker or behind it, and so many units.
+bool Reader::TakeContent(std::uint8_t low, std::size_t unit, std::string_view& content) {
+    std::uint64_t count = low;
+    std::uint64_t type = marker::kInteger;
+    if (low == marker::kLongLength &&
+        (!TakeNumber(1, type) || !TakeNumber(std::size_t{1} << (type & 0x0F), count))) {
         return false;
     }
-    const std::uint64_t offset = NumberAt(tableOffset_ + object * offsetSize_, offsetSize_);
-    if (offset < kBinaryHeader.size() || offset >= tableOffset_) {
-        Fail("An object of the binary property list lies outside it.");
-        return false;
+    if ((type & 0xF0) != marker::kInteger || count > bytes_.size()) {
+        return Fail(kReachesBeyond) != nullptr;
     }
-    at_ = offset;
-    return true;
+    return Take(count * unit, content);
 }
 
 bool Reader::Grow(std::uint64_t weight) {
     weight_ += weight;
-    if (weight_ > kGrowthBase + kGrowthFactor * bytes_.size()) {
-        Fail("The references of the binary property list multiply beyond measure.");
-        return false;
-    }
-    return true;
+    return weight_ <= kGrowthBase + kGrowthFactor * bytes_.size() ||
+           Fail("The references of the binary property list multiply beyond measure.") != nullptr;
 }
 
 id Reader::NewRoot() {
-    if (!ReadTrailer()) {
-        return Fail("The end of the binary property list is missing or damaged.");
-    }
-    unsigned height = 0;
-    return NewObject(root_, 0, height);
+    return ReadTrailer() ? NewObject(root_, 1, maker_)
+                         : static_cast<id>(
+                               Fail("The end of the binary property list is missing or damaged."));
 }
 
-/// What nobody can change may stand in several places of a list.
-bool Reader::IsShared(id object) const {
-    switch (KindOf(object)) {
-        case Kind::Array:
-        case Kind::Dictionary:
-            return !maker_.MutableContainers();
-        case Kind::Data:
-        case Kind::String:
-            return !maker_.MutableLeaves();
-        default:
-            return true;
+/// @param depth  its level, 1 for the root
+id Reader::NewObject(std::uint64_t object, unsigned depth, const Maker& maker) {
+    if (object >= made_.size()) {
+        return Fail("The binary property list refers to an object that it does not have.");
     }
-}
-
-/// @param depth  the number of containers around the object
-/// @param height  gets the number of levels of containers in it
-id Reader::NewObject(std::uint64_t object, unsigned depth, unsigned& height) {
-    if (!GoTo(object)) {
-        return nil;
+    // With mutable leaves only what was made as a key or can never change is kept.
+    const auto isShared = [&](id made) {
+        const Kind kind = KindOf(made);
+        const bool isLeaf = kind != Kind::Array && kind != Kind::Dictionary;
+        return isLeaf && !(maker.MutableLeaves() && (kind == Kind::String || kind == Kind::Data));
+    };
+    if (made_[object] != nil && isShared(made_[object])) {
+        return Grow(kReferenceWeight) ? [made_[object] retain] : nil;
     }
-    const Made& made = made_[object];
-    if (made.object != nil && IsShared(made.object)) {
-        height = made.height;
-        if (depth + height > kDeepestNesting) {
-            return Fail("The property list is nested too deep.");
-        }
-        return Grow(made.weight + kReferenceWeight) ? [made.object retain] : nil;
+    at_ = NumberAt(tableOffset_ + object * offsetSize_, offsetSize_);
+    if (at_ < kBinaryHeader.size()) {
+        return Fail(kReachesBeyond);
     }
-    const std::uint64_t before = weight_;
     const auto type = static_cast<std::uint8_t>(bytes_[at_++]);
-    height = 0;
-    id content = Grow(kObjectWeight) ? NewContent(type, depth, height) : nil;
-    if (content != nil && IsShared(content)) {
-        made_[object] = {[content retain], weight_ - before, height};
+    id content = Grow(kObjectWeight) ? NewContent(type, depth, maker) : nil;
+    if (made_[object] == nil && content != nil && isShared(content)) {
+        made_[object] = [content retain];
     }
     return content;
 }
 
-id Reader::NewKey(std::uint64_t object) {
-    if (!GoTo(object)) {
-        return nil;
+id Reader::NewContent(std::uint8_t type, unsigned depth, const Maker& maker) {
+    const std::uint8_t low = type & 0x0F;
+    const std::uint8_t high = type & 0xF0;
+    std::string_view content;
+    std::uint64_t number = 0;
+    switch (high) {
+        case marker::kData:
+        case marker::kAscii:
+        case marker::kUtf16:
+            if (!TakeContent(low, high == marker::kUtf16 ? sizeof(char16_t) : 1, content) ||
+                !Grow(content.size())) {
+                return nil;
+            }
+            return high == marker::kData    ? maker.NewData(content)
+                   : high == marker::kAscii ? maker.NewLatin1(content)
+                                            : NewText(content, maker);
+        case marker::kUid:
+            if (!TakeNumber(low + 1U, number)) {
+                return nil;
+            }
+            return number <= UINT32_MAX
+                       ? NewUid(static_cast<std::uint32_t>(number))
+                       : static_cast<id>(
+                             Fail("The binary property list has a UID beyond 32 bits."));
+        case marker::kArray:
+        case marker::kSet:
+        case marker::kDictionary: {
+            const bool isDictionary = high == marker::kDictionary;
+            References keys;
+            References values;
+            if (depth > kDeepestNesting) {
+                return Fail(kTooDeep);
+            }
+            if (!TakeContent(low, (isDictionary ? 2 : 1) * referenceSize_, content)) {
+                return nil;
+            }
+            const std::size_t half = isDictionary ? content.size() / 2 : 0;
+            if (!NewObjects(content.substr(0, half), depth + 1, keyMaker_, keys) ||
+                !NewObjects(content.substr(half), depth + 1, maker_, values)) {
+                return nil;
+            }
+            if (isDictionary) {
+                // Of two entries with equal keys the first one counts here.
+                keys.Reverse();
+                values.Reverse();
+                return maker_.NewDictionary(keys, values);
+            }
+            return high == marker::kArray
+                       ? maker_.NewArray(values)
+                       : [[NSSet alloc] initWithObjects:values.data() count:values.size()];
+        }
+        default:
+            return NewNumber(type);
     }
-    // With mutable leaves a string found here was made as a key: strings are not shared then.
-    const Made& made = made_[object];
-    if (KindOf(made.object) == Kind::String) {
-        return Grow(kReferenceWeight) ? [made.object retain] : nil;
-    }
-    const auto type = static_cast<std::uint8_t>(bytes_[at_++]);
-    id key = Grow(kObjectWeight) ? NewString(keyMaker_, type) : nil;
-    if (key != nil) {
-        made_[object] = {[key retain], kObjectWeight, 0};
-    }
-    return key;
 }
 
-id Reader::NewContent(std::uint8_t type, unsigned depth, unsigned& height) {
-    const std::uint8_t low = type & 0x0F;
+/// An object whose size is in its marker.
+id Reader::NewNumber(std::uint8_t type) {
+    constexpr std::uint8_t kLongest = 4;
+    const unsigned power = type & 0x0F;
+    const std::size_t size = std::size_t{1} << power;
+    std::uint64_t number = 0;
+    double real = 0;
     switch (type) {
+        case marker::kNull:
+            return [[NSNull null] retain];
         case marker::kFalse:
-            return [[NSNumber numberWithBool:NO] retain];
         case marker::kTrue:
-            return [[NSNumber numberWithBool:YES] retain];
+            return [[NSNumber numberWithBool:type == marker::kTrue] retain];
         case marker::kDate:
-            return NewDate();
+            return TakeReal(size, real) ? Maker::NewDate(real) : nil;
+        case marker::kReal | 2:
+        case marker::kReal | 3:
+            if (!TakeReal(size, real)) {
+                return nil;
+            }
+            return size == sizeof(float) && std::isfinite(real)
+                       ? [[NSNumber alloc] initWithFloat:static_cast<float>(real)]
+                       : [[NSNumber alloc] initWithDouble:real];
         default:
             break;
     }
-    std::size_t length = 0;
-    std::string_view content;
-    switch (type & 0xF0) {
-        case marker::kInteger:
-            return NewInteger(low);
-        case marker::kReal:
-            return NewReal(low);
-        case marker::kData:
-            if (!TakeLength(low, 1, length) || !Take(length, content) || !Grow(length)) {
-                return nil;
-            }
-            return maker_.NewData(content);
-        case marker::kAscii:
-        case marker::kUtf16:
-            return NewString(maker_, type);
-        case marker::kUid:
-            return NewUid(low);
-        case marker::kArray:
-            return NewArray(low, depth, height);
-        case marker::kDictionary:
-            return NewDictionary(low, depth, height);
-        default:
-            return Fail("The binary property list has an object of unknown type.");
+    if ((type & 0xF0) != marker::kInteger || power > kLongest) {
+        return Fail(kUnknownType);
     }
-}
-
-id Reader::NewInteger(std::uint8_t low) {
-    constexpr std::uint8_t kSixteenBytes = 4;
-    if (low > kSixteenBytes) {
-        return Fail("The binary property list has an integer of unknown size.");
-    }
-    std::uint64_t high = 0;
-    std::uint64_t number = 0;
-    const bool isLong = low == kSixteenBytes;
-    if ((isLong && !TakeNumber(8, high)) ||
-        !TakeNumber(isLong ? 8 : std::size_t{1} << low, number)) {
+    if (!TakeNumber(size, number)) {
         return nil;
     }
-    const auto asSigned = static_cast<std::int64_t>(number);
-    if (isLong && high == 0) {
-        return [[NSNumber alloc] initWithUnsignedLongLong:number];
-    }
-    if (isLong && (high != UINT64_MAX || asSigned >= 0)) {
-        return Fail("The binary property list has an integer beyond 64 bits.");
-    }
-    return [[NSNumber alloc] initWithLongLong:asSigned];
+    return power == kLongest
+               ? [[NSNumber alloc] initWithUnsignedLongLong:number]
+               : [[NSNumber alloc] initWithLongLong:static_cast<std::int64_t>(number)];
 }
 
-id Reader::NewReal(std::uint8_t low) {
-    std::uint64_t number = 0;
-    if (low == 2 && TakeNumber(sizeof(float), number)) {
-        const auto bits = static_cast<std::uint32_t>(number);
-        float real = 0;
-        std::memcpy(&real, &bits, sizeof real);
-        return [[NSNumber alloc] initWithFloat:real];
+id Reader::NewText(std::string_view bigEndian, const Maker& maker) {
+    std::u16string text(bigEndian.size() / sizeof(char16_t), u'\0');
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        text[i] = static_cast<char16_t>(static_cast<std::uint8_t>(bigEndian[2 * i]) << 8 |
+                                        static_cast<std::uint8_t>(bigEndian[2 * i + 1]));
     }
-    if (low == 3 && TakeNumber(sizeof(double), number)) {
-        double real = 0;
-        std::memcpy(&real, &number, sizeof real);
-        return [[NSNumber alloc] initWithDouble:real];
-    }
-    return Fail("The binary property list has a damaged real number.");
+    return maker.NewText(text);
 }
 
-id Reader::NewDate() {
-    std::uint64_t number = 0;
-    if (!TakeNumber(sizeof(double), number)) {
-        return nil;
-    }
-    double seconds = 0;
-    std::memcpy(&seconds, &number, sizeof seconds);
-    return [[NSDate alloc] initWithTimeIntervalSinceReferenceDate:seconds];
-}
-
-id Reader::NewUid(std::uint8_t low) {
-    const std::size_t size = low + std::size_t{1};
-    std::uint64_t number = 0;
-    if (size > sizeof number) {
-        return Fail("The binary property list has a UID beyond 64 bits.");
-    }
-    return TakeNumber(size, number) ? [[KSPropertyListUID alloc] initWithUID:number] : nil;
-}
-
-id Reader::NewString(const Maker& maker, std::uint8_t type) {
-    const bool isAscii = (type & 0xF0) == marker::kAscii;
-    if (!isAscii && (type & 0xF0) != marker::kUtf16) {
-        return Fail("A key in the binary property list is no string.");
-    }
-    std::size_t length = 0;
-    std::string_view content;
-    if (!TakeLength(type & 0x0F, isAscii ? 1 : sizeof(char16_t), length) ||
-        !Take(length, content) || !Grow(length)) {
-        return nil;
-    }
-    NSString* string = isAscii ? maker.NewAscii(content) : maker.NewText(Utf16(content));
-    // Neither a byte above 127 nor half a surrogate pair makes a string.
-    return string != nil ? string : Fail("A string in the binary property list is damaged.");
-}
-
-id Reader::NewArray(std::uint8_t low, unsigned depth, unsigned& height) {
-    std::size_t length = 0;
-    if (depth >= kDeepestNesting) {
-        return Fail("The property list is nested too deep.");
-    }
-    if (!TakeLength(low, referenceSize_, length)) {
-        return nil;
-    }
-    const std::size_t start = at_;
-    References values;
-    values.Reserve(length / referenceSize_);
-    for (std::size_t at = start; at < start + length; at += referenceSize_) {
-        unsigned below = 0;
-        id value = NewObject(NumberAt(at, referenceSize_), depth + 1, below);
-        if (value == nil) {
-            return nil;
+bool Reader::NewObjects(std::string_view references, unsigned depth, const Maker& maker,
+                        References& objects) {
+    const std::size_t start = static_cast<std::size_t>(references.data() - bytes_.data());
+    objects.Reserve(references.size() / referenceSize_);
+    for (std::size_t at = start; at < start + references.size(); at += referenceSize_) {
+        if (!objects.Add(NewObject(NumberAt(at, referenceSize_), depth, maker))) {
+            return false;
         }
-        values.Add(value);
-        height = std::max(height, below);
     }
-    ++height;
-    return maker_.NewArray(values);
-}
-
-id Reader::NewDictionary(std::uint8_t low, unsigned depth, unsigned& height) {
-    std::size_t length = 0;
-    if (depth >= kDeepestNesting) {
-        return Fail("The property list is nested too deep.");
-    }
-    if (!TakeLength(low, 2 * referenceSize_, length)) {
-        return nil;
-    }
-    const std::size_t start = at_;
-    References keys;
-    References values;
-    keys.Reserve(length / 2 / referenceSize_);
-    values.Reserve(length / 2 / referenceSize_);
-    for (std::size_t at = start; at < start + length / 2; at += referenceSize_) {
-        id key = NewKey(NumberAt(at, referenceSize_));
-        if (key == nil) {
-            return nil;
-        }
-        keys.Add(key);
-        unsigned below = 0;
-        id value = NewObject(NumberAt(at + length / 2, referenceSize_), depth + 1, below);
-        if (value == nil) {
-            return nil;
-        }
-        values.Add(value);
-        height = std::max(height, below);
-    }
-    ++height;
-    return maker_.NewDictionary(keys, values);
+    return true;
 }
 
 }  // namespace

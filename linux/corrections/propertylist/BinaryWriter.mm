@@ -1,10 +1,10 @@
-#include "linux/corrections/propertylist/BinaryWriter.h"
-
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <unordered_set>
 
 #include "linux/corrections/propertylist/BinaryFormat.h"
+#include "linux/corrections/propertylist/Formats.h"
 
 namespace propertylist {
 
@@ -32,6 +32,15 @@ void AppendInteger(std::uint64_t number, bool negative, std::string& bytes) {
     const std::size_t size = negative ? 8 : SizeFor(number);
     bytes += static_cast<char>(marker::kInteger | (size == 8 ? 3 : size / 2));
     AppendNumber(number, size, bytes);
+}
+
+template <typename Bits, typename Real>
+void AppendReal(std::uint8_t type, Real real, std::string& bytes) {
+    Bits bits = 0;
+    static_assert(sizeof bits == sizeof real);
+    std::memcpy(&bits, &real, sizeof bits);
+    bytes += static_cast<char>(type);
+    AppendNumber(bits, sizeof bits, bytes);
 }
 
 void AppendHead(std::uint8_t type, std::size_t length, std::string& bytes) {
@@ -87,20 +96,16 @@ class Writer {
     }
 
     bool Add(id value, unsigned depth, Number& number);
-    bool AddArray(NSArray* array, unsigned depth, Number& number);
-    bool AddDictionary(NSDictionary* dictionary, unsigned depth, Number& number);
     bool AddContainer(std::uint8_t type, const std::vector<Number>& parts, Number& number);
     bool AddLeaf(std::size_t start, Number& number);
-    bool AddText(std::u16string_view text, Number& number);
     bool AppendLeaf(id value, Kind kind);
-    void AppendReal(NSNumber* real);
+    void AppendText(std::u16string_view text);
 
     std::vector<Object> objects_;
     std::string leaves_;
     std::vector<Number> references_;
     std::unordered_set<Number, Hash, Equal> known_;
     std::u16string text_;
-    std::string ascii_;
     Problem problem_ = nullptr;
 };
 
@@ -108,49 +113,40 @@ class Writer {
 /// @param number  gets the object's number
 bool Writer::Add(id value, unsigned depth, Number& number) {
     const Kind kind = KindOf(value);
-    if ((kind == Kind::Array || kind == Kind::Dictionary) && depth >= kDeepestNesting) {
-        return Fail("The property list is nested too deep, or contains itself.");
+    const bool isDictionary = kind == Kind::Dictionary;
+    if (kind != Kind::Array && !isDictionary) {
+        const std::size_t start = leaves_.size();
+        return AppendLeaf(value, kind) && AddLeaf(start, number);
     }
-    if (kind == Kind::Array) {
-        return AddArray(value, depth, number);
+    if (depth >= kDeepestNesting) {
+        return Fail(kTooDeep);
     }
-    if (kind == Kind::Dictionary) {
-        return AddDictionary(value, depth, number);
-    }
-    if (kind == Kind::String) {
-        GetText(value, text_);
-        return AddText(text_, number);
-    }
-    const std::size_t start = leaves_.size();
-    return AppendLeaf(value, kind) && AddLeaf(start, number);
-}
-
-bool Writer::AddArray(NSArray* array, unsigned depth, Number& number) {
-    std::vector<Number> parts;
-    parts.reserve([array count]);
-    for (id value in array) {
-        Number part = 0;
-        if (!Add(value, depth + 1, part)) {
-            return false;
-        }
-        parts.push_back(part);
-    }
-    return AddContainer(marker::kArray, parts, number);
-}
-
-bool Writer::AddDictionary(NSDictionary* dictionary, unsigned depth, Number& number) {
     std::vector<Entry> entries;
-    if (!GetEntries(dictionary, entries)) {
+    if (isDictionary && !GetEntries(value, entries)) {
         return Fail("Property lists can only have strings as keys of dictionaries.");
     }
-    std::vector<Number> parts(2 * entries.size());
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (!AddText(entries[i].key, parts[i]) ||
-            !Add(entries[i].value, depth + 1, parts[entries.size() + i])) {
+    std::vector<Number> parts;
+    parts.reserve(isDictionary ? 2 * entries.size() : [value count]);
+    for (const Entry& entry : entries) {
+        const std::size_t start = leaves_.size();
+        AppendText(entry.key);
+        if (!AddLeaf(start, parts.emplace_back())) {
             return false;
         }
     }
-    return AddContainer(marker::kDictionary, parts, number);
+    for (const Entry& entry : entries) {
+        if (!Add(entry.value, depth + 1, parts.emplace_back())) {
+            return false;
+        }
+    }
+    if (!isDictionary) {
+        for (id item in value) {
+            if (!Add(item, depth + 1, parts.emplace_back())) {
+                return false;
+            }
+        }
+    }
+    return AddContainer(isDictionary ? marker::kDictionary : marker::kArray, parts, number);
 }
 
 bool Writer::AddContainer(std::uint8_t type, const std::vector<Number>& parts, Number& number) {
@@ -179,18 +175,16 @@ bool Writer::AddLeaf(std::size_t start, Number& number) {
     return true;
 }
 
-bool Writer::AddText(std::u16string_view text, Number& number) {
-    const std::size_t start = leaves_.size();
-    if (GetAscii(text, ascii_)) {
-        AppendHead(marker::kAscii, ascii_.size(), leaves_);
-        leaves_ += ascii_;
+void Writer::AppendText(std::u16string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; })) {
+        AppendHead(marker::kAscii, text.size(), leaves_);
+        leaves_.append(text.begin(), text.end());
     } else {
         AppendHead(marker::kUtf16, text.size(), leaves_);
         for (const char16_t unit : text) {
             AppendNumber(unit, sizeof unit, leaves_);
         }
     }
-    return AddLeaf(start, number);
 }
 
 bool Writer::AppendLeaf(id value, Kind kind) {
@@ -202,46 +196,34 @@ bool Writer::AppendLeaf(id value, Kind kind) {
             AppendInteger([value unsignedLongLongValue], IsNegative(value), leaves_);
             return true;
         case Kind::Real:
-            AppendReal(value);
+            // A number that was made as a float is kept in four bytes.
+            if (*[value objCType] == *@encode(float)) {
+                AppendReal<std::uint32_t>(marker::kReal | 2, [value floatValue], leaves_);
+            } else {
+                AppendReal<std::uint64_t>(marker::kReal | 3, [value doubleValue], leaves_);
+            }
             return true;
-        case Kind::Date: {
-            const double seconds = [value timeIntervalSinceReferenceDate];
-            std::uint64_t bits = 0;
-            std::memcpy(&bits, &seconds, sizeof bits);
-            leaves_ += static_cast<char>(marker::kDate);
-            AppendNumber(bits, sizeof bits, leaves_);
+        case Kind::Date:
+            AppendReal<std::uint64_t>(marker::kDate, [value timeIntervalSinceReferenceDate],
+                                      leaves_);
             return true;
-        }
+        case Kind::String:
+            GetText(value, text_);
+            AppendText(text_);
+            return true;
         case Kind::Data:
             AppendHead(marker::kData, [value length], leaves_);
             leaves_.append(static_cast<const char*>([value bytes]), [value length]);
             return true;
         case Kind::Uid: {
-            const std::size_t size = SizeFor([value uid]);
+            const std::size_t size = SizeFor(UidIn(value));
             leaves_ += static_cast<char>(marker::kUid | (size - 1));
-            AppendNumber([value uid], size, leaves_);
+            AppendNumber(UidIn(value), size, leaves_);
             return true;
         }
         default:
             return Fail("Property lists cannot contain an object of this class.");
     }
-}
-
-/// A number that was made as a float is kept in four bytes.
-void Writer::AppendReal(NSNumber* real) {
-    if (*[real objCType] == *@encode(float)) {
-        const float number = [real floatValue];
-        std::uint32_t bits = 0;
-        std::memcpy(&bits, &number, sizeof bits);
-        leaves_ += static_cast<char>(marker::kReal | 2);
-        AppendNumber(bits, sizeof bits, leaves_);
-        return;
-    }
-    const double number = [real doubleValue];
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &number, sizeof bits);
-    leaves_ += static_cast<char>(marker::kReal | 3);
-    AppendNumber(bits, sizeof bits, leaves_);
 }
 
 bool Writer::Write(id root, std::string& bytes) {

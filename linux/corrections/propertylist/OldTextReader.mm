@@ -1,48 +1,51 @@
-#include "linux/corrections/propertylist/OldTextReader.h"
+#include <glib.h>
 
-#include <algorithm>
-#include <cctype>
 #include <cstdlib>
 
-#include "linux/corrections/propertylist/Base64.h"
-#include "linux/corrections/propertylist/Numbers.h"
-#include "linux/corrections/propertylist/Unicode.h"
+#include "linux/corrections/propertylist/Formats.h"
+#include "linux/corrections/propertylist/Text.h"
 
 namespace propertylist {
 
 namespace {
 
-/// What ends a word that stands without quotes.
-constexpr std::string_view kDelimiters = " \t\r\n\v\f(){}<>=;,\"'\\";
-constexpr std::string_view kHexDigits = "0123456789abcdefABCDEF";
-constexpr std::string_view kOctalDigits = "01234567";
+constexpr char16_t kLineSeparator = 0x2028;
+constexpr char16_t kParagraphSeparator = 0x2029;
 
-/// Passes over blanks and comments.
-std::size_t SkipBlanks(std::string_view text, std::size_t at) {
-    while (at < text.size()) {
-        const std::string_view next = text.substr(at, 2);
-        if (next == "/*" || next == "//") {
-            const std::string_view end = next == "/*" ? "*/" : "\n";
-            const std::size_t found = text.find(end, at + 2);
-            at = found == std::string_view::npos ? text.size() : found + end.size();
-        } else if (std::isspace(static_cast<unsigned char>(text[at])) != 0) {
-            ++at;
-        } else {
-            break;
-        }
-    }
-    return at;
+bool IsSeparator(char16_t unit) {
+    return unit == kLineSeparator || unit == kParagraphSeparator;
 }
 
-/// A moment as GNUstep writes it, such as 2001-01-01 00:00:00 +0000.
-NSDate* NewDate(std::string_view text) {
-    NSString* string = [Maker(NSPropertyListImmutable).NewUtf8(text) autorelease];
-    return string == nil ? nil : [[NSDate alloc] initWithString:string];
+bool IsBlank(char16_t unit) {
+    return (unit >= '\t' && unit <= '\r') || unit == ' ' || IsSeparator(unit);
 }
 
+bool IsIn(std::string_view characters, char16_t unit) {
+    return unit < 0x80 && characters.find(static_cast<char>(unit)) != characters.npos;
+}
+
+/// Whether it may stand in a word without quotes.
+bool IsPlain(char16_t unit) {
+    return (unit < 0x80 && g_ascii_isalnum(unit)) || IsIn("_$/:.-", unit);
+}
+
+int HexValue(char16_t unit) {
+    return unit < 0x80 ? g_ascii_xdigit_value(static_cast<gchar>(unit)) : -1;
+}
+
+/// The character of the encoding that NeXT's computers had; NUL if it has none there.
+char16_t NextStepCharacter(unsigned char byte) {
+    NSString* text = [[[NSString alloc] initWithBytes:&byte
+                                               length:1
+                                             encoding:NSNEXTSTEPStringEncoding] autorelease];
+    const char16_t unit = [text length] == 1 ? [text characterAtIndex:0] : u'\0';
+    return unit == 0xFFFD ? u'\0' : unit;
+}
+
+/// A reader that fails leaves its place where it stumbled; an array may still end well there.
 class Reader {
   public:
-    Reader(std::string_view text, NSPropertyListMutabilityOptions options)
+    Reader(std::u16string_view text, NSPropertyListMutabilityOptions options)
         : text_(text), maker_(options), keyMaker_(NSPropertyListImmutable) {}
 
     id NewRoot();
@@ -54,95 +57,112 @@ class Reader {
         return nil;
     }
 
-    /// The next character that counts; NUL at the end.
-    char Next() {
-        at_ = SkipBlanks(text_, at_);
-        return at_ < text_.size() ? text_[at_] : '\0';
-    }
-    bool Skip(char expected) {
-        const bool found = Next() == expected;
+    /// The next character as it stands; NUL at the end.
+    char16_t Here() const { return at_ < text_.size() ? text_[at_] : u'\0'; }
+    /// The next character that counts, behind blanks and comments.
+    char16_t Next();
+    bool Skip(char16_t expected) {
+        const bool found = at_ < text_.size() && Next() == expected;
         at_ += found ? 1 : 0;
         return found;
     }
-    std::string_view TakeDigits(std::string_view digits, std::size_t most);
 
     id NewValue(unsigned depth);
     id NewArray(unsigned depth);
     id NewDictionary(unsigned depth);
     id NewString(const Maker& maker);
     id NewQuoted(const Maker& maker);
-    id NewAngled();
-    id NewTyped(std::string_view content);
-    id NewData(std::string_view content);
-    void AppendEscape(std::u16string& text);
+    id NewData();
+    char16_t TakeEscape();
 
-    std::string_view text_;
+    std::u16string_view text_;
     Maker maker_;
     Maker keyMaker_;
     Problem problem_ = nullptr;
     std::size_t at_ = 0;
 };
 
-id Reader::NewRoot() {
-    id root = NewValue(0);
-    at_ = SkipBlanks(text_, at_);
-    if (root != nil && at_ < text_.size()) {
-        [root release];
-        return Fail("The property list has something after its end.");
+char16_t Reader::Next() {
+    while (at_ < text_.size()) {
+        const std::u16string_view next = text_.substr(at_, 2);
+        if (IsBlank(next[0])) {
+            ++at_;
+        } else if (next == u"//") {
+            at_ = std::min(text_.find_first_of(u"\n\r\u2028\u2029", at_), text_.size());
+        } else if (next == u"/*") {
+            const std::size_t end = text_.find(u"*/", at_ + 2);
+            at_ = end == text_.npos ? text_.size() : end + 2;
+        } else {
+            break;
+        }
     }
-    return root;
+    return Here();
 }
 
-/// @param depth  the number of containers around the value
-id Reader::NewValue(unsigned depth) {
-    const char first = Next();
-    if (first == '{' || first == '(') {
-        if (depth >= kDeepestNesting) {
-            return Fail("The property list is nested too deep.");
-        }
-        return first == '{' ? NewDictionary(depth) : NewArray(depth);
+/// What has nothing but blanks and comments is an empty dictionary. A word with something behind it
+/// may be the first key of a strings file; whatever stands behind its entries is passed over.
+id Reader::NewRoot() {
+    Next();
+    if (at_ == text_.size()) {
+        return maker_.NewDictionary({}, {});
     }
-    return first == '<' ? NewAngled() : NewString(maker_);
+    id root = NewValue(1);
+    Next();
+    if (root == nil || at_ == text_.size()) {
+        return root;
+    }
+    const bool isWord = KindOf(root) == Kind::String;
+    [root release];
+    if (!isWord) {
+        return Fail("The property list has something after its end.");
+    }
+    at_ = 0;
+    return NewDictionary(1);
+}
+
+/// @param depth  its level, 1 for the root
+id Reader::NewValue(unsigned depth) {
+    const char16_t first = Next();
+    if (first != '{' && first != '(') {
+        return first == '<' ? NewData() : NewString(maker_);
+    }
+    if (depth > kDeepestNesting) {
+        return Fail(kTooDeep);
+    }
+    ++at_;
+    if (first == '(') {
+        return NewArray(depth + 1);
+    }
+    id dictionary = NewDictionary(depth + 1);
+    if (dictionary == nil || Skip('}')) {
+        return dictionary;
+    }
+    [dictionary release];
+    return Fail("A dictionary is not closed.");
 }
 
 /// A comma may stand before the closing bracket.
 id Reader::NewArray(unsigned depth) {
     References values;
-    Skip('(');
-    while (!Skip(')')) {
-        if (values.size() > 0 && !Skip(',')) {
-            return Fail("A comma or closing bracket is missing in an array.");
-        }
-        if (values.size() > 0 && Skip(')')) {
-            break;
-        }
-        id value = NewValue(depth + 1);
-        if (value == nil) {
-            return nil;
-        }
-        values.Add(value);
+    while (values.Add(NewValue(depth)) && Skip(',')) {
     }
-    return maker_.NewArray(values);
+    return Skip(')') ? maker_.NewArray(values) : Fail("An array has a comma or bracket missing.");
 }
 
+/// Reads as many entries as there are. A key alone is its own value.
 id Reader::NewDictionary(unsigned depth) {
     References keys;
     References values;
-    Skip('{');
-    while (!Skip('}')) {
-        id key = NewString(keyMaker_);
-        if (key == nil) {
-            return nil;
-        }
-        keys.Add(key);
-        if (!Skip('=')) {
+    while (keys.Add(NewString(keyMaker_))) {
+        const bool isAlone = Next() == ';';
+        if (!isAlone && !Skip('=')) {
             return Fail("A key in a dictionary has no value.");
         }
-        id value = NewValue(depth + 1);
-        if (value == nil) {
+        id key = keys.data()[keys.size() - 1];
+        if (!values.Add(isAlone ? (maker_.MutableLeaves() ? [key mutableCopy] : [key retain])
+                                : NewValue(depth))) {
             return nil;
         }
-        values.Add(value);
         if (!Skip(';')) {
             return Fail("A semicolon is missing in a dictionary.");
         }
@@ -151,131 +171,93 @@ id Reader::NewDictionary(unsigned depth) {
 }
 
 id Reader::NewString(const Maker& maker) {
-    const char first = Next();
+    const char16_t first = Next();
     if (first == '"' || first == '\'') {
         return NewQuoted(maker);
     }
     const std::size_t start = at_;
-    at_ = std::min(text_.find_first_of(kDelimiters, at_), text_.size());
-    NSString* word = at_ == start ? nil : maker.NewUtf8(text_.substr(start, at_ - start));
-    return word != nil ? word : Fail("A value is missing or damaged.");
+    while (IsPlain(Here())) {
+        ++at_;
+    }
+    return at_ > start ? maker.NewText(text_.substr(start, at_ - start))
+                       : Fail("A value is missing or damaged.");
 }
 
 id Reader::NewQuoted(const Maker& maker) {
-    const char delimiters[] = {text_[at_++], '\\'};
+    const char16_t quote = text_[at_++];
+    const std::size_t start = at_;
     std::u16string text;
-    std::u16string run;
-    for (;;) {
-        const std::size_t end = text_.find_first_of({delimiters, sizeof delimiters}, at_);
-        if (end == std::string_view::npos) {
-            return Fail("The quotes around a text are not closed.");
+    while (at_ < text_.size()) {
+        const char16_t unit = text_[at_++];
+        if (unit == quote) {
+            return maker.NewText(text);
         }
-        if (!DecodeUtf8(text_.substr(at_, end - at_), run)) {
-            return Fail("A text is no UTF-8.");
-        }
-        text += run;
-        at_ = end + 1;
-        if (text_[end] != '\\') {
-            NSString* string = maker.NewText(text);
-            return string != nil ? string : Fail("A text has half a surrogate pair.");
-        }
-        AppendEscape(text);
+        text += unit == '\\' ? TakeEscape() : unit;
     }
+    at_ = start;
+    return Fail("The quotes around a text are not closed.");
 }
 
-std::string_view Reader::TakeDigits(std::string_view digits, std::size_t most) {
-    const std::string_view rest = text_.substr(at_, most);
-    const std::string_view taken = rest.substr(0, rest.find_first_not_of(digits));
-    at_ += taken.size();
-    return taken;
-}
-
-/// Appends what the escape behind a backslash stands for.
-void Reader::AppendEscape(std::u16string& text) {
+/// Takes what stands behind a backslash.
+char16_t Reader::TakeEscape() {
     constexpr std::string_view kLetters = "abfnrtv";
     constexpr std::string_view kCharacters = "\a\b\f\n\r\t\v";
-    constexpr std::size_t kMostHex = 4;
-    constexpr std::size_t kMostOctal = 3;
+    constexpr unsigned kMostHex = 4;
+    constexpr unsigned kMostOctal = 3;
 
-    if (at_ < text_.size() && (text_[at_] == 'U' || text_[at_] == 'u')) {
-        ++at_;
-        const std::string digits(TakeDigits(kHexDigits, kMostHex));
-        text += static_cast<char16_t>(std::strtoul(digits.c_str(), nullptr, 16));
-        return;
-    }
-    const std::string octal(TakeDigits(kOctalDigits, kMostOctal));
-    if (!octal.empty()) {
-        text += static_cast<char16_t>(std::strtoul(octal.c_str(), nullptr, 8));
-        return;
-    }
-    if (at_ < text_.size() && static_cast<unsigned char>(text_[at_]) < 0x80) {
-        const std::size_t letter = kLetters.find(text_[at_]);
-        text += static_cast<char16_t>(letter == kLetters.npos ? text_[at_] : kCharacters[letter]);
-        ++at_;
-    }
-}
-
-/// Reads what stands in angle brackets.
-id Reader::NewAngled() {
-    const std::size_t start = at_ + 1;
-    const std::size_t end = text_.find('>', start);
-    if (end == std::string_view::npos) {
-        return Fail("The angle brackets around data are not closed.");
-    }
-    at_ = end + 1;
-    const std::string_view content = text_.substr(start, end - start);
-    id value = content.substr(0, 1) == "*" ? NewTyped(content.substr(1)) : NewData(content);
-    return value != nil ? value : Fail("The data or value in angle brackets is damaged.");
-}
-
-id Reader::NewTyped(std::string_view content) {
-    if (content == "BY" || content == "BN") {
-        return [[NSNumber numberWithBool:content == "BY"] retain];
-    }
-    const std::string_view text = content.substr(std::min<std::size_t>(content.size(), 1));
-    switch (content.empty() ? '\0' : content[0]) {
-        case 'I':
-            return NewInteger(text);
-        case 'R':
-            return NewReal(text);
-        case 'D':
-            return NewDate(text);
-        default:
-            return nil;
-    }
-}
-
-id Reader::NewData(std::string_view content) {
-    std::string bytes;
-    if (content.size() >= 2 && content.front() == '[' && content.back() == ']') {
-        return DecodeBase64(content.substr(1, content.size() - 2), bytes) ? maker_.NewData(bytes)
-                                                                          : nil;
-    }
-    std::string digits;
-    for (const char character : content) {
-        if (std::isspace(static_cast<unsigned char>(character)) == 0) {
-            digits += character;
+    const bool isHex = Here() == 'U';
+    const bool isOctal = IsIn("01234567", Here());
+    if (isHex || isOctal) {
+        at_ += isHex ? 1 : 0;
+        unsigned number = 0;
+        for (unsigned digits = isHex ? kMostHex : kMostOctal; digits > 0; --digits) {
+            const int value = HexValue(Here());
+            if (value < 0 || (isOctal && value > 7)) {
+                break;
+            }
+            number = number * (isHex ? 16 : 8) + static_cast<unsigned>(value);
+            ++at_;
         }
+        return isHex ? static_cast<char16_t>(number)
+                     : NextStepCharacter(static_cast<unsigned char>(number));
     }
-    if (digits.size() % 2 != 0 || digits.find_first_not_of(kHexDigits) != std::string::npos) {
-        return nil;
+    const char16_t unit = Here();
+    at_ += at_ < text_.size() ? 1 : 0;
+    return IsIn(kLetters, unit)
+               ? static_cast<char16_t>(kCharacters[kLetters.find(static_cast<char>(unit))])
+               : unit;
+}
+
+/// Blanks may stand between the bytes, not between the digits of one.
+id Reader::NewData() {
+    std::string bytes;
+    ++at_;
+    for (; at_ < text_.size() && text_[at_] != '>'; ++at_) {
+        const char16_t unit = text_[at_];
+        if (unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r' || IsSeparator(unit)) {
+            continue;
+        }
+        const int high = HexValue(unit);
+        at_ += high < 0 ? 0 : 1;
+        const int low = high < 0 ? -1 : HexValue(Here());
+        if (low < 0) {
+            return Fail("Data is damaged.");
+        }
+        bytes += static_cast<char>(high * 16 + low);
     }
-    for (std::size_t at = 0; at < digits.size(); at += 2) {
-        bytes += static_cast<char>(std::strtoul(digits.substr(at, 2).c_str(), nullptr, 16));
-    }
-    return maker_.NewData(bytes);
+    return Skip('>') ? maker_.NewData(bytes) : Fail("Data is not closed.");
 }
 
 }  // namespace
 
-bool IsOldText(std::string_view text) {
-    const std::size_t start = SkipBlanks(text, 0);
-    return start < text.size() && (text[start] == '{' || text[start] == '(');
-}
-
 id NewFromOldText(std::string_view text, NSPropertyListMutabilityOptions options,
                   Problem& problem) {
-    Reader reader(text, options);
+    std::u16string units;
+    if (!DecodeUtf8(text, units)) {
+        problem = "The data is no text in its encoding.";
+        return nil;
+    }
+    Reader reader(units, options);
     id root = reader.NewRoot();
     problem = reader.WhatIsWrong();
     return root;

@@ -9,30 +9,27 @@
 
 // The objects that a property list consists of, and what all its readers and writers need of them.
 
+namespace propertylist {
+
 /// A list may nest this deep, in either direction: a hostile one must not exhaust the stack,
 /// neither here nor later when its objects are compared or released.
 constexpr unsigned kDeepestNesting = 512;
 
 /// What is wrong, as a sentence that lives as long as the process; nullptr if nothing is.
 using Problem = const char*;
+constexpr Problem kTooDeep = "The property list is nested too deep, or contains itself.";
 
-/// The reference of one object to another in a keyed archive. It is a type of its own in the binary
-/// format, and in XML the dictionary that it also shows itself as: one entry, "CF$UID".
-@interface KSPropertyListUID : NSDictionary {
-    NSDictionary* _entry;
-}
-- (id)initWithUID:(unsigned long long)uid;
-- (unsigned long long)uid;
-@end
-
-namespace propertylist {
-
-extern NSString* const kUidKey;
-
+/// Uid: the reference of one object to another in a keyed archive. It is a type of its own in the
+/// binary format, and everywhere else a dictionary with an integer for the one key "CF$UID".
 enum class Kind { Array, Boolean, Data, Date, Dictionary, Integer, Real, String, Uid, Unsuitable };
 
 /// Unsuitable: nil, or nothing that a property list can hold.
 Kind KindOf(id value);
+
+/// The number of a Uid, or of what becomes one; its last 32 bits count.
+std::uint32_t UidIn(NSDictionary* dictionary);
+/// An instance of Kind::Uid that the caller owns.
+NSDictionary* NewUid(std::uint32_t uid);
 
 /// Whether an integer is below zero.
 bool IsNegative(NSNumber* integer);
@@ -40,14 +37,9 @@ bool IsNegative(NSNumber* integer);
 /// @param text  gets the string's UTF-16 units
 void GetText(NSString* string, std::u16string& text);
 
-/// The text as long as it is plain ASCII.
-/// @return false when it is not
-bool GetAscii(std::u16string_view text, std::string& bytes);
-
 /// An entry of a dictionary.
 struct Entry {
     std::u16string key;
-    id keyObject;
     id value;
 };
 
@@ -63,11 +55,12 @@ class References {
     References& operator=(const References&) = delete;
     ~References();
 
+    /// @return false when there is nothing to add
+    bool Add(id owned);
     void Reserve(std::size_t count) { objects_.reserve(count); }
-    void Add(id owned) { objects_.push_back(owned); }
+    void Reverse();
     const id* data() const { return objects_.data(); }
     std::size_t size() const { return objects_.size(); }
-    id operator[](std::size_t index) const { return objects_[index]; }
 
   private:
     std::vector<id> objects_;
@@ -78,19 +71,23 @@ class Maker {
   public:
     explicit Maker(NSPropertyListMutabilityOptions options);
 
-    bool MutableContainers() const { return mutableContainers_; }
     bool MutableLeaves() const { return mutableLeaves_; }
 
-    NSString* NewAscii(std::string_view ascii) const;
     NSString* NewText(std::u16string_view text) const;
-    /// nil if the bytes are not UTF-8.
+    /// A character for each byte.
+    NSString* NewLatin1(std::string_view bytes) const;
+    /// One leading byte-order mark is dropped; nil if the bytes are not UTF-8.
     NSString* NewUtf8(std::string_view bytes) const;
     NSData* NewData(std::string_view bytes) const;
     NSArray* NewArray(const References& values) const;
     /// Of two entries with equal keys the later one counts.
     NSDictionary* NewDictionary(const References& keys, const References& values) const;
+    /// Even when it is not a number.
+    static NSDate* NewDate(double seconds);
 
   private:
+    NSString* NewBroken(std::u16string_view text) const;
+
     bool mutableContainers_;
     bool mutableLeaves_;
 };

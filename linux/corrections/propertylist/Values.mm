@@ -2,52 +2,36 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstring>
 
-#include "linux/corrections/propertylist/Unicode.h"
+#include "linux/corrections/propertylist/Text.h"
 
-namespace propertylist {
+/// A date whose time is not a number, which GNUstep raises for.
+@interface KSUndefinedDate : NSDate
+@end
 
-NSString* const kUidKey = @"CF$UID";
+@implementation KSUndefinedDate
 
-}  // namespace propertylist
-
-@implementation KSPropertyListUID
-
-- (id)initWithUID:(unsigned long long)uid {
-    self = [super init];
-    if (self != nil) {
-        NSNumber* value = [NSNumber numberWithUnsignedLongLong:uid];
-        _entry = [[NSDictionary alloc] initWithObjectsAndKeys:value, propertylist::kUidKey, nil];
-    }
+- (id)initWithTimeIntervalSinceReferenceDate:(NSTimeInterval)seconds {
+    (void)seconds;
     return self;
 }
 
-- (void)dealloc {
-    [_entry release];
-    [super dealloc];
+- (NSTimeInterval)timeIntervalSinceReferenceDate {
+    return NAN;
 }
 
-- (unsigned long long)uid {
-    return [[_entry objectForKey:propertylist::kUidKey] unsignedLongLongValue];
+- (BOOL)isEqual:(id)other {
+    return [other isKindOfClass:[KSUndefinedDate class]];
 }
 
-- (NSUInteger)count {
-    return [_entry count];
+- (NSUInteger)hash {
+    return 0;
 }
 
-- (id)objectForKey:(id)key {
-    return [_entry objectForKey:key];
-}
-
-- (NSEnumerator*)keyEnumerator {
-    return [_entry keyEnumerator];
-}
-
-- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
-                                  objects:(id*)objects
-                                    count:(NSUInteger)count {
-    return [_entry countByEnumeratingWithState:state objects:objects count:count];
+- (NSString*)description {
+    return @"(undefined)";
 }
 
 - (id)copyWithZone:(NSZone*)zone {
@@ -61,8 +45,11 @@ namespace propertylist {
 
 namespace {
 
-constexpr const char* kIntegerTypes = "cCsSiIlLqQ";
-constexpr const char* kRealTypes = "fd";
+NSString* const kUidKey = @"CF$UID";
+
+bool IsAscii(std::string_view bytes) {
+    return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) != 0; });
+}
 
 Kind KindOfNumber(NSNumber* number) {
     static const Class booleanClass = [[NSNumber numberWithBool:YES] class];
@@ -70,14 +57,9 @@ Kind KindOfNumber(NSNumber* number) {
         return Kind::Boolean;
     }
     const char type = *[number objCType];
-    if (type != '\0' && std::strchr(kIntegerTypes, type) != nullptr) {
-        return Kind::Integer;
-    }
-    return type != '\0' && std::strchr(kRealTypes, type) != nullptr ? Kind::Real : Kind::Unsuitable;
-}
-
-bool IsAscii(std::string_view bytes) {
-    return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) != 0; });
+    return std::strchr("fd", type) != nullptr           ? Kind::Real
+           : std::strchr("cCsSiIlLqQ", type) != nullptr ? Kind::Integer
+                                                        : Kind::Unsuitable;
 }
 
 }  // namespace
@@ -90,7 +72,11 @@ Kind KindOf(id value) {
         return KindOfNumber(value);
     }
     if ([value isKindOfClass:[NSDictionary class]]) {
-        return [value isKindOfClass:[KSPropertyListUID class]] ? Kind::Uid : Kind::Dictionary;
+        id uid = [value count] == 1 ? [value objectForKey:kUidKey] : nil;
+        const bool isUid = [uid isKindOfClass:[NSNumber class]] &&
+                           KindOfNumber(uid) == Kind::Integer && !IsNegative(uid) &&
+                           [uid unsignedLongLongValue] <= UINT32_MAX;
+        return isUid ? Kind::Uid : Kind::Dictionary;
     }
     if ([value isKindOfClass:[NSArray class]]) {
         return Kind::Array;
@@ -99,6 +85,15 @@ Kind KindOf(id value) {
         return Kind::Data;
     }
     return [value isKindOfClass:[NSDate class]] ? Kind::Date : Kind::Unsuitable;
+}
+
+std::uint32_t UidIn(NSDictionary* dictionary) {
+    return static_cast<std::uint32_t>([[dictionary objectForKey:kUidKey] longLongValue]);
+}
+
+NSDictionary* NewUid(std::uint32_t uid) {
+    return [[NSDictionary alloc]
+        initWithObjectsAndKeys:[NSNumber numberWithUnsignedInt:uid], kUidKey, nil];
 }
 
 bool IsNegative(NSNumber* integer) {
@@ -112,25 +107,13 @@ void GetText(NSString* string, std::u16string& text) {
                     range:NSMakeRange(0, text.size())];
 }
 
-bool GetAscii(std::u16string_view text, std::string& bytes) {
-    bytes.clear();
-    bytes.reserve(text.size());
-    for (const char16_t unit : text) {
-        if (unit >= 0x80) {
-            return false;
-        }
-        bytes += static_cast<char>(unit);
-    }
-    return true;
-}
-
 bool GetEntries(NSDictionary* dictionary, std::vector<Entry>& entries) {
     entries.reserve([dictionary count]);
     for (id key in [dictionary keyEnumerator]) {
-        if (![key isKindOfClass:[NSString class]]) {
+        if (KindOf(key) != Kind::String) {
             return false;
         }
-        entries.push_back({{}, key, [dictionary objectForKey:key]});
+        entries.push_back({{}, [dictionary objectForKey:key]});
         GetText(key, entries.back().key);
     }
     std::sort(entries.begin(), entries.end(),
@@ -144,29 +127,53 @@ References::~References() {
     }
 }
 
+bool References::Add(id owned) {
+    if (owned != nil) {
+        objects_.push_back(owned);
+    }
+    return owned != nil;
+}
+
+void References::Reverse() {
+    std::reverse(objects_.begin(), objects_.end());
+}
+
 Maker::Maker(NSPropertyListMutabilityOptions options)
     : mutableContainers_(options != NSPropertyListImmutable),
       mutableLeaves_((options & NSPropertyListMutableContainersAndLeaves) != 0) {}
 
-NSString* Maker::NewAscii(std::string_view ascii) const {
-    return [[(mutableLeaves_ ? [NSMutableString class] : [NSString class]) alloc]
-        initWithBytes:ascii.data()
-               length:ascii.size()
-             encoding:NSASCIIStringEncoding];
-}
-
 NSString* Maker::NewText(std::u16string_view text) const {
-    return [[(mutableLeaves_ ? [NSMutableString class] : [NSString class]) alloc]
+    NSString* string = [[(mutableLeaves_ ? [NSMutableString class] : [NSString class]) alloc]
         initWithCharacters:reinterpret_cast<const unichar*>(text.data())
                     length:text.size()];
+    return string != nil ? string : NewBroken(text);
+}
+
+/// GNUstep makes no string with half a surrogate pair, but keeps one that is put in.
+NSString* Maker::NewBroken(std::u16string_view text) const {
+    NSMutableString* string = [[NSMutableString alloc] init];
+    for (const char16_t unit : text) {
+        [string appendFormat:@"%C", static_cast<unichar>(unit)];
+    }
+    return mutableLeaves_ ? string : [[string autorelease] copy];
+}
+
+NSString* Maker::NewLatin1(std::string_view bytes) const {
+    return [[(mutableLeaves_ ? [NSMutableString class] : [NSString class]) alloc]
+        initWithBytes:bytes.data()
+               length:bytes.size()
+             encoding:IsAscii(bytes) ? NSASCIIStringEncoding : NSISOLatin1StringEncoding];
 }
 
 NSString* Maker::NewUtf8(std::string_view bytes) const {
     if (IsAscii(bytes)) {
-        return NewAscii(bytes);
+        return NewLatin1(bytes);
     }
     std::u16string text;
-    return DecodeUtf8(bytes, text) ? NewText(text) : nil;
+    if (!DecodeUtf8(bytes, text)) {
+        return nil;
+    }
+    return NewText(std::u16string_view(text).substr(text[0] == u'\uFEFF' ? 1 : 0));
 }
 
 NSData* Maker::NewData(std::string_view bytes) const {
@@ -186,6 +193,11 @@ NSDictionary* Maker::NewDictionary(const References& keys, const References& val
         initWithObjects:values.data()
                 forKeys:keys.data()
                   count:values.size()];
+}
+
+NSDate* Maker::NewDate(double seconds) {
+    return std::isnan(seconds) ? [[KSUndefinedDate alloc] init]
+                               : [[NSDate alloc] initWithTimeIntervalSinceReferenceDate:seconds];
 }
 
 }  // namespace propertylist

@@ -1,34 +1,79 @@
-#include "linux/corrections/propertylist/XMLReader.h"
+// Apple reads XML lists without an XML parser, and so do we: what it takes and refuses beyond XML
+// is taken and refused here.
+#include <glib.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <charconv>
 
-#include "linux/corrections/propertylist/Base64.h"
 #include "linux/corrections/propertylist/Calendar.h"
-#include "linux/corrections/propertylist/Numbers.h"
-#include "linux/corrections/propertylist/Unicode.h"
+#include "linux/corrections/propertylist/Formats.h"
+#include "linux/corrections/propertylist/Text.h"
 
 namespace propertylist {
 
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-constexpr Problem kUnexpectedEnd = "The XML property list ends too early.";
+constexpr Problem kUnexpected = "The XML property list has something else where an element should "
+                                "stand, or ends too early.";
 
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+bool IsSpace(char character) {
+    return static_cast<unsigned char>(character) <= ' ' || character == '\x7F';
 }
 
-id NewDate(std::string_view text) {
-    double seconds = 0;
-    if (!MomentFromText(text, seconds)) {
+/// A group of four characters that is cut off is dropped, and so is everything that is no Base64.
+/// @return false when there is a character that is not ASCII
+bool DecodeBase64(std::string_view text, std::string& bytes) {
+    bytes.clear();
+    bytes.reserve(text.size() / 4 * 3);
+    std::uint32_t group = 0;
+    unsigned digits = 0;
+    unsigned padding = 0;
+    for (const char character : text) {
+        const int value = g_ascii_isupper(character)   ? character - 'A'
+                          : g_ascii_islower(character) ? character - 'a' + 26
+                          : g_ascii_isdigit(character) ? character - '0' + 52
+                          : character == '+'           ? 62
+                          : character == '/'           ? 63
+                          : character == '='           ? 0
+                                                       : -1;
+        if (character == '=') {
+            ++padding;
+        } else if (!g_ascii_isspace(character) && character != '\v') {
+            padding = 0;
+        }
+        if ((character & 0x80) != 0) {
+            return false;
+        }
+        if (value < 0) {
+            continue;
+        }
+        group = (group << 6) | static_cast<std::uint32_t>(value);
+        if (++digits % 4 == 0) {
+            const char three[] = {static_cast<char>(group >> 16), static_cast<char>(group >> 8),
+                                  static_cast<char>(group)};
+            bytes.append(three, 3 - std::min(padding, 2U));
+        }
+    }
+    return true;
+}
+
+/// @return nil when the text is no number
+NSNumber* NewReal(std::string_view text) {
+    const std::string number(std::find_if_not(text.begin(), text.end(), IsSpace), text.end());
+    const std::size_t sign = std::min(number.find_first_not_of("+-"), number.size());
+    const char* const name = number.c_str() + sign;
+    const bool isNamed =
+        number.size() == text.size() && sign < 2 &&
+        (g_ascii_strcasecmp(name, "inf") == 0 || g_ascii_strcasecmp(name, "infinity") == 0 ||
+         (sign == 0 && g_ascii_strcasecmp(name, "nan") == 0));
+    char* end = nullptr;
+    const double real = g_ascii_strtod(number.c_str(), &end);
+    if (number.empty() || end != number.c_str() + number.size() ||
+        (!isNamed && number.find_first_not_of("0123456789.+-eE") != number.npos)) {
         return nil;
     }
-    return [[NSDate alloc] initWithTimeIntervalSinceReferenceDate:seconds];
+    return [[NSNumber alloc] initWithDouble:real];
 }
 
 class Reader {
@@ -40,40 +85,32 @@ class Reader {
     Problem WhatIsWrong() const { return problem_; }
 
   private:
-    struct Tag {
-        std::string_view name;
-        bool closes;
-        bool isEmpty;
-    };
-
-    bool Fail(Problem problem) {
-        problem_ = problem;
-        return false;
-    }
-    id FailNil(Problem problem) {
-        problem_ = problem;
-        return nil;
+    /// The first problem counts. Converts to nil and to false.
+    std::nullptr_t Fail(Problem problem) {
+        problem_ = problem_ == nullptr ? problem : problem_;
+        return nullptr;
     }
 
-    bool StartsWith(std::string_view start) const {
-        return text_.compare(at_, start.size(), start) == 0;
+    bool Has(std::string_view start) const { return text_.compare(at_, start.size(), start) == 0; }
+    void SkipBlanks() { at_ = std::min(text_.find_first_not_of(kBlanks, at_), text_.size()); }
+    void SkipSpaces() {
+        while (at_ < text_.size() && IsSpace(text_[at_])) {
+            ++at_;
+        }
     }
-    bool SkipPast(std::string_view end);
-    bool SkipDocumentType();
-    bool SkipOther();
-    bool ReadTag(Tag& tag);
-    bool ReadClosingTag(std::string_view name);
+    bool SkipPast(std::string_view end, std::size_t from);
+    bool Close(std::string_view name);
     bool ReadReference();
-    bool ReadText(const Tag& tag, std::string_view& text);
+    bool ReadText(std::string_view& text);
+    std::string_view ReadRaw();
 
-    id NewList();
-    id NewValue(const Tag& tag, unsigned depth);
-    id NewNumberOrDate(const Tag& tag);
-    id NewBoolean(const Tag& tag, BOOL value);
-    id NewString(const Tag& tag, const Maker& maker);
-    id NewData(const Tag& tag);
-    id NewArray(const Tag& tag, unsigned depth);
-    id NewDictionary(const Tag& tag, unsigned depth);
+    id NewContent(unsigned depth, bool* isKey = nullptr);
+    id NewElement(unsigned depth, bool* isKey);
+    id NewValue(std::string_view name, unsigned depth, const Maker& maker);
+    id NewOnly(unsigned depth);
+    id NewInteger();
+    id NewArray(unsigned depth);
+    id NewDictionary(unsigned depth);
 
     std::string_view text_;
     Maker maker_;
@@ -83,336 +120,282 @@ class Reader {
     std::string gathered_;
 };
 
-bool Reader::SkipPast(std::string_view end) {
-    const std::size_t found = text_.find(end, at_);
-    if (found == std::string_view::npos) {
-        return Fail(kUnexpectedEnd);
+bool Reader::SkipPast(std::string_view end, std::size_t from) {
+    const std::size_t found = text_.find(end, from);
+    if (found == text_.npos) {
+        return Fail(kUnexpected) != nullptr;
     }
     at_ = found + end.size();
     return true;
 }
 
-/// Passes over a document type with all declarations that stand in it.
-bool Reader::SkipDocumentType() {
-    bool isInside = false;
-    while (at_ < text_.size()) {
-        const char next = text_[at_];
-        if (StartsWith("<!--") || StartsWith("<?")) {
-            if (!SkipPast(StartsWith("<?") ? "?>" : "-->")) {
-                return false;
-            }
-        } else if (next == '"' || next == '\'') {
-            ++at_;
-            if (!SkipPast(std::string_view(&next, 1))) {
-                return false;
-            }
-        } else {
-            ++at_;
-            if (next == '>' && !isInside) {
-                return true;
-            }
-            isInside = next == '[' || (isInside && next != ']');
-        }
-    }
-    return Fail(kUnexpectedEnd);
-}
-
-/// Passes over blanks and everything that is no element.
-bool Reader::SkipOther() {
+/// Passes over everything that stands before the root, an internal subset of the document type
+/// excepted: Apple stumbles over it.
+id Reader::NewRoot() {
     for (;;) {
-        at_ = std::min(text_.find_first_not_of(kBlanks, at_), text_.size());
-        bool skipped = false;
-        if (StartsWith("<!--")) {
-            skipped = SkipPast("-->");
-        } else if (StartsWith("<?")) {
-            skipped = SkipPast("?>");
-        } else if (StartsWith("<!DOCTYPE")) {
-            skipped = SkipDocumentType();
+        SkipBlanks();
+        if (Has("<?") || Has("<!--")) {
+            if (!SkipPast(Has("<?") ? "?>" : "-->", at_ + (Has("<?") ? 2 : 4))) {
+                return nil;
+            }
+        } else if (Has("<!DOCTYPE")) {
+            const std::size_t end = text_.find_first_of("[>", at_);
+            if (end == text_.npos || text_[end] == '[') {
+                return Fail("The XML property list has a document type with declarations in it.");
+            }
+            at_ = end + 1;
+        } else if (Has("<")) {
+            ++at_;
+            return NewElement(Has("plist") ? 0 : 1, nullptr);
         } else {
-            return true;
-        }
-        if (!skipped) {
-            return false;
+            return Fail(kUnexpected);
         }
     }
 }
 
-/// Reads the tag that has to stand here; its attributes do not matter.
-bool Reader::ReadTag(Tag& tag) {
-    if (at_ >= text_.size()) {
-        return Fail(kUnexpectedEnd);
+/// The next element inside of another one.
+/// @param isKey  not null where a key should stand; gets whether one does
+/// @return nil, without a problem, at a closing tag
+id Reader::NewContent(unsigned depth, bool* isKey) {
+    for (;;) {
+        SkipBlanks();
+        if (Has("</")) {
+            return nil;
+        }
+        // Two characters of the start may serve for the end.
+        if (Has("<?") || Has("<!--")) {
+            if (!SkipPast(Has("<?") ? "?>" : "-->", at_ + (Has("<?") ? 1 : 3))) {
+                return nil;
+            }
+        } else if (Has("<") && !Has("<!")) {
+            ++at_;
+            return NewElement(depth, isKey);
+        } else {
+            return Fail(kUnexpected);
+        }
     }
-    if (text_[at_] != '<') {
-        return Fail("The XML property list has text where a tag is expected.");
+}
+
+/// Reads an element from behind its opening bracket. Attributes do not matter.
+/// @param depth  its level, 1 for the root
+id Reader::NewElement(unsigned depth, bool* isKey) {
+    const std::size_t end = text_.find('>', at_);
+    if (end == text_.npos) {
+        return Fail(kUnexpected);
     }
-    ++at_;
-    tag.closes = StartsWith("/");
-    at_ += tag.closes ? 1 : 0;
+    const std::string_view tag = text_.substr(at_, end - at_);
+    const bool isEmpty = !tag.empty() && tag.back() == '/';
+    const std::string_view name =
+        tag.substr(0, std::min(tag.find_first_of(kBlanks), tag.size() - (isEmpty ? 1 : 0)));
+    at_ = end + 1;
+    if (isKey != nullptr) {
+        *isKey = name == "key";
+    }
+    const Maker& maker = isKey != nullptr ? keyMaker_ : maker_;
+    if (isEmpty) {
+        return name == "array"                     ? maker.NewArray({})
+               : name == "dict"                    ? maker.NewDictionary({}, {})
+               : name == "string" || name == "key" ? maker.NewLatin1({})
+               : name == "true" || name == "false"
+                   ? [[NSNumber numberWithBool:name == "true"] retain]
+                   : static_cast<id>(Fail("The XML property list has an element that may not be "
+                                          "empty, or is unknown."));
+    }
+    id value = NewValue(name, depth, maker);
+    if (value == nil || Close(name)) {
+        return value;
+    }
+    [value release];
+    return nil;
+}
+
+bool Reader::Close(std::string_view name) {
+    bool closed = Has("</");
+    at_ += closed ? 2 : 0;
+    closed = closed && Has(name);
+    at_ += closed ? name.size() : 0;
+    SkipBlanks();
+    closed = closed && Has(">");
+    at_ += closed ? 1 : 0;
+    return closed || Fail("The XML property list has an element that is not closed.") != nullptr;
+}
+
+/// Reads up to the closing tag.
+id Reader::NewValue(std::string_view name, unsigned depth, const Maker& maker) {
+    std::string_view text;
+    if (name == "plist" || name == "array" || name == "dict") {
+        if (depth > kDeepestNesting) {
+            return Fail(kTooDeep);
+        }
+        return name == "plist"   ? NewOnly(depth + 1)
+               : name == "array" ? NewArray(depth + 1)
+                                 : NewDictionary(depth + 1);
+    }
+    if (name == "string" || name == "key") {
+        id string = ReadText(text) ? maker.NewUtf8(text) : nil;
+        return string != nil ? string : Fail("The XML property list has text that is no UTF-8.");
+    }
+    if (name == "true" || name == "false") {
+        return [[NSNumber numberWithBool:name == "true"] retain];
+    }
+    if (name == "integer") {
+        return NewInteger();
+    }
+    if (name == "real") {
+        id real = ReadText(text) ? NewReal(text) : nil;
+        return real != nil ? real : Fail("The XML property list has a damaged number.");
+    }
+    if (name == "date") {
+        double seconds = 0;
+        return MomentFromText(ReadRaw(), seconds)
+                   ? Maker::NewDate(seconds)
+                   : static_cast<id>(Fail("The XML property list has a damaged date."));
+    }
+    if (name == "data") {
+        return DecodeBase64(ReadRaw(), gathered_)
+                   ? maker.NewData(gathered_)
+                   : static_cast<id>(Fail("The XML property list has damaged data."));
+    }
+    return Fail("The XML property list has an element of unknown name.");
+}
+
+/// Everything before the next tag.
+std::string_view Reader::ReadRaw() {
     const std::size_t start = at_;
-    at_ = std::min(text_.find_first_of(" \t\r\n/>", at_), text_.size());
-    tag.name = text_.substr(start, at_ - start);
-    while (at_ < text_.size() && text_[at_] != '>') {
-        const char next = text_[at_++];
-        if ((next == '"' || next == '\'') && !SkipPast(std::string_view(&next, 1))) {
-            return false;
-        }
-    }
-    if (at_ >= text_.size()) {
-        return Fail(kUnexpectedEnd);
-    }
-    tag.isEmpty = !tag.closes && text_[at_ - 1] == '/';
-    ++at_;
-    return true;
+    at_ = std::min(text_.find('<', at_), text_.size());
+    return text_.substr(start, at_ - start);
 }
 
-bool Reader::ReadClosingTag(std::string_view name) {
-    Tag tag;
-    if (!ReadTag(tag)) {
-        return false;
-    }
-    return (tag.closes && tag.name == name) ||
-           Fail("An element of the XML property list is not closed where it should be.");
-}
+/// @param text  is valid until the next call
+bool Reader::ReadText(std::string_view& text) {
+    constexpr std::string_view kSection = "<![CDATA[";
 
-/// Appends the character that a reference such as &amp; or &#x41; stands for.
-bool Reader::ReadReference() {
-    struct Entity {
-        std::string_view name;
-        char character;
-    };
-    constexpr Entity kEntities[] = {
-        {"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}};
-    constexpr std::size_t kLongest = 12;
-
-    const std::string_view rest = text_.substr(at_ + 1, kLongest);
-    const std::string_view name = rest.substr(0, rest.find(';'));
-    if (name.size() == rest.size()) {
-        return Fail("The XML property list has an ampersand that begins no reference.");
-    }
-    at_ += name.size() + 2;
-    for (const Entity& entity : kEntities) {
-        if (name == entity.name) {
-            gathered_ += entity.character;
-            return true;
-        }
-    }
-    const bool isHex = name.substr(0, 2) == "#x";
-    const std::string digits(name.substr(std::min<std::size_t>(name.size(), isHex ? 2 : 1)));
-    const char* allowed = isHex ? "0123456789abcdefABCDEF" : "0123456789";
-    if (name.substr(0, 1) != "#" || digits.empty() ||
-        digits.find_first_not_of(allowed) != std::string::npos) {
-        return Fail("The XML property list has a reference to an unknown entity.");
-    }
-    const unsigned long character = std::strtoul(digits.c_str(), nullptr, isHex ? 16 : 10);
-    if (character == 0 || character > 0x10FFFF || (character >= 0xD800 && character <= 0xDFFF)) {
-        return Fail("The XML property list has a reference to no character.");
-    }
-    AppendUtf8(static_cast<char32_t>(character), gathered_);
-    return true;
-}
-
-/// Reads the text of an element and its closing tag.
-/// @param text  gets the text; it is valid until the next call
-bool Reader::ReadText(const Tag& tag, std::string_view& text) {
-    constexpr std::string_view kSectionStart = "<![CDATA[";
-    constexpr std::string_view kSectionEnd = "]]>";
-
-    text = {};
-    if (tag.isEmpty) {
-        return true;
-    }
     gathered_.clear();
     for (;;) {
-        const std::size_t end = text_.find_first_of("<&", at_);
-        if (end == std::string_view::npos) {
-            return Fail(kUnexpectedEnd);
+        const std::size_t start = at_;
+        while (at_ < text_.size() && text_[at_] != '<' && text_[at_] != '&') {
+            ++at_;
         }
-        const std::string_view run = text_.substr(at_, end - at_);
-        at_ = end;
-        if (text_[at_] == '&') {
-            gathered_ += run;
+        text = text_.substr(start, at_ - start);
+        const bool isReference = Has("&");
+        if (!isReference && !Has("<!")) {
+            if (!gathered_.empty()) {
+                text = gathered_.append(text);
+            }
+            return true;
+        }
+        gathered_ += text;
+        if (isReference) {
             if (!ReadReference()) {
                 return false;
             }
-        } else if (StartsWith(kSectionStart)) {
-            gathered_ += run;
-            const std::size_t start = at_ + kSectionStart.size();
-            if (!SkipPast(kSectionEnd)) {
-                return false;
-            }
-            gathered_ += text_.substr(start, at_ - kSectionEnd.size() - start);
-        } else if (StartsWith("<!--") || StartsWith("<?")) {
-            gathered_ += run;
-            if (!SkipPast(StartsWith("<?") ? "?>" : "-->")) {
-                return false;
-            }
-        } else if (gathered_.empty()) {
-            text = run;
-            return ReadClosingTag(tag.name);
-        } else {
-            gathered_ += run;
-            text = gathered_;
-            return ReadClosingTag(tag.name);
+            continue;
+        }
+        const std::size_t content = at_ + kSection.size();
+        if (!Has(kSection) || !SkipPast("]]>", content)) {
+            return Fail(kUnexpected) != nullptr;
+        }
+        gathered_ += text_.substr(content, at_ - 3 - content);
+    }
+}
+
+/// Gathers the character that a reference stands for.
+bool Reader::ReadReference() {
+    constexpr std::pair<std::string_view, char> kEntities[] = {
+        {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
+    constexpr Problem kUnknown = "The XML property list has a reference to nothing known.";
+    constexpr unsigned kMostDigits = 8;
+
+    for (const auto& [name, character] : kEntities) {
+        if (Has(name)) {
+            gathered_ += character;
+            at_ += name.size();
+            return true;
         }
     }
-}
-
-id Reader::NewRoot() {
-    id root = NewList();
-    if (root != nil && (!SkipOther() || at_ < text_.size())) {
-        [root release];
-        return FailNil("The XML property list has something after its end.");
+    const bool isHex = Has("&#x");
+    if (!Has("&#")) {
+        return Fail(kUnknown) != nullptr;
     }
-    return root;
-}
-
-/// Reads the root value, with or without the element "plist" around it.
-id Reader::NewList() {
-    Tag tag;
-    if (!SkipOther() || !ReadTag(tag)) {
-        return nil;
-    }
-    if (tag.name != "plist" || tag.closes) {
-        return NewValue(tag, 0);
-    }
-    if (tag.isEmpty) {
-        return FailNil("The XML property list is empty.");
-    }
-    if (!SkipOther() || !ReadTag(tag)) {
-        return nil;
-    }
-    id root = NewValue(tag, 0);
-    if (root != nil && (!SkipOther() || !ReadClosingTag("plist"))) {
-        [root release];
-        return nil;
-    }
-    return root;
-}
-
-/// @param depth  the number of containers around the value
-id Reader::NewValue(const Tag& tag, unsigned depth) {
-    if (tag.closes) {
-        return FailNil("The XML property list closes an element that is not open.");
-    }
-    if (tag.name == "dict" || tag.name == "array") {
-        if (depth >= kDeepestNesting) {
-            return FailNil("The property list is nested too deep.");
+    at_ += isHex ? 3 : 2;
+    std::uint32_t number = 0;
+    for (unsigned digits = 0; !Has(";"); ++digits, ++at_) {
+        const int value = at_ < text_.size() ? g_ascii_xdigit_value(text_[at_]) : -1;
+        if (value < 0 || (value > 9 && !isHex) || digits == kMostDigits) {
+            return Fail(kUnknown) != nullptr;
         }
-        return tag.name == "dict" ? NewDictionary(tag, depth) : NewArray(tag, depth);
+        number = number * (isHex ? 16 : 10) + static_cast<std::uint32_t>(value);
     }
-    if (tag.name == "string") {
-        return NewString(tag, maker_);
+    ++at_;
+    if (number > 0x10FFFF || (number >= 0xD800 && number <= 0xDFFF)) {
+        return Fail(kUnknown) != nullptr;
     }
-    if (tag.name == "true" || tag.name == "false") {
-        return NewBoolean(tag, tag.name == "true");
-    }
-    if (tag.name == "data") {
-        return NewData(tag);
-    }
-    if (tag.name == "integer" || tag.name == "real" || tag.name == "date") {
-        return NewNumberOrDate(tag);
-    }
-    return FailNil("The XML property list has an element of unknown name.");
+    char utf8[6];
+    gathered_.append(utf8, static_cast<std::size_t>(g_unichar_to_utf8(number, utf8)));
+    return true;
 }
 
-id Reader::NewNumberOrDate(const Tag& tag) {
-    std::string_view text;
-    if (!ReadText(tag, text)) {
-        return nil;
-    }
-    text = Trimmed(text);
-    id value = tag.name == "integer" ? NewInteger(text)
-               : tag.name == "real"  ? NewReal(text)
-                                     : NewDate(text);
-    return value != nil ? value : FailNil("The XML property list has a damaged number or date.");
-}
-
-id Reader::NewBoolean(const Tag& tag, BOOL value) {
-    std::string_view text;
-    if (!ReadText(tag, text)) {
-        return nil;
-    }
-    if (!Trimmed(text).empty()) {
-        return FailNil("The XML property list has a boolean with text in it.");
-    }
-    return [[NSNumber numberWithBool:value] retain];
-}
-
-id Reader::NewString(const Tag& tag, const Maker& maker) {
-    std::string_view text;
-    if (!ReadText(tag, text)) {
-        return nil;
-    }
-    NSString* string = maker.NewUtf8(text);
-    return string != nil ? string : FailNil("The XML property list has text that is no UTF-8.");
-}
-
-id Reader::NewData(const Tag& tag) {
-    std::string_view text;
-    if (!ReadText(tag, text)) {
-        return nil;
-    }
-    std::string bytes;
-    if (!DecodeBase64(text, bytes)) {
-        return FailNil("The XML property list has damaged data.");
-    }
-    return maker_.NewData(bytes);
-}
-
-id Reader::NewArray(const Tag& tag, unsigned depth) {
+id Reader::NewOnly(unsigned depth) {
     References values;
-    for (Tag next = {"array", true, true}; !tag.isEmpty;) {
-        if (!SkipOther() || !ReadTag(next)) {
-            return nil;
-        }
-        if (next.closes && next.name == tag.name) {
-            break;
-        }
-        id value = NewValue(next, depth + 1);
-        if (value == nil) {
-            return nil;
-        }
-        values.Add(value);
+    while (values.Add(NewContent(depth))) {
     }
-    return maker_.NewArray(values);
+    if (values.size() != 1) {
+        return Fail("The XML property list has no root, or several.");
+    }
+    return problem_ == nullptr ? [*values.data() retain] : nil;
 }
 
-id Reader::NewDictionary(const Tag& tag, unsigned depth) {
+/// Blanks may stand before the sign and before the digits, not behind them.
+id Reader::NewInteger() {
+    SkipSpaces();
+    const bool negative = Has("-");
+    if (negative || Has("+")) {
+        ++at_;
+        SkipSpaces();
+    }
+    const bool isHex = Has("0x") || Has("0X");
+    at_ += isHex ? 2 : 0;
+    std::uint64_t number = 0;
+    const auto [end, error] =
+        std::from_chars(text_.data() + at_, text_.data() + text_.size(), number, isHex ? 16 : 10);
+    if (error != std::errc() || (negative && number > 1ULL << 63)) {
+        return Fail("The XML property list has a damaged integer.");
+    }
+    at_ = static_cast<std::size_t>(end - text_.data());
+    if (negative) {
+        return [[NSNumber alloc] initWithLongLong:static_cast<std::int64_t>(0 - number)];
+    }
+    return [[NSNumber alloc] initWithUnsignedLongLong:number];
+}
+
+id Reader::NewArray(unsigned depth) {
+    References values;
+    while (values.Add(NewContent(depth))) {
+    }
+    return problem_ == nullptr ? maker_.NewArray(values) : nil;
+}
+
+id Reader::NewDictionary(unsigned depth) {
     References keys;
     References values;
-    Tag next;
-    while (!tag.isEmpty) {
-        if (!SkipOther() || !ReadTag(next)) {
-            return nil;
+    for (bool isKey = false; keys.Add(NewContent(depth, &isKey));) {
+        if (!isKey || !values.Add(NewContent(depth))) {
+            return Fail("The XML property list has a dictionary with a key or a value missing.");
         }
-        if (next.closes && next.name == tag.name) {
-            break;
-        }
-        if (next.name != "key" || next.closes) {
-            return FailNil("The XML property list has a dictionary with a value but no key.");
-        }
-        id key = NewString(next, keyMaker_);
-        if (key == nil) {
-            return nil;
-        }
-        keys.Add(key);
-        if (!SkipOther() || !ReadTag(next)) {
-            return nil;
-        }
-        if (next.closes) {
-            return FailNil("The XML property list has a dictionary with a key but no value.");
-        }
-        id value = NewValue(next, depth + 1);
-        if (value == nil) {
-            return nil;
-        }
-        values.Add(value);
     }
-    if (keys.size() == 1 && [keys[0] isEqual:kUidKey] && KindOf(values[0]) == Kind::Integer &&
-        !IsNegative(values[0])) {
-        return [[KSPropertyListUID alloc] initWithUID:[values[0] unsignedLongLongValue]];
+    if (problem_ != nullptr) {
+        return nil;
     }
-    return maker_.NewDictionary(keys, values);
+    NSDictionary* dictionary = maker_.NewDictionary(keys, values);
+    // A real makes a reference as well, and a number beyond 32 bits wraps around.
+    id uid = [dictionary count] == 1 ? [dictionary objectForKey:@"CF$UID"] : nil;
+    const Kind kind = KindOf(uid);
+    if (kind != Kind::Integer && kind != Kind::Real) {
+        return dictionary;
+    }
+    const std::uint32_t number = UidIn(dictionary);
+    [dictionary release];
+    return NewUid(number);
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
-#include "linux/corrections/propertylist/XMLWriter.h"
+#include <glib.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 
-#include "linux/corrections/propertylist/Base64.h"
 #include "linux/corrections/propertylist/Calendar.h"
-#include "linux/corrections/propertylist/Unicode.h"
+#include "linux/corrections/propertylist/Formats.h"
+#include "linux/corrections/propertylist/Text.h"
 
 namespace propertylist {
 
@@ -18,18 +18,18 @@ constexpr const char* kStart = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                                "<plist version=\"1.0\">\n";
 constexpr const char* kEnd = "</plist>\n";
 
-void AppendReal(double real, std::string& text) {
-    if (std::isnan(real)) {
-        text += "nan";
-    } else if (std::isinf(real)) {
-        text += real > 0 ? "+infinity" : "-infinity";
-    } else if (real == 0) {
-        text += std::signbit(real) ? "-0.0" : "0.0";
-    } else {
-        char number[32];
-        std::snprintf(number, sizeof number, "%.17g", real);
-        text += number;
+std::string RealText(double real) {
+    if (!std::isfinite(real) || real == 0) {
+        return std::isnan(real) ? "nan" : real == 0 ? "0.0" : real > 0 ? "+infinity" : "-infinity";
     }
+    char text[32];
+    std::snprintf(text, sizeof text, "%.17g", real);
+    return text;
+}
+
+std::string IntegerText(NSNumber* integer) {
+    return IsNegative(integer) ? std::to_string([integer longLongValue])
+                               : std::to_string([integer unsignedLongLongValue]);
 }
 
 class Writer {
@@ -48,9 +48,11 @@ class Writer {
     void Line(unsigned depth, const char* text) {
         out_.append(depth, '\t').append(text).append("\n");
     }
-    bool WriteElement(const char* name, std::u16string_view text, unsigned depth);
-    void WriteInteger(NSNumber* integer, unsigned depth);
-    void WriteReal(NSNumber* real, unsigned depth);
+    void Element(unsigned depth, const char* name, std::string_view text) {
+        out_.append(depth, '\t').append("<").append(name).append(">").append(text);
+        out_.append("</").append(name).append(">\n");
+    }
+    bool WriteText(const char* name, std::u16string_view text, unsigned depth);
     bool WriteDate(NSDate* date, unsigned depth);
     void WriteData(NSData* data, unsigned depth);
     bool WriteArray(NSArray* array, unsigned depth);
@@ -59,6 +61,7 @@ class Writer {
     std::string& out_;
     std::u16string text_;
     std::string bytes_;
+    std::string escaped_;
     Problem problem_ = nullptr;
 };
 
@@ -66,7 +69,7 @@ class Writer {
 bool Writer::Write(id value, unsigned depth) {
     const Kind kind = KindOf(value);
     if ((kind == Kind::Array || kind == Kind::Dictionary) && depth >= kDeepestNesting) {
-        return Fail("The property list is nested too deep, or contains itself.");
+        return Fail(kTooDeep);
     }
     switch (kind) {
         case Kind::Array:
@@ -83,68 +86,43 @@ bool Writer::Write(id value, unsigned depth) {
         case Kind::Uid:
             return WriteDictionary(value, depth);
         case Kind::Integer:
-            WriteInteger(value, depth);
+            Element(depth, "integer", IntegerText(value));
             return true;
         case Kind::Real:
-            WriteReal(value, depth);
+            Element(depth, "real", RealText([value doubleValue]));
             return true;
         case Kind::String:
             GetText(value, text_);
-            return WriteElement("string", text_, depth);
+            return WriteText("string", text_, depth);
         case Kind::Unsuitable:
             break;
     }
     return Fail("Property lists cannot contain an object of this class.");
 }
 
-bool Writer::WriteElement(const char* name, std::u16string_view text, unsigned depth) {
+bool Writer::WriteText(const char* name, std::u16string_view text, unsigned depth) {
     bytes_.clear();
+    escaped_.clear();
     if (!AppendUtf8(text, bytes_)) {
         return Fail("A string of the property list has half a surrogate pair.");
     }
-    out_.append(depth, '\t').append("<").append(name).append(">");
     for (const char character : bytes_) {
-        switch (character) {
-            case '&':
-                out_ += "&amp;";
-                break;
-            case '<':
-                out_ += "&lt;";
-                break;
-            case '>':
-                out_ += "&gt;";
-                break;
-            case '\r':
-                // A reader that follows XML would turn a bare one into a line feed.
-                out_ += "&#13;";
-                break;
-            default:
-                out_ += character;
+        if (character == '&' || character == '<' || character == '>') {
+            escaped_ += character == '&' ? "&amp;" : character == '<' ? "&lt;" : "&gt;";
+        } else {
+            escaped_ += character;
         }
     }
-    out_.append("</").append(name).append(">\n");
+    Element(depth, name, escaped_);
     return true;
 }
 
-void Writer::WriteInteger(NSNumber* integer, unsigned depth) {
-    out_.append(depth, '\t').append("<integer>");
-    out_ += IsNegative(integer) ? std::to_string([integer longLongValue])
-                                : std::to_string([integer unsignedLongLongValue]);
-    out_ += "</integer>\n";
-}
-
-void Writer::WriteReal(NSNumber* real, unsigned depth) {
-    out_.append(depth, '\t').append("<real>");
-    AppendReal([real doubleValue], out_);
-    out_ += "</real>\n";
-}
-
 bool Writer::WriteDate(NSDate* date, unsigned depth) {
-    out_.append(depth, '\t').append("<date>");
-    if (!AppendMoment([date timeIntervalSinceReferenceDate], out_)) {
+    std::string text;
+    if (!AppendMoment([date timeIntervalSinceReferenceDate], text)) {
         return Fail("A date of the property list is beyond any calendar.");
     }
-    out_ += "</date>\n";
+    Element(depth, "date", text);
     return true;
 }
 
@@ -153,9 +131,15 @@ void Writer::WriteData(NSData* data, unsigned depth) {
     constexpr unsigned kTabWidth = 8;
     constexpr unsigned kMostTabs = 8;
 
+    const unsigned tabs = std::min(depth, kMostTabs);
+    const std::size_t most = (kLineWidth - kTabWidth * tabs) / 4 * 3;
+    const auto* const bytes = static_cast<const guchar*>([data bytes]);
     Line(depth, "<data>");
-    AppendBase64({static_cast<const char*>([data bytes]), [data length]}, std::string(depth, '\t'),
-                 kLineWidth - kTabWidth * std::min(depth, kMostTabs), out_);
+    for (std::size_t at = 0; at < [data length]; at += most) {
+        gchar* const line = g_base64_encode(bytes + at, std::min(most, [data length] - at));
+        Line(tabs, line);
+        g_free(line);
+    }
     Line(depth, "</data>");
 }
 
@@ -185,7 +169,7 @@ bool Writer::WriteDictionary(NSDictionary* dictionary, unsigned depth) {
     }
     Line(depth, "<dict>");
     for (const Entry& entry : entries) {
-        if (!WriteElement("key", entry.key, depth + 1) || !Write(entry.value, depth + 1)) {
+        if (!WriteText("key", entry.key, depth + 1) || !Write(entry.value, depth + 1)) {
             return false;
         }
     }
