@@ -6,8 +6,8 @@ import sys
 
 from macroot import host
 from macroot.errors import Trouble
-from macroot.inside.cell import PATH
-from macroot.people import HOME
+from macroot.inside.namespace_programs import PATH
+from macroot.users import HOME
 
 CANNOT_WORK = 70
 VERDICTS = ("allow", "cancel", "refuse")

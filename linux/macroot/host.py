@@ -14,7 +14,7 @@ import subprocess
 import sys
 
 from macroot.errors import Trouble
-from macroot.people import ALEX, STAFF
+from macroot.users import ALEX, STAFF
 from macroot.user_namespace import enter_with_every_id
 
 NAMESPACES = "namespaces"

@@ -6,7 +6,7 @@ import subprocess
 
 from macroot.errors import Trouble
 from macroot.inside import supervisor  # noqa: F401  compiled here, where the result can be kept
-from macroot.inside.cell import process_namespace
+from macroot.inside.namespace_programs import process_namespace
 
 _PACKAGE = os.path.dirname(os.path.realpath(__file__))
 _PACKAGE_INSIDE = "/run/macroot/lib/macroot"

@@ -16,7 +16,7 @@ import tempfile
 
 from macroot.errors import Trouble
 from macroot.inside.supervisor import supervise
-from macroot.inside.traced import Traced
+from macroot.inside.proot_programs import Traced
 from macroot.namespaces import ETC_FROM_HOST, swapped_programs
 from macroot.tree import remove
 

@@ -7,7 +7,7 @@ import signal
 from macroot import keychain_file, mountpoints, namespaces, proot, sanitizers
 from macroot.errors import Trouble
 from macroot.host import NAMESPACES
-from macroot.inside import furniture
+from macroot.inside import layout
 
 _REPOSITORY = os.path.normpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 _INSTALLER = os.path.join(_REPOSITORY, "build/release/bin/KSExtensionInstaller")
@@ -16,7 +16,7 @@ _INSTALLER = os.path.join(_REPOSITORY, "build/release/bin/KSExtensionInstaller")
 _PROGRAM_FOLDER = "/run/program"
 _PRE_SCRIPT = "/run/macroot/pre"
 _COMMON_FOLDERS = {"/run/installer": os.path.dirname(_INSTALLER),
-                   furniture.FONT_CACHE: "/var/cache/fontconfig"}
+                   layout.FONT_CACHE: "/var/cache/fontconfig"}
 
 # What the host has in the same place.
 _SAME_INSIDE = ("/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/")

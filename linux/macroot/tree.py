@@ -6,7 +6,7 @@ import shutil
 from macroot.errors import Trouble
 from macroot.machines import MACHINES
 from macroot.machines.entries import Absent, File, Link
-from macroot.people import ALEX, ROOT, STAFF, WHEEL, is_alexs
+from macroot.users import ALEX, ROOT, STAFF, WHEEL, is_alexs
 
 _FOLDER_MODE = 0o755
 

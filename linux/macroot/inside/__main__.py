@@ -6,7 +6,7 @@ import sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "..", ".."))
 
-from macroot.inside.cell import Namespaces
+from macroot.inside.namespace_programs import Namespaces
 from macroot.inside.supervisor import supervise
 
 with open(int(sys.argv[1]), encoding="utf-8") as _written:

@@ -11,7 +11,7 @@ import os
 import socket
 import threading
 
-from macroot.inside.furniture import BROKER_SOCKET, roots_environment
+from macroot.inside.layout import BROKER_SOCKET, roots_environment
 from macroot.inside.write_bits import now
 
 

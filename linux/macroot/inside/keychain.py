@@ -9,7 +9,7 @@ import os
 import subprocess
 
 from macroot.errors import Trouble
-from macroot.inside.furniture import KEYCHAIN, keychain_environment
+from macroot.inside.layout import KEYCHAIN, keychain_environment
 
 _OTHER_PASSWORD = "not alex's"
 _STORE = "/run/macroot/lib/macroot/inside/keychain_store.py"

@@ -11,9 +11,9 @@ from macroot.inside import web
 from macroot.inside.broker import Broker
 from macroot.inside.disks import Disk
 from macroot.inside.display import Display
-from macroot.inside.furniture import MACROOT, alexs_environment, furnish, roots_environment
+from macroot.inside.layout import MACROOT, alexs_environment, lay_out, roots_environment
 from macroot.inside.keychain import Keychain
-from macroot.people import ALEX, STAFF
+from macroot.users import ALEX, STAFF
 
 _GRACE = 5  # seconds that a program has to end after a signal
 
@@ -31,7 +31,7 @@ def supervise(plan, cell, channels):
 
 
 def _supervise(plan, cell, channels, ending):
-    furnish(plan, cell)
+    lay_out(plan, cell)
     root, alex = roots_environment(plan), alexs_environment(plan)
     if plan["real_users"]:
         _own(plan["own"], cell, root)

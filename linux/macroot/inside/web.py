@@ -5,7 +5,7 @@ import struct
 import threading
 from http import HTTPStatus
 
-from macroot.inside.furniture import write
+from macroot.inside.layout import write
 
 _ADDRESS = "127.0.0.1"
 _HTTP, _DNS = 80, 53

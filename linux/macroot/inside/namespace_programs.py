@@ -6,7 +6,7 @@ import signal
 import subprocess
 
 from macroot.inside.write_bits import write_bits
-from macroot.people import ALEX, STAFF
+from macroot.users import ALEX, STAFF
 from macroot.user_namespace import enter_as
 
 UMASK = 0o022

@@ -2,8 +2,8 @@
 
 import os
 
-from macroot.people import ALEX, STAFF
-from macroot.inside.cell import PATH
+from macroot.users import ALEX, STAFF
+from macroot.inside.namespace_programs import PATH
 
 MACROOT = "/run/macroot"
 ALEXS_FOLDER = "/run/alex"
@@ -46,7 +46,7 @@ _FONTS = f"""<?xml version="1.0"?>
 """
 
 
-def furnish(plan, cell):
+def lay_out(plan, cell):
     """Writes the files and makes the folders."""
     home = plan["home"]
     accounts = (f"root:x:0:0:System Administrator:/var/root:/bin/sh\n"

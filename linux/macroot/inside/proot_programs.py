@@ -7,10 +7,10 @@ import subprocess
 import time
 
 from macroot.errors import Trouble
-from macroot.inside.cell import UMASK
+from macroot.inside.namespace_programs import UMASK
 from macroot.inside.old_system_calls import filter_young_calls
 from macroot.inside.write_bits import write_bits
-from macroot.people import ALEX, STAFF, is_beneath
+from macroot.users import ALEX, STAFF, is_beneath
 
 _INSIDE = "/run/macroot/lib/macroot/inside"
 _PATIENCE = 2  # seconds that proot has to end after the last process that it traced
