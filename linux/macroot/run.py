@@ -1,10 +1,9 @@
 """`run`: plans a run, has it carried out, and leaves the tree as the program left it."""
 
 import os
-import shutil
 import signal
 
-from macroot import keychain_file, mountpoints, namespaces, proot, sanitizers
+from macroot import keychain_file, mountpoints, sanitizers
 from macroot.errors import Trouble
 from macroot.host import NAMESPACES
 from macroot.inside import layout
@@ -35,7 +34,10 @@ def run(options, host):
     if not os.path.isdir(tree):
         raise Trouble(f"{options.tree} is no folder")
     host.say_if_reduced()
-    way = namespaces if host.kind == NAMESPACES else proot
+    if host.kind == NAMESPACES:
+        from macroot import namespaces as way
+    else:
+        from macroot import proot as way
     bound = {}
     plan = _plan(options, host, tree, bound)
     way.check(plan)
@@ -111,6 +113,7 @@ def _program(words, bound):
     """The program and its arguments as they are called inside; its folder comes along."""
     name, *arguments = words
     if "/" not in name and not os.path.exists(name):
+        import shutil  # it takes its time
         name = shutil.which(name) or name
     path = os.path.abspath(name)
     if not os.path.isfile(path):

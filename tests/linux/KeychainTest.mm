@@ -186,6 +186,7 @@ TEST_F(WrongPasswordTest, ReadingAndUpdatingFail) {
 class BrokenKeyringTest : public NoKeychainTest {
   protected:
     BrokenKeyringTest() {
+        std::filesystem::remove(kPath);
         EXPECT_TRUE(StoreItem("Mail", "correct horse"));
         std::ifstream file(kPath, std::ios::binary);
         bytes.assign(std::istreambuf_iterator<char>(file), {});
@@ -194,12 +195,14 @@ class BrokenKeyringTest : public NoKeychainTest {
 
     void ExpectFailureWith(const std::string& changed) {
         std::ofstream(kPath, std::ios::binary) << changed;
+        testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
         const auto start = std::chrono::steady_clock::now();
         std::string data;
         EXPECT_NE(Read(Query(@"Mail"), data), errSecSuccess);
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     }
 
     const char* const kPath = getenv("SECRET_FILE_TEST_PATH");

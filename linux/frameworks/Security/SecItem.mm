@@ -147,7 +147,9 @@ OSStatus Use(const std::string& label, const std::string* newData, std::string& 
     sigprocmask(SIG_SETMASK, &none, nullptr);
     std::signal(SIGALRM, SIG_DFL);
     alarm(kPatience);
-    dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
+    const int nowhere = open("/dev/null", O_WRONLY);
+    dup2(nowhere, STDOUT_FILENO);  // a failed assertion of GLib's speaks on both
+    dup2(nowhere, STDERR_FILENO);
     std::string data;
     const OSStatus status = Use(label, newData, data);
     data.insert(0, reinterpret_cast<const char*>(&status), sizeof status);
