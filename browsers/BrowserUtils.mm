@@ -81,6 +81,8 @@ bool IsBrowser(NSString* applicationName) {
 @implementation BrowserUtils
 
 + (BOOL)AreBrowsersStarted {
+    // The list changes only while the run loop runs, and each check is a new one.
+    [[NSRunLoop mainRunLoop] runMode:NSDefaultRunLoopMode beforeDate:[NSDate date]];
     for (NSRunningApplication* application in [[NSWorkspace sharedWorkspace] runningApplications]) {
         if (IsBrowser([application localizedName])) {
             return YES;

@@ -101,6 +101,8 @@ void MarkOldGeneration() {
     if (bundleIdentifier == nil) {
         return NO;
     }
+    // The list changes only while the run loop runs.
+    [[NSRunLoop mainRunLoop] runMode:NSDefaultRunLoopMode beforeDate:[NSDate date]];
     for (NSRunningApplication* app in [[NSWorkspace sharedWorkspace] runningApplications]) {
         if ([[app bundleIdentifier] isEqualToString:bundleIdentifier] &&
             [app isFinishedLaunching]) {

@@ -16,6 +16,7 @@
 /// There is one fixed script file, /var/tmp/script.sh: run one script at a time.
 @interface ElevatedRights : NSObject {
     AuthorizationRef authorizationRef;
+    BOOL isAuthorizationFreed;  // the reference stays all the same
 }
 
 /// Writes a shell script to a file, with mode 0777, runs it with administrator rights and removes
@@ -59,7 +60,7 @@
 + (OSStatus)elevate:(AuthorizationRef*)authorization;
 
 /// Makes the object's authorization and requests the right "system.privilege.admin". A refused
-/// request leaves the authorization in place.
+/// request leaves the authorization in place. An earlier authorization is freed.
 /// @return the platform's status, 0 on success
 - (OSStatus)GetElevatedRights;
 
@@ -75,7 +76,8 @@
 ///
 /// Logs the information "PATH ELEVL %@" with the copy's path; when it is not blessed the
 /// information "SMJOB FAILS FOR PATH ELEVL %@", and the authorization is freed; the failure
-/// "Fail to set TMPFIR" (spelled so).
+/// "Fail to set TMPFIR" (spelled so). With an authorization that was freed so launchd is not asked:
+/// the job counts as not blessed.
 /// @return whether the job was blessed
 - (BOOL)executeScriptWithRights:(NSString*)path;
 

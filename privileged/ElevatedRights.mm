@@ -170,7 +170,18 @@ BOOL Bless(NSString* label, AuthorizationRef authorization) {
                         kAuthorizationFlagInteractionAllowed | kAuthorizationFlagExtendRights);
 }
 
+// A platform's reference may be freed once; what was freed is never handed to it again.
+- (void)FreeAuthorization {
+    if (authorizationRef != NULL && !isAuthorizationFreed) {
+        AuthorizationFree(authorizationRef, kAuthorizationFlagDestroyRights);
+    }
+    isAuthorizationFreed = YES;
+}
+
 - (OSStatus)GetElevatedRights {
+    [self FreeAuthorization];
+    authorizationRef = NULL;
+    isAuthorizationFreed = NO;
     const OSStatus status = CreateAuthorization(&authorizationRef);
     if (status != errAuthorizationSuccess) {
         return status;
@@ -199,10 +210,10 @@ BOOL Bless(NSString* label, AuthorizationRef authorization) {
         [NSLogger LogFailure:@"Fail to set TMPFIR"];
     }
     [NSLogger LogInformation:@"PATH ELEVL %@", script];
-    if (!Bless(script, authorization)) {
+    if (isAuthorizationFreed || !Bless(script, authorization)) {
         [NSLogger LogInformation:@"SMJOB FAILS FOR PATH ELEVL %@", script];
         // Meant: the object keeps the freed reference, and a later GetAuthorization returns it.
-        AuthorizationFree(authorization, kAuthorizationFlagDestroyRights);
+        [self FreeAuthorization];
         return NO;
     }
     usleep(kBlessingPause);
@@ -210,10 +221,7 @@ BOOL Bless(NSString* label, AuthorizationRef authorization) {
 }
 
 - (void)dealloc {
-    if (authorizationRef != NULL) {
-        AuthorizationFree(authorizationRef, kAuthorizationFlagDestroyRights);
-        authorizationRef = NULL;
-    }
+    [self FreeAuthorization];
     [super dealloc];
 }
 

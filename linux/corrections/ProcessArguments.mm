@@ -24,25 +24,13 @@ std::vector<std::string> Arguments() {
     return arguments;
 }
 
-std::vector<std::string> Environment() {
-    std::vector<std::string> variables;
-    for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
-        variables.push_back(*variable);
-    }
-    return variables;
-}
-
 std::string AsUtf8(const std::string& bytes) {
-    if (g_utf8_validate(bytes.data(), static_cast<gssize>(bytes.size()), nullptr)) {
+    if (g_utf8_validate(bytes.c_str(), -1, nullptr)) {
         return bytes;
     }
-    std::string utf8;
-    for (const char byte : bytes) {
-        char character[6];
-        const gint length = g_unichar_to_utf8(static_cast<unsigned char>(byte), character);
-        utf8.append(character, static_cast<std::size_t>(length));
-    }
-    return utf8;
+    g_autofree char* text =
+        g_convert(bytes.c_str(), -1, "UTF-8", "ISO-8859-1", nullptr, nullptr, nullptr);
+    return text;
 }
 
 /// The texts as main gets them, with a null pointer at the end.
@@ -65,7 +53,10 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
         return;
     }
     std::vector<std::string> arguments = Arguments();
-    std::vector<std::string> environment = Environment();
+    std::vector<std::string> environment;
+    for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
+        environment.push_back(*variable);
+    }
     GSInitializeProcess(static_cast<int>(arguments.size()), Pointers(arguments).data(),
                         Pointers(environment).data());
 }

@@ -4,8 +4,8 @@
 
 #include <cstring>
 
-#include "linux/corrections/DetachedProcess.h"
 #include "linux/corrections/FileSystemPath.h"
+#include "linux/corrections/Programs.h"
 
 namespace {
 
@@ -24,11 +24,11 @@ std::string Utf8(NSString* text) {
     if (!FileSystemPath(path, program) || arguments == nil) {
         [NSException raise:NSInvalidArgumentException format:@"no launch path or no arguments"];
     }
-    std::vector<std::string> texts;
+    Words words;
     for (NSString* argument in arguments) {
-        texts.push_back(Utf8(argument));
+        words.push_back(Utf8(argument));
     }
-    if (const int failure = StartDetached(program, texts, Output::Inherited)) {
+    if (const int failure = StartDetached(program, words, Output::Inherited)) {
         [NSException raise:NSInvalidArgumentException
                     format:@"%@: %s", path, std::strerror(failure)];
     }

@@ -6,8 +6,8 @@ import sys
 
 from macroot import host
 from macroot.errors import Trouble
-from macroot.inside.cell import PATH
-from macroot.people import HOME
+from macroot.inside.programs import PATH
+from macroot.users import HOME
 
 CANNOT_WORK = 70
 VERDICTS = ("allow", "cancel", "refuse")
@@ -21,7 +21,8 @@ def main(arguments):
     options = _parser().parse_args(own)
     options.program = program
     try:
-        return options.command(options, arguments)
+        found = None if options.command is _diff else host.settle(arguments)
+        return options.command(options, found) or 0
     except (Trouble, OSError) as trouble:
         print(f"macroot: {trouble}", file=sys.stderr)
         return CANNOT_WORK
@@ -35,24 +36,20 @@ def _split(arguments):
     return arguments[:at], arguments[at + 1:] or None
 
 
-def _new(options, arguments):
+def _new(options, found):
     from macroot import tree
-    found = host.settle(arguments)
     found.say_if_reduced()
     tree.make(options.tree, options.machine, found)
-    return 0
 
 
-def _run(options, arguments):
+def _run(options, found):
     from macroot import run
-    return run.run(options, host.settle(arguments))
+    return run.run(options, found)
 
 
-def _manifest(options, arguments):
+def _manifest(options, found):
     from macroot import manifest
-    found = host.settle(arguments)
     sys.stdout.writelines(line + "\n" for line in manifest.lines(options.tree, found))
-    return 0
 
 
 def _diff(options, _):
@@ -60,11 +57,18 @@ def _diff(options, _):
     return manifest.show_difference(options.before, options.after)
 
 
-def _delete(options, arguments):
+def _delete(options, _):
     from macroot import tree
-    host.settle(arguments)
     tree.delete(options.tree)
-    return 0
+
+
+def _checked(fits, form):
+    """An argument's type: a text that fits, as it is."""
+    def check(text):
+        if not fits(text):
+            raise argparse.ArgumentTypeError(f"not {form}: {text!r}")
+        return text
+    return check
 
 
 def _disk(text):
@@ -74,31 +78,20 @@ def _disk(text):
     return path, int(room)
 
 
-def _home(text):
-    if not text.startswith("/") or ":" in text or "\n" in text or "\r" in text:
-        raise argparse.ArgumentTypeError(f"not a path without ':' and line breaks: {text!r}")
-    return text
-
-
-def _own(text):
-    if text != "none" and not text.startswith("/"):
-        raise argparse.ArgumentTypeError(f"neither a path inside nor `none`: {text!r}")
-    return text
-
-
-def _time(text):
+def _is_time(text):
     import time
     try:
-        time.strptime(text, "%Y-%m-%d %H:%M:%S")
+        return time.strptime(text, "%Y-%m-%d %H:%M:%S")
     except ValueError:
-        raise argparse.ArgumentTypeError(f"not YYYY-MM-DD HH:MM:SS: {text!r}") from None
-    return text
+        return None
 
 
-def _status(text):
-    if not text.isdecimal() or not 200 <= int(text) <= 599:
-        raise argparse.ArgumentTypeError(f"not a status of a final answer, 200 to 599: {text!r}")
-    return int(text)
+_home = _checked(lambda text: text.startswith("/") and not set(text) & set(":\n\r"),
+                 "a path without ':' and line breaks")
+_own = _checked(lambda text: text == "none" or text.startswith("/"), "a path inside or `none`")
+_time = _checked(_is_time, "YYYY-MM-DD HH:MM:SS")
+_status = _checked(lambda text: text.isdecimal() and 200 <= int(text) <= 599,
+                   "a status of a final answer, 200 to 599")
 
 
 def _parser():

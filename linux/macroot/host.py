@@ -14,8 +14,7 @@ import subprocess
 import sys
 
 from macroot.errors import Trouble
-from macroot.people import ALEX, STAFF
-from macroot.user_namespace import enter_with_every_id
+from macroot.users import ALEX, STAFF
 
 NAMESPACES = "namespaces"
 PROOT = "proot"
@@ -30,8 +29,6 @@ _BWRAP_TRIAL = ["bwrap", "--unshare-pid", "--unshare-ipc", "--unshare-uts", "--r
 _PROOT_TRIAL = ["proot", "-r", "/", "-b", "/proc", "true"]
 
 _CAPABILITY_CHOWN, _CAPABILITY_SETGID, _CAPABILITY_SETUID = 0, 6, 7
-_CLONE_NEWUSER = 0x10000000
-_EVERY_ID = "0 0 65536\n"
 _ADVICE = " (the package uidmap and a range for you in /etc/subuid and /etc/subgid would part them)"
 
 
@@ -55,9 +52,10 @@ def settle(arguments):
     if ENTERED in arguments[:1]:
         return Host(NAMESPACES)
     again = [sys.executable, "-ISXutf8", sys.argv[0], ENTERED, *arguments]
-    two_users = _can_be_two_users()
     if os.geteuid() == 0 and _works(_BWRAP_TRIAL):
         return Host(NAMESPACES)
+    from macroot.user_namespace import enter_with_every_id  # it takes its time
+    two_users = _can_be_two_users()
     if two_users and _works(_BWRAP_TRIAL, enter_with_every_id):
         enter_with_every_id()
         os.execv(again[0], again)

@@ -5,7 +5,7 @@ import os
 import stat
 
 from macroot.errors import Trouble
-from macroot.people import ALEX, STAFF
+from macroot.users import ALEX, STAFF
 
 # The host's part of a Mac root, at the top of the tree.
 _HOSTS_FOLDERS = ("usr", "dev", "proc", "run", "private/etc")

@@ -11,7 +11,7 @@ import zlib
 
 from macroot.errors import Trouble
 from macroot.inside import write_bits
-from macroot.people import TEMPORARY_FOLDERS
+from macroot.users import TEMPORARY_FOLDERS
 
 # In the order of making; those of _STAYING are part of the machine once they exist.
 _FOLDERS = (("usr", 0o755), ("dev", 0o755), ("proc", 0o755), ("run", 0o755), ("private", 0o755),

@@ -3,10 +3,10 @@
 import json
 import os
 import subprocess
+import sys
 
 from macroot.errors import Trouble
-from macroot.inside import supervisor  # noqa: F401  compiled here, where the result can be kept
-from macroot.inside.cell import process_namespace
+from macroot.inside.programs import process_namespace
 
 _PACKAGE = os.path.dirname(os.path.realpath(__file__))
 _PACKAGE_INSIDE = "/run/macroot/lib/macroot"
@@ -23,6 +23,7 @@ def check(_):
 
 def carry_out(plan, bound, channels):
     """Runs the supervisor inside; the result is what it reports."""
+    _compile_the_inside()
     report, reporting = os.pipe()
     plan = {**plan, "process_namespace": process_namespace(),
             "channels": {**channels, "report": reporting}}
@@ -44,6 +45,19 @@ def carry_out(plan, bound, channels):
     if status < 0 or status > 128:  # all of it was killed, the supervisor too
         return {"status": 128 - status if status < 0 else status, "keychain": plan["keychain"]}
     raise Trouble(f"bwrap could not make the Mac root (status {status})")
+
+
+def _compile_the_inside():
+    """Here, where the result can be kept; only what changed."""
+    folder = f"{_PACKAGE}/inside"
+    for name in os.listdir(folder):
+        module, extension = os.path.splitext(name)
+        compiled = f"{folder}/__pycache__/{module}.{sys.implementation.cache_tag}.pyc"
+        if extension == ".py" and (not os.path.exists(compiled) or
+                                   os.stat(compiled).st_mtime < os.stat(f"{folder}/{name}").st_mtime):
+            import compileall
+            compileall.compile_dir(folder, quiet=2)
+            return
 
 
 def _walls(plan, bound):

@@ -16,7 +16,7 @@ import tempfile
 
 from macroot.errors import Trouble
 from macroot.inside.supervisor import supervise
-from macroot.inside.traced import Traced
+from macroot.inside.proot_programs import ProotPrograms
 from macroot.namespaces import ETC_FROM_HOST, swapped_programs
 from macroot.tree import remove
 
@@ -43,7 +43,7 @@ def carry_out(plan, bound, channels):
     scratch, in_use = _new_scratch()
     try:
         os.chmod(scratch, 0o755)
-        return supervise(plan, Traced(plan, _options(plan, bound, scratch), scratch, channels),
+        return supervise(plan, ProotPrograms(plan, _options(plan, bound, scratch), scratch, channels),
                          channels)
     finally:
         remove(scratch)

@@ -1,13 +1,12 @@
 """`run`: plans a run, has it carried out, and leaves the tree as the program left it."""
 
 import os
-import shutil
 import signal
 
-from macroot import keychain_file, mountpoints, namespaces, proot, sanitizers
+from macroot import keychain_file, mountpoints, sanitizers
 from macroot.errors import Trouble
 from macroot.host import NAMESPACES
-from macroot.inside import furniture
+from macroot.inside import layout
 
 _REPOSITORY = os.path.normpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 _INSTALLER = os.path.join(_REPOSITORY, "build/release/bin/KSExtensionInstaller")
@@ -16,7 +15,7 @@ _INSTALLER = os.path.join(_REPOSITORY, "build/release/bin/KSExtensionInstaller")
 _PROGRAM_FOLDER = "/run/program"
 _PRE_SCRIPT = "/run/macroot/pre"
 _COMMON_FOLDERS = {"/run/installer": os.path.dirname(_INSTALLER),
-                   furniture.FONT_CACHE: "/var/cache/fontconfig"}
+                   layout.FONT_CACHE: "/var/cache/fontconfig"}
 
 # What the host has in the same place.
 _SAME_INSIDE = ("/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/")
@@ -35,7 +34,10 @@ def run(options, host):
     if not os.path.isdir(tree):
         raise Trouble(f"{options.tree} is no folder")
     host.say_if_reduced()
-    way = namespaces if host.kind == NAMESPACES else proot
+    if host.kind == NAMESPACES:
+        from macroot import namespaces as way
+    else:
+        from macroot import proot as way
     bound = {}
     plan = _plan(options, host, tree, bound)
     way.check(plan)
@@ -111,6 +113,7 @@ def _program(words, bound):
     """The program and its arguments as they are called inside; its folder comes along."""
     name, *arguments = words
     if "/" not in name and not os.path.exists(name):
+        import shutil  # it takes its time
         name = shutil.which(name) or name
     path = os.path.abspath(name)
     if not os.path.isfile(path):

@@ -12,6 +12,7 @@
 #include <filesystem>
 
 #include "installer/BrowserBridges.h"
+#include "platform/AppWorkspaceUtils.h"
 #include "settings/KSEnvironement.h"
 #include "tests/linux/ErrorChecks.h"
 #include "tests/logging/LogFile.h"
@@ -70,8 +71,7 @@ class FFoxInstallTest : public testing::Test {
     // The kernel tells what a process runs a moment after it has started it.
     static void Launch(const std::string& application, NSString* identifier) {
         ASSERT_TRUE([[NSWorkspace sharedWorkspace] launchApplication:Text(application)]);
-        while ([[NSRunningApplication runningApplicationsWithBundleIdentifier:identifier] count] ==
-               0) {
+        while (![AppWorkspaceUtils IsAppRunning:identifier]) {
             usleep(1000);
         }
     }

@@ -1,8 +1,12 @@
 #include "tests/linux/KeychainItems.h"
 
 #include <libsecret/secret.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
+#include <functional>
 
 namespace {
 
@@ -10,6 +14,53 @@ constexpr const char* kAttribute = "item";
 constexpr const char* kServiceName = "org.freedesktop.secrets";
 constexpr guint32 kDoNotQueue = 4;
 constexpr guint32 kNameIsOurs = 1;
+
+using Texts = std::map<std::string, std::string>;
+
+// libsecret keeps in a process what it knows: the password, the items, the connection. Each use has
+// a process of its own, which hands its texts over in a file, each behind its size.
+Texts InChild(const std::function<bool(Texts&)>& use, bool& succeeded) {
+    const int file = memfd_create("texts", 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        Texts texts;
+        bool complete = use(texts);
+        const auto put = [&](const std::string& text) {
+            const size_t size = text.size();
+            complete = complete && write(file, &size, sizeof size) == sizeof size &&
+                       write(file, text.data(), size) == static_cast<ssize_t>(size);
+        };
+        for (const auto& [name, text] : texts) {
+            put(name);
+            put(text);
+        }
+        _exit(complete ? 0 : 1);
+    }
+    int ending = -1;
+    waitpid(child, &ending, 0);
+    succeeded = ending == 0;
+    lseek(file, 0, SEEK_SET);
+    const auto take = [file](std::string& text) {
+        size_t size = 0;
+        if (read(file, &size, sizeof size) != sizeof size) {
+            return false;
+        }
+        text.resize(size);
+        return read(file, text.data(), size) == static_cast<ssize_t>(size);
+    };
+    Texts texts;
+    for (std::string name, text; take(name) && take(text);) {
+        texts[name] = text;
+    }
+    close(file);
+    return texts;
+}
+
+bool DoneInChild(const std::function<bool()>& use) {
+    bool succeeded = false;
+    InChild([&](Texts&) { return use(); }, succeeded);
+    return succeeded;
+}
 
 bool Succeeded(const char* what, GError* error) {
     if (error == nullptr) {
@@ -38,8 +89,8 @@ GList* NewListOfItems() {
 }
 
 // What `text` says about each item, by label.
-std::map<std::string, std::string> ItemTexts(std::string (*text)(SecretRetrievable*)) {
-    std::map<std::string, std::string> texts;
+Texts ItemTexts(std::string (*text)(SecretRetrievable*)) {
+    Texts texts;
     GList* items = NewListOfItems();
     for (GList* link = items; link != nullptr; link = link->next) {
         SecretRetrievable* item = SECRET_RETRIEVABLE(link->data);
@@ -105,9 +156,7 @@ GDBusMessage* DropCalls(GDBusConnection* /*bus*/, GDBusMessage* message, gboolea
     return message;
 }
 
-}  // namespace
-
-bool StoreItem(const std::string& label, const std::string& data) {
+bool Store(const std::string& label, const std::string& data) {
     GHashTable* attributes = NewAttributes(label.c_str());
     SecretValue* value =
         secret_value_new(data.data(), static_cast<gssize>(data.size()), "application/octet-stream");
@@ -119,15 +168,7 @@ bool StoreItem(const std::string& label, const std::string& data) {
     return Succeeded("storing", error);
 }
 
-std::map<std::string, std::string> AllItems() {
-    return ItemTexts(Data);
-}
-
-std::map<std::string, std::string> AllAttributes() {
-    return ItemTexts(AttributesOf);
-}
-
-void RemoveAllItems() {
+bool RemoveAll() {
     GList* items = NewListOfItems();
     for (GList* link = items; link != nullptr; link = link->next) {
         GHashTable* attributes = secret_retrievable_get_attributes(SECRET_RETRIEVABLE(link->data));
@@ -137,9 +178,10 @@ void RemoveAllItems() {
         Succeeded("removing", error);
     }
     g_list_free_full(items, g_object_unref);
+    return true;
 }
 
-bool LockCollections() {
+bool Lock() {
     GError* error = nullptr;
     SecretService* service =
         secret_service_get_sync(SECRET_SERVICE_LOAD_COLLECTIONS, nullptr, &error);
@@ -151,6 +193,38 @@ bool LockCollections() {
     g_list_free_full(collections, g_object_unref);
     g_object_unref(service);
     return Succeeded("locking", error);
+}
+
+Texts AllOf(std::string (*text)(SecretRetrievable*)) {
+    bool succeeded = false;
+    return InChild(
+        [&](Texts& texts) {
+            texts = ItemTexts(text);
+            return true;
+        },
+        succeeded);
+}
+
+}  // namespace
+
+bool StoreItem(const std::string& label, const std::string& data) {
+    return DoneInChild([&] { return Store(label, data); });
+}
+
+std::map<std::string, std::string> AllItems() {
+    return AllOf(Data);
+}
+
+std::map<std::string, std::string> AllAttributes() {
+    return AllOf(AttributesOf);
+}
+
+void RemoveAllItems() {
+    DoneInChild(RemoveAll);
+}
+
+bool LockCollections() {
+    return DoneInChild(Lock);
 }
 
 bool PlaySilentService() {

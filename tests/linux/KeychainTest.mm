@@ -2,11 +2,12 @@
 #include <Foundation/Foundation.h>
 #include <Security/Security.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "tests/linux/KeychainItems.h"
 
@@ -72,26 +73,6 @@ TEST_F(KeychainTest, ALabelIsComparedAsAWhole) {
     EXPECT_EQ(data, "umlaut");
 }
 
-TEST_F(KeychainTest, WithoutALabelAnyItemIsFound) {
-    NSMutableDictionary* query = Query(@"");
-    [query removeObjectForKey:(id)kSecAttrLabel];
-    std::string data;
-    EXPECT_EQ(Read(query, data), 0);
-    EXPECT_FALSE(data.empty());
-    RemoveAllItems();
-    EXPECT_EQ(Read(query, data), -25300);
-}
-
-TEST_F(KeychainTest, TheDataIsOnlyReturnedWhenAskedFor) {
-    NSMutableDictionary* query = Query(@"Mail");
-    [query setObject:[NSNumber numberWithBool:NO] forKey:(id)kSecReturnData];
-    std::string data;
-    EXPECT_EQ(Read(query, data), 0);
-    EXPECT_EQ(data, "");
-    EXPECT_EQ(SecItemCopyMatching((CFDictionaryRef)Query(@"Mail"), nullptr), 0);
-    EXPECT_EQ(SecItemCopyMatching((CFDictionaryRef)Query(@"Post"), nullptr), -25300);
-}
-
 TEST_F(KeychainTest, AnUpdateReplacesTheDataAndNothingElse) {
     const std::map<std::string, std::string> attributes = AllAttributes();
     EXPECT_EQ(Update(Query(@"Safari Extensions List"), "new"), 0);
@@ -131,6 +112,7 @@ TEST_F(KeychainTest, WhatIsNotUnderstoodIsRefused) {
                                                 {kSecMatchLimit, @"m_LimitAll"},
                                                 {kSecAttrLabel, [NSNumber numberWithInt:1]},
                                                 {kSecReturnData, @"yes"},
+                                                {kSecReturnData, [NSNumber numberWithBool:NO]},
                                                 {(CFStringRef) @"acct", @"alex"}};
     for (const auto& [key, value] : wrong) {
         query = Query(@"Mail");
@@ -138,7 +120,6 @@ TEST_F(KeychainTest, WhatIsNotUnderstoodIsRefused) {
         EXPECT_EQ(Read(query, data), -50) << [(NSString*)key UTF8String];
         EXPECT_EQ(Update(query, "new"), -50) << [(NSString*)key UTF8String];
     }
-    EXPECT_EQ(SecItemCopyMatching(nullptr, nullptr), -50);
     EXPECT_EQ(AllItems()["Mail"], "correct horse");
 }
 
@@ -195,16 +176,63 @@ TEST_F(NoKeychainTest, UpdatingAfterItFailsToo) {
 class WrongPasswordTest : public NoKeychainTest {};
 
 TEST_F(WrongPasswordTest, ReadingAndUpdatingFail) {
-    const pid_t child = fork();  // libsecret knows one password a process
-    if (child == 0) {
-        _exit(StoreItem("Mail", "correct horse") ? 0 : 1);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_EQ(status, 0);
+    ASSERT_TRUE(StoreItem("Mail", "correct horse"));
     setenv("SECRET_FILE_TEST_PASSWORD", "another", 1);
     ExpectReadFailure(errSecAuthFailed);
     EXPECT_EQ(Update(Query(@"Mail"), "new"), errSecAuthFailed);
+}
+
+// A keyring that ends or busies whoever reads it.
+class BrokenKeyringTest : public NoKeychainTest {
+  protected:
+    BrokenKeyringTest() {
+        std::filesystem::remove(kPath);
+        EXPECT_TRUE(StoreItem("Mail", "correct horse"));
+        std::ifstream file(kPath, std::ios::binary);
+        bytes.assign(std::istreambuf_iterator<char>(file), {});
+        EXPECT_FALSE(bytes.empty());
+    }
+
+    void ExpectFailureWith(const std::string& changed) {
+        std::ofstream(kPath, std::ios::binary) << changed;
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        const auto start = std::chrono::steady_clock::now();
+        std::string data;
+        EXPECT_NE(Read(Query(@"Mail"), data), errSecSuccess);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    }
+
+    const char* const kPath = getenv("SECRET_FILE_TEST_PATH");
+    std::string bytes;
+};
+
+TEST_F(BrokenKeyringTest, AnyCutIsAFailure) {
+    for (const size_t cut : {size_t{1}, size_t{2}, size_t{16}, bytes.size() / 2, bytes.size()}) {
+        ExpectFailureWith(bytes.substr(0, bytes.size() - cut));
+    }
+}
+
+TEST_F(BrokenKeyringTest, AbsurdIterationsAreGivenUp) {
+    // Magic number and version, the salt's size, the salt, then the number in four bytes.
+    const size_t iterations = 16 + 2 + 4 + 32;
+    ASSERT_GT(bytes.size(), iterations + 4);
+    for (const char byte : {'\xFF', '\x7F'}) {
+        std::string changed = bytes;
+        changed.replace(iterations, 4, 4, byte);
+        ExpectFailureWith(changed);
+    }
+}
+
+// On a machine without XDG_RUNTIME_DIR.
+class NoRuntimeFolderTest : public NoKeychainTest {};
+
+TEST_F(NoRuntimeFolderTest, NoFolderIsMadeInTheHome) {
+    unsetenv("XDG_RUNTIME_DIR");
+    ExpectReadFailure(errSecNotAvailable);
+    EXPECT_TRUE(std::filesystem::is_empty(getenv("HOME")));
 }
 
 class IdleBusTest : public NoKeychainTest {};

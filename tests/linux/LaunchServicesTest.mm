@@ -1,6 +1,8 @@
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "tests/linux/AppleBundle.h"
 #include "tests/linux/ErrorChecks.h"
 #include "tests/support/Command.h"
@@ -97,6 +99,27 @@ TEST_F(LaunchServices, BrokenInfoIsPassedOver) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST_F(LaunchServices, WhatCannotBeReadCountsOnlyWhenNothingIsFound) {
+    Install("Good.app", "example.one");
+    Install("Closed.app", "example.two");
+    folder_.Write("Applications/Closed.app/Contents/Info.plist", "x", 0);
+    const OrdinaryUser user;
+    EXPECT_EQ(Find(@"example.one"), "Good.app/");
+    EXPECT_EQ(Find(@"example.two"), "-10810");
+}
+
+TEST_F(LaunchServices, AFolderThatCannotBeReadCountsToo) {
+    Install("Good.app", "example.one");
+    std::filesystem::permissions(folder_ / "Applications", std::filesystem::perms::none);
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(Find(@"example.one"), "-10810");
+    }
+    std::filesystem::permissions(folder_ / "Applications", std::filesystem::perms::all);
+    std::filesystem::rename(folder_ / "Applications", folder_ / "Elsewhere");
+    EXPECT_EQ(Find(@"example.one"), "-10814");
+}
+
 TEST_F(LaunchServices, InfoMayBeABinaryPropertyList) {
     Install("Binary.app", "example.binary");
     Python("import plistlib, sys\n"
@@ -125,13 +148,6 @@ TEST_F(LaunchServices, ALinkToAnApplicationCounts) {
     MakeBundle(folder_, "Elsewhere.app", Entry("CFBundleIdentifier", "example.else"));
     folder_.MakeLink("Applications/Link.app", "../Elsewhere.app");
     EXPECT_EQ(Find(@"example.else"), "Link.app/");
-}
-
-TEST_F(LaunchServices, TheUrlIsAskedForOrNot) {
-    Install("Firefox.app", "org.mozilla.firefox");
-    const CFStringRef firefox = (CFStringRef) @"org.mozilla.firefox";
-    EXPECT_EQ(LSFindApplicationForInfo(0, firefox, nullptr, nullptr, nullptr), noErr);
-    EXPECT_EQ(LSFindApplicationForInfo(0, nullptr, nullptr, nullptr, nullptr), paramErr);
 }
 
 }  // namespace

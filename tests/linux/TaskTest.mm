@@ -6,7 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "linux/corrections/DetachedProcess.h"
+#include "linux/corrections/Programs.h"
 #include "tests/linux/ErrorChecks.h"
 #include "tests/linux/TemporaryFolder.h"
 

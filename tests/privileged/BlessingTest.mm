@@ -109,9 +109,22 @@ TEST_F(BlessingTest, AJobThatIsNotBlessedFreesTheAuthorizationAndKeepsTheReferen
                               "bless /private/tmp/agent.sh with TMPDIR=/private/tmp/"}));
     EXPECT_EQ(Log(), "\nHH:MM:SS - INFO : PATH ELEVL /private/tmp/agent.sh"
                      "\nHH:MM:SS - INFO : SMJOB FAILS FOR PATH ELEVL /private/tmp/agent.sh");
-    EXPECT_EQ(AuthorizationFree(authorizationUsed, kAuthorizationFlagDestroyRights),
-              errAuthorizationInvalidRef);
+    EXPECT_DEATH(AuthorizationFree(authorizationUsed, kAuthorizationFlagDestroyRights),
+                 "freed before");
     EXPECT_EQ([rights GetAuthorization], authorizationUsed);
+}
+
+TEST_F(BlessingTest, AFreedAuthorizationIsHandedToNobodyUntilThereIsANewOne) {
+    blessed = false;
+    EXPECT_FALSE(Bless());
+    const AuthorizationRef freed = authorizationUsed;
+    blessed = true;
+    events.clear();
+    EXPECT_FALSE(Bless());
+    EXPECT_EQ(events, Events{"sleep 1000000 with the copy"});
+    EXPECT_EQ([rights GetElevatedRights], 0);
+    EXPECT_TRUE(Bless());
+    EXPECT_NE(authorizationUsed, freed);
 }
 
 TEST_F(BlessingTest, AScriptOfTheBundleIsTakenInPlaceOfTheGivenOne) {
@@ -133,7 +146,6 @@ TEST_F(BlessingTest, AMissingScriptIsBlessedAllTheSame) {
 }
 
 TEST_F(BlessingTest, TheCopysNameEndsAtTheFirstPointOfTheLastComponent) {
-    blessed = false;
     for (const auto& [given, copy] :
          {std::pair<std::string, std::string>{"/a.b/tool", "/private/tmp/tool.sh"},
           {"tool.x.y", "/private/tmp/tool.sh"},
@@ -141,8 +153,8 @@ TEST_F(BlessingTest, TheCopysNameEndsAtTheFirstPointOfTheLastComponent) {
           {"/a/", "/private/tmp/.sh"},
           {"", "/private/tmp/.sh"}}) {
         events.clear();
-        EXPECT_FALSE(Bless(given));
-        EXPECT_EQ(events.back(), "bless " + copy + " with TMPDIR=/private/tmp/");
+        EXPECT_TRUE(Bless(given));
+        EXPECT_EQ(events.at(1), "bless " + copy + " with TMPDIR=/private/tmp/");
     }
 }
 

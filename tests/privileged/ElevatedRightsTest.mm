@@ -199,7 +199,7 @@ TEST_F(ElevatedRightsTest, RightsAreGiven) {
     EXPECT_EQ([rights GetAuthorization], own);
     [rights release];
     // The object freed what it owned.
-    EXPECT_EQ(AuthorizationFree(own, kAuthorizationFlagDestroyRights), errAuthorizationInvalidRef);
+    EXPECT_DEATH(AuthorizationFree(own, kAuthorizationFlagDestroyRights), "freed before");
 }
 
 }  // namespace

@@ -72,6 +72,13 @@ TEST_F(RightsRequestTest, TheObjectsAuthorizationIsRequestedOnceAndFreedAtTheEnd
     EXPECT_EQ(calls, (Calls{"create 0", "system.privilege.admin 19", "free 8"}));
 }
 
+TEST_F(RightsRequestTest, AnEarlierAuthorizationIsFreed) {
+    EXPECT_EQ([rights GetElevatedRights], 0);
+    EXPECT_EQ([rights GetElevatedRights], 0);
+    EXPECT_EQ(calls, (Calls{"create 0", "system.privilege.admin 19", "free 8", "create 0",
+                            "system.privilege.admin 19"}));
+}
+
 TEST_F(RightsRequestTest, AnObjectWithoutAnAuthorizationFreesNone) {
     [rights release];
     rights = nil;
@@ -86,11 +93,11 @@ TEST_F(RightsRequestTest, TheStatusOfARefusedRequestIsReturnedAndTheReferenceKep
 }
 
 TEST_F(RightsRequestTest, NothingIsRequestedWithoutAnAuthorization) {
-    creation = errAuthorizationInvalidPointer;
-    EXPECT_EQ([rights GetElevatedRights], errAuthorizationInvalidPointer);
+    creation = errAuthorizationDenied;
+    EXPECT_EQ([rights GetElevatedRights], errAuthorizationDenied);
     EXPECT_EQ([rights GetAuthorization], static_cast<AuthorizationRef>(NULL));
     AuthorizationRef authorization = NULL;
-    EXPECT_EQ([ElevatedRights elevate:&authorization], errAuthorizationInvalidPointer);
+    EXPECT_EQ([ElevatedRights elevate:&authorization], errAuthorizationDenied);
     [rights release];
     rights = nil;
     EXPECT_EQ(calls, (Calls{"create 0", "create 0", "create 0"}));

@@ -3,13 +3,13 @@
 #include <AppKit/AppKit.h>
 #include <CoreServices/CoreServices.h>
 
-#include "linux/corrections/DetachedProcess.h"
 #include "linux/corrections/FileSystemPath.h"
+#include "linux/corrections/Programs.h"
 #include "linux/frameworks/CoreServices/ApplicationBundle.h"
 
 namespace {
 
-BOOL Launch(NSString* bundlePath, const std::vector<std::string>& arguments) {
+BOOL Launch(NSString* bundlePath, const Words& arguments) {
     std::string program;
     return FileSystemPath(ApplicationProgram(bundlePath), program) &&
            StartDetached(program, arguments, Output::Nowhere) == 0;
@@ -39,7 +39,7 @@ NSString* PathOfApplication(NSString* bundleIdentifier) {
                            options:(NSWorkspaceLaunchOptions)options
     additionalEventParamDescriptor:(NSAppleEventDescriptor*)descriptor
                  launchIdentifiers:(NSArray**)identifiers {
-    std::vector<std::string> addresses;
+    Words addresses;
     for (NSURL* url in urls) {
         addresses.push_back([[url absoluteString] UTF8String]);
     }

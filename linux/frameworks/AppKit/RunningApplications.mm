@@ -1,45 +1,36 @@
 // The applications that run, from the machine's processes; GNUstep knows none.
+//
+// The list changes only while the main run loop runs in a common mode, as on a Mac: who asks twice
+// without a turn of the loop gets the first answer again. After a turn the next question reads it
+// anew.
 #include <AppKit/AppKit.h>
 
-#include <cerrno>
-#include <csignal>
-
 #include "linux/corrections/FileSystemPath.h"
+#include "linux/corrections/Replacement.h"
 #include "linux/frameworks/AppKit/RunningProcesses.h"
 #include "linux/frameworks/CoreServices/ApplicationBundle.h"
 
 /// One process that runs a program of a bundle. It counts as launched: nothing on Debian tells when
 /// an application has finished that.
 @interface RunningBundleApplication : NSRunningApplication {
-    pid_t process_;
-    NSString* executable_;
     NSString* bundle_;
     NSDictionary* info_;
 }
-/// @return nil for a process whose path is not a text
-- (id)initWithProcess:(const RunningProcess&)process;
+- (id)initWithBundle:(NSString*)path;
 @end
 
 @implementation RunningBundleApplication
 
-- (id)initWithProcess:(const RunningProcess&)process {
+- (id)initWithBundle:(NSString*)path {
     self = [super init];
-    if (self == nil) {
-        return nil;
+    if (self != nil) {
+        bundle_ = [path copy];
+        info_ = [ApplicationInfo(path) retain];
     }
-    process_ = process.identifier;
-    executable_ = [StringFromFileSystem(process.executable) retain];
-    bundle_ = [StringFromFileSystem(process.bundle) retain];
-    if (executable_ == nil || bundle_ == nil) {
-        [self release];
-        return nil;
-    }
-    info_ = [ApplicationInfo(bundle_) retain];
     return self;
 }
 
 - (void)dealloc {
-    [executable_ release];
     [bundle_ release];
     [info_ release];
     [super dealloc];
@@ -53,77 +44,52 @@
     return ApplicationName(bundle_, info_);
 }
 
-- (NSURL*)bundleURL {
-    return [NSURL fileURLWithPath:bundle_ isDirectory:YES];
-}
-
-- (NSURL*)executableURL {
-    return [NSURL fileURLWithPath:executable_ isDirectory:NO];
-}
-
-- (pid_t)processIdentifier {
-    return process_;
-}
-
 - (BOOL)isFinishedLaunching {
     return YES;
 }
 
-- (BOOL)isTerminated {
-    return kill(process_, 0) != 0 && errno == ESRCH;
-}
-
-- (BOOL)terminate {
-    return kill(process_, SIGTERM) == 0;
-}
-
-- (BOOL)forceTerminate {
-    return kill(process_, SIGKILL) == 0;
-}
-
-- (NSString*)description {
-    return [NSString stringWithFormat:@"<%@: %p (%@ - %d)>", [self class], self,
-                                      [self bundleIdentifier], process_];
-}
-
 @end
 
-@implementation NSWorkspace (RunningApplications)
+namespace {
 
-- (NSArray*)runningApplications {
-    NSMutableArray* applications = [NSMutableArray array];
-    for (const RunningProcess& process : RunningProcessesOfBundles()) {
-        RunningBundleApplication* application =
-            [[RunningBundleApplication alloc] initWithProcess:process];
-        if (application != nil) {
-            [applications addObject:application];
-            [application release];
+NSArray* known = nil;
+BOOL (*runMode)(id, SEL, NSString*, NSDate*) = nullptr;
+
+NSArray* NewApplications() {
+    NSMutableArray* applications = [[NSMutableArray alloc] init];
+    for (const std::string& bundle : BundlesOfProcesses()) {
+        if (NSString* path = StringFromFileSystem(bundle)) {
+            [applications
+                addObject:[[[RunningBundleApplication alloc] initWithBundle:path] autorelease]];
         }
     }
     return applications;
 }
 
-@end
-
-@implementation NSRunningApplication (RunningApplications)
-
-+ (NSArray*)runningApplicationsWithBundleIdentifier:(NSString*)identifier {
-    NSMutableArray* matching = [NSMutableArray array];
-    for (NSRunningApplication* application in [[NSWorkspace sharedWorkspace] runningApplications]) {
-        if ([[application bundleIdentifier] isEqual:identifier]) {
-            [matching addObject:application];
-        }
+BOOL RunModeAndForget(NSRunLoop* self, SEL selector, NSString* mode, NSDate* limit) {
+    const BOOL didRun = runMode(self, selector, mode, limit);
+    NSArray* common =
+        @[ NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode ];
+    if (self == [NSRunLoop mainRunLoop] && [common containsObject:mode]) {
+        [known release];
+        known = nil;
     }
-    return matching;
+    return didRun;
 }
 
-+ (id)runningApplicationWithProcessIdentifier:(pid_t)identifier {
-    for (NSRunningApplication* application in [[NSWorkspace sharedWorkspace] runningApplications]) {
-        if ([application processIdentifier] == identifier) {
-            return application;
-        }
+}  // namespace
+
+@implementation NSWorkspace (RunningApplications)
+
+- (NSArray*)runningApplications {
+    if (runMode == nullptr) {
+        ReplaceMethod([NSRunLoop class], @selector(runMode:beforeDate:), RunModeAndForget,
+                      &runMode);
     }
-    return nil;
+    if (known == nil) {
+        known = NewApplications();
+    }
+    return [[known retain] autorelease];
 }
 
 @end

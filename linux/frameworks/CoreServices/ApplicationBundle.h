@@ -5,7 +5,8 @@
 // Bundles in Apple's layout, "X.app" with "Contents/Info.plist" inside.
 
 /// The Info dictionary of the bundle at a path; nil when there is none that can be read.
-NSDictionary* ApplicationInfo(NSString* bundlePath);
+/// @param error  gets why its file could not be read
+NSDictionary* ApplicationInfo(NSString* bundlePath, NSError** error = NULL);
 
 /// CFBundleIdentifier; nil when the dictionary has none or something other than a text.
 NSString* ApplicationIdentifier(NSDictionary* info);

@@ -17,9 +17,17 @@ NSString* NameOfFolder(NSString* bundlePath) {
 
 }  // namespace
 
-NSDictionary* ApplicationInfo(NSString* bundlePath) {
-    return [NSDictionary
-        dictionaryWithContentsOfFile:[bundlePath stringByAppendingPathComponent:kInfoFile]];
+NSDictionary* ApplicationInfo(NSString* bundlePath, NSError** error) {
+    NSData* data =
+        [NSData dataWithContentsOfFile:[bundlePath stringByAppendingPathComponent:kInfoFile]
+                               options:0
+                                 error:error];
+    id info = data == nil ? nil
+                          : [NSPropertyListSerialization propertyListWithData:data
+                                                                      options:0
+                                                                       format:NULL
+                                                                        error:NULL];
+    return [info isKindOfClass:[NSDictionary class]] ? info : nil;
 }
 
 NSString* ApplicationIdentifier(NSDictionary* info) {

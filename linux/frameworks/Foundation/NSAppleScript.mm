@@ -22,42 +22,25 @@ struct ShellScript {
     bool asAdministrator;
 };
 
-// What an escape stands for; AppleScript knows no others.
-std::optional<char> Unescaped(char letter) {
-    switch (letter) {
-        case 'n':
-            return '\n';
-        case 'r':
-            return '\r';
-        case 't':
-            return '\t';
-        case '"':
-        case '\\':
-            return letter;
-        default:
-            return std::nullopt;
-    }
-}
-
-// Reads the text up to its closing quote, which is where `i` stands then.
+// Reads a text in AppleScript's quotes and with its escapes up to the closing quote, behind which
+// `i` stands then.
 std::optional<std::string> QuotedText(const std::string& source, size_t& i) {
+    static const std::string letters = "nrt\"\\";
+    static const std::string meanings = "\n\r\t\"\\";
     std::string text;
-    for (; i < source.size(); ++i) {
-        if (source[i] == '"') {
+    while (i < source.size()) {
+        char character = source[i++];
+        if (character == '"') {
             return text;
         }
-        if (source[i] != '\\') {
-            text += source[i];
-            continue;
+        if (character == '\\') {
+            const size_t letter = i < source.size() ? letters.find(source[i++]) : std::string::npos;
+            if (letter == std::string::npos) {
+                return std::nullopt;
+            }
+            character = meanings[letter];
         }
-        if (++i == source.size()) {
-            break;
-        }
-        const std::optional<char> letter = Unescaped(source[i]);
-        if (!letter) {
-            return std::nullopt;
-        }
-        text += *letter;
+        text += character;
     }
     return std::nullopt;
 }
@@ -68,11 +51,8 @@ std::optional<ShellScript> Parsed(const std::string& source) {
         return std::nullopt;
     }
     const std::optional<std::string> command = QuotedText(source, i);
-    if (!command) {
-        return std::nullopt;
-    }
-    const std::string rest = source.substr(i + 1);
-    if (!rest.empty() && rest != kWithRights) {
+    const std::string rest = command ? source.substr(i) : "";
+    if (!command || (!rest.empty() && rest != kWithRights)) {
         return std::nullopt;
     }
     return ShellScript{*command, !rest.empty()};
@@ -80,26 +60,13 @@ std::optional<ShellScript> Parsed(const std::string& source) {
 
 // Every line end becomes a return, and one at the end of the text goes.
 NSString* ScriptText(const std::string& bytes) {
-    std::string text;
-    text.reserve(bytes.size());
-    for (size_t i = 0; i < bytes.size(); ++i) {
-        if (bytes[i] == '\n' && i > 0 && bytes[i - 1] == '\r') {
-            continue;
-        }
-        text += bytes[i] == '\n' ? '\r' : bytes[i];
+    NSString* text = [NSString stringWithUTF8String:bytes.c_str()];
+    if (text == nil) {
+        text = [NSString stringWithCString:bytes.c_str() encoding:NSMacOSRomanStringEncoding];
     }
-    if (!text.empty() && text.back() == '\r') {
-        text.pop_back();
-    }
-    NSString* string = [[NSString alloc] initWithBytes:text.data()
-                                                length:text.size()
-                                              encoding:NSUTF8StringEncoding];
-    if (string == nil) {
-        string = [[NSString alloc] initWithBytes:text.data()
-                                          length:text.size()
-                                        encoding:NSMacOSRomanStringEncoding];
-    }
-    return [string autorelease];
+    text = [text stringByReplacingOccurrencesOfString:@"\r\n" withString:@"\r"];
+    text = [text stringByReplacingOccurrencesOfString:@"\n" withString:@"\r"];
+    return [text hasSuffix:@"\r"] ? [text substringToIndex:[text length] - 1] : text;
 }
 
 NSString* MessageOf(const CommandResult& failure) {

@@ -1,14 +1,9 @@
 // The part of IOKit that the program meets, with Apple's names, types and prototypes. The registry
 // here holds two services:
 //
-//   IOPlatformExpertDevice  "IOPlatformUUID", a text made from the machine's own identifier;
-//   without
-//                           that identifier the property is missing
-//   IOHIDSystem             "HIDIdleTime", the nanoseconds since the user's last key or mouse
-//   event,
-//                           a number; without an X display there is no such service
-//
-// Objects are handles that the caller releases with IOObjectRelease.
+//   IOPlatformExpertDevice: "IOPlatformUUID", a text made from the machine's own identifier
+//   IOHIDSystem: "HIDIdleTime", the nanoseconds since the user's last key or mouse event on the X
+//   display, without which there is no such service
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -28,31 +23,29 @@ typedef io_object_t io_service_t;
 
 #define IO_OBJECT_NULL ((io_object_t)0)
 #define KERN_SUCCESS 0
-#define kIOReturnSuccess KERN_SUCCESS
 #define kIOReturnBadArgument ((IOReturn)0xe00002c2)
 
 extern const mach_port_t kIOMasterPortDefault;
 
-/// A dictionary that matches the services of a class; the functions that take one release it.
+/// A dictionary that matches the service of a class; the functions that take one release it.
 CFMutableDictionaryRef IOServiceMatching(const char* name);
 
-/// @return the first service that matches, or IO_OBJECT_NULL
+/// @return the service, for the caller to release, or IO_OBJECT_NULL
 io_service_t IOServiceGetMatchingService(mach_port_t mainPort, CFDictionaryRef matching);
 
-/// @param existing  gets an iterator over the services that match, which may be none
-/// @return KERN_SUCCESS, or kIOReturnBadArgument without a dictionary
+/// @param existing  gets an iterator, for the caller to release
 kern_return_t IOServiceGetMatchingServices(mach_port_t mainPort, CFDictionaryRef matching,
                                            io_iterator_t* existing);
 
-/// @return the iterator's next object, or IO_OBJECT_NULL after the last one
+/// @return the next service, for the caller to release, or IO_OBJECT_NULL after the last one
 io_object_t IOIteratorNext(io_iterator_t iterator);
 
-/// @return the property, which the caller releases, or NULL; `allocator` and `options` do not count
+/// @return the property, for the caller to release, or NULL
 CFTypeRef IORegistryEntryCreateCFProperty(io_registry_entry_t entry, CFStringRef key,
                                           CFAllocatorRef allocator, IOOptionBits options);
 
-/// @param properties  gets all properties, which the caller releases
-/// @return KERN_SUCCESS, or kIOReturnBadArgument for something that is no service
+/// @param properties  gets all properties, for the caller to release
+/// @return KERN_SUCCESS, or kIOReturnBadArgument for a service that is not there (any more)
 kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry,
                                                 CFMutableDictionaryRef* properties,
                                                 CFAllocatorRef allocator, IOOptionBits options);

@@ -1,121 +1,110 @@
+#include <Foundation/Foundation.h>
 #include <IOKit/IOKitLib.h>
+#include <X11/extensions/scrnsaver.h>
 
+#include <algorithm>
+#include <fstream>
 #include <map>
-#include <mutex>
+#include <memory>
+#include <string>
 #include <utility>
-#include <vector>
-
-#include "linux/frameworks/IOKit/Services.h"
 
 const mach_port_t kIOMasterPortDefault = 0;
 
 namespace {
 
+constexpr char kMachineIdentifier[] = "/etc/machine-id";
+constexpr size_t kHyphens[] = {8, 13, 18, 23};
+constexpr long long kNanosecondsPerMillisecond = 1'000'000;
+
 NSString* const kClassKey = @"IOProviderClass";
 
-const Service* const kServices[] = {&kPlatformExpertDevice, &kHIDSystem};
-
-/// What a handle stands for: a service, or an iterator over those that are still to come.
-struct Object {
-    const Service* service = nullptr;
-    std::vector<const Service*> remaining;
-};
-
-/// The objects that callers hold.
-class Registry {
-  public:
-    io_object_t Add(Object object) {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        objects_.emplace(++last_, std::move(object));
-        return last_;
+NSDictionary* PlatformExpertDevice() {
+    std::string identifier;
+    std::ifstream(kMachineIdentifier) >> identifier;
+    for (const size_t hyphen : kHyphens) {
+        identifier.insert(std::min(hyphen, identifier.size()), "-");
     }
-
-    bool Remove(io_object_t handle) {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        return objects_.erase(handle) > 0;
-    }
-
-    const Service* ServiceOf(io_object_t handle) {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        const auto found = objects_.find(handle);
-        return found == objects_.end() ? nullptr : found->second.service;
-    }
-
-    const Service* TakeNext(io_object_t iterator) {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        const auto found = objects_.find(iterator);
-        if (found == objects_.end() || found->second.remaining.empty()) {
-            return nullptr;
-        }
-        const Service* next = found->second.remaining.front();
-        found->second.remaining.erase(found->second.remaining.begin());
-        return next;
-    }
-
-  private:
-    std::mutex mutex_;
-    std::map<io_object_t, Object> objects_;
-    io_object_t last_ = IO_OBJECT_NULL;
-};
-
-Registry& TheRegistry() {
-    static Registry registry;
-    return registry;
+    NSUUID* uuid = [[[NSUUID alloc]
+        initWithUUIDString:[NSString stringWithUTF8String:identifier.c_str()]] autorelease];
+    return uuid == nil ? @{} : @{@"IOPlatformUUID" : [uuid UUIDString]};
 }
 
-io_object_t HandleOf(const Service* service) {
-    return service == nullptr ? IO_OBJECT_NULL : TheRegistry().Add({service, {}});
+NSDictionary* HIDSystem() {
+    const std::unique_ptr<Display, decltype(&XCloseDisplay)> display(XOpenDisplay(nullptr),
+                                                                     &XCloseDisplay);
+    int event = 0;
+    int error = 0;
+    XScreenSaverInfo info{};
+    if (!display || !XScreenSaverQueryExtension(display.get(), &event, &error) ||
+        !XScreenSaverQueryInfo(display.get(), DefaultRootWindow(display.get()), &info)) {
+        return nil;
+    }
+    const auto idle = static_cast<long long>(info.idle) * kNanosecondsPerMillisecond;
+    return @{@"HIDIdleTime" : [NSNumber numberWithLongLong:idle]};
+}
+
+/// A service tells its properties at this moment; nil when the machine has no such service.
+using Service = NSDictionary* (*)();
+
+struct Object {
+    Service service;
+    bool isIterator;  ///< over that one service, or over none
+};
+
+/// The objects that callers hold, by their handles.
+std::map<io_object_t, Object>& HeldObjects() {
+    static std::map<io_object_t, Object> objects;
+    return objects;
+}
+
+io_object_t Hold(Object object) {
+    static io_object_t last = IO_OBJECT_NULL;
+    HeldObjects()[++last] = object;
+    return last;
 }
 
 /// Releases the dictionary.
-std::vector<const Service*> Matching(CFDictionaryRef matching) {
+Service Matching(CFDictionaryRef matching) {
     @autoreleasepool {
-        id className = [[(NSDictionary*)matching autorelease] objectForKey:kClassKey];
-        std::vector<const Service*> services;
-        for (const Service* service : kServices) {
-            if ([service->className isEqual:className] && service->properties() != nil) {
-                services.push_back(service);
-            }
-        }
-        return services;
+        id name = [[(NSDictionary*)matching autorelease] objectForKey:kClassKey];
+        const Service service = [name isEqual:@"IOPlatformExpertDevice"] ? PlatformExpertDevice
+                                : [name isEqual:@"IOHIDSystem"]          ? HIDSystem
+                                                                         : nullptr;
+        return service != nullptr && service() != nil ? service : nullptr;
     }
 }
 
-/// The properties of the service behind a handle, autoreleased; nil for anything else.
 NSDictionary* PropertiesOf(io_registry_entry_t entry) {
-    const Service* service = TheRegistry().ServiceOf(entry);
-    return service == nullptr ? nil : service->properties();
+    const auto held = HeldObjects().find(entry);
+    return held == HeldObjects().end() || held->second.isIterator ? nil : held->second.service();
 }
 
 }  // namespace
 
 CFMutableDictionaryRef IOServiceMatching(const char* name) {
-    if (name == nullptr) {
-        return nullptr;
-    }
-    @autoreleasepool {
-        NSString* className = [NSString stringWithUTF8String:name];
-        return (CFMutableDictionaryRef)
-            [[NSMutableDictionary alloc] initWithObjectsAndKeys:className, kClassKey, nil];
-    }
+    return (CFMutableDictionaryRef)
+        [[NSMutableDictionary alloc] initWithObjectsAndKeys:@(name), kClassKey, nil];
 }
 
 io_service_t IOServiceGetMatchingService(mach_port_t /*mainPort*/, CFDictionaryRef matching) {
-    const std::vector<const Service*> services = Matching(matching);
-    return HandleOf(services.empty() ? nullptr : services.front());
+    const Service service = Matching(matching);
+    return service == nullptr ? IO_OBJECT_NULL : Hold({service, false});
 }
 
 kern_return_t IOServiceGetMatchingServices(mach_port_t /*mainPort*/, CFDictionaryRef matching,
                                            io_iterator_t* existing) {
-    if (matching == nullptr) {
-        return kIOReturnBadArgument;
-    }
-    *existing = TheRegistry().Add({nullptr, Matching(matching)});
+    *existing = Hold({Matching(matching), true});
     return KERN_SUCCESS;
 }
 
 io_object_t IOIteratorNext(io_iterator_t iterator) {
-    return HandleOf(TheRegistry().TakeNext(iterator));
+    const auto held = HeldObjects().find(iterator);
+    if (held == HeldObjects().end() || !held->second.isIterator) {
+        return IO_OBJECT_NULL;
+    }
+    const Service service = std::exchange(held->second.service, nullptr);
+    return service == nullptr ? IO_OBJECT_NULL : Hold({service, false});
 }
 
 CFTypeRef IORegistryEntryCreateCFProperty(io_registry_entry_t entry, CFStringRef key,
@@ -140,5 +129,5 @@ kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry,
 }
 
 kern_return_t IOObjectRelease(io_object_t object) {
-    return TheRegistry().Remove(object) ? KERN_SUCCESS : kIOReturnBadArgument;
+    return HeldObjects().erase(object) == 1 ? KERN_SUCCESS : kIOReturnBadArgument;
 }

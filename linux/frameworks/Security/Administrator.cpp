@@ -1,12 +1,18 @@
 #include "Security/Administrator.h"
 
+#include <gio/gio.h>
+#include <gio/gunixsocketaddress.h>
 #include <pwd.h>
 #include <unistd.h>
 
-#include "Security/Broker.h"
-#include "Security/RunProgram.h"
+#include <optional>
+#include <sstream>
+
+#include "linux/corrections/Programs.h"
 
 namespace {
+
+constexpr char kBroker[] = "/run/macroot/broker.sock";
 
 // pkexec's own exit statuses; a command may end with the same numbers.
 constexpr int kPromptDismissed = 126;
@@ -20,6 +26,45 @@ constexpr char kSystemPath[] = "PATH=/usr/bin:/bin:/usr/sbin:/sbin";
 // The first thing on the standard error of a command that was started: by it a command's own exit
 // status is told from pkexec's.
 constexpr char kStarted[] = "started by the administrator\n";
+
+// All that the Mac root's broker answers to a request; nothing where there is no broker.
+std::optional<std::string> AnswerOfBroker(const std::string& request) {
+    g_autoptr(GSocketAddress) address = g_unix_socket_address_new(kBroker);
+    g_autoptr(GSocket) socket = g_socket_new(G_SOCKET_FAMILY_UNIX, G_SOCKET_TYPE_STREAM,
+                                             G_SOCKET_PROTOCOL_DEFAULT, nullptr);
+    if (socket == nullptr || !g_socket_connect(socket, address, nullptr, nullptr)) {
+        return std::nullopt;
+    }
+    g_autoptr(GSocketConnection) connection = g_socket_connection_factory_create_connection(socket);
+    g_output_stream_write_all(g_io_stream_get_output_stream(G_IO_STREAM(connection)),
+                              request.data(), request.size(), nullptr, nullptr, nullptr);
+    g_socket_shutdown(socket, FALSE, TRUE, nullptr);
+    g_autoptr(GOutputStream) answer = g_memory_output_stream_new_resizable();
+    g_output_stream_splice(answer, g_io_stream_get_input_stream(G_IO_STREAM(connection)),
+                           G_OUTPUT_STREAM_SPLICE_NONE, nullptr, nullptr);
+    GMemoryOutputStream* const bytes = G_MEMORY_OUTPUT_STREAM(answer);
+    return std::string(static_cast<const char*>(g_memory_output_stream_get_data(bytes)),
+                       g_memory_output_stream_get_data_size(bytes));
+}
+
+// One line "VERDICT STATUS OUTPUT-LENGTH ERRORS-LENGTH", then the two texts. Nonsense is a refusal.
+CommandResult Parsed(const std::string& answer) {
+    const size_t texts = answer.find('\n') + 1;
+    std::istringstream header(answer.substr(0, texts));
+    std::string verdict;
+    int status = 0;
+    size_t output = 0;
+    size_t errors = 0;
+    const size_t length = answer.size() - texts;
+    if (texts == 0 || !(header >> verdict >> status >> output >> errors) || output > length ||
+        errors != length - output) {
+        return {Verdict::Refused, 0, "", ""};
+    }
+    if (verdict != "allow") {
+        return {verdict == "cancel" ? Verdict::Cancelled : Verdict::Refused, 0, "", ""};
+    }
+    return {Verdict::Allowed, status, answer.substr(texts, output), answer.substr(texts + output)};
+}
 
 std::string HomeOfUser() {
     const passwd* user = getpwuid(getuid());
@@ -43,8 +88,8 @@ CommandResult RunByPolkit(const std::string& command) {
 }  // namespace
 
 CommandResult RunAsAdministrator(const std::string& command) {
-    if (const std::optional<CommandResult> answer = AskBroker("command", command)) {
-        return *answer;
+    if (const std::optional<std::string> answer = AnswerOfBroker("command\n" + command)) {
+        return Parsed(*answer);
     }
     return RunByPolkit(command);
 }
@@ -55,8 +100,8 @@ CommandResult RunAsUser(const std::string& command) {
 }
 
 Verdict AskForRight(const std::string& right) {
-    if (const std::optional<CommandResult> answer = AskBroker("right", right)) {
-        return answer->verdict;
+    if (const std::optional<std::string> answer = AnswerOfBroker("right\n" + right)) {
+        return Parsed(*answer).verdict;
     }
     const ProgramResult check = RunProgram({"pkcheck", "--allow-user-interaction", "--action-id",
                                             kPolkitAction, "--process", std::to_string(getpid())});

@@ -1,35 +1,24 @@
-#include "Security/Authorization.h"
+#include <Security/Security.h>
 
-#include <cstdint>
-#include <mutex>
+#include <cstdio>
+#include <cstdlib>
 #include <set>
 
 #include "Security/Administrator.h"
 
 namespace {
 
-// References are numbers, not memory: one that was freed is known as such, never followed.
-std::mutex& Lock() {
-    static std::mutex lock;
-    return lock;
-}
-
+// References are numbers and not memory, so that one that was freed is never a younger one as well.
 std::set<AuthorizationRef>& LiveReferences() {
     static std::set<AuthorizationRef> references;
     return references;
 }
 
-AuthorizationRef NewReference() {
-    static uintptr_t count = 0;
-    const std::lock_guard<std::mutex> guard(Lock());
-    const AuthorizationRef reference = reinterpret_cast<AuthorizationRef>(++count);
-    LiveReferences().insert(reference);
-    return reference;
-}
-
-bool IsLive(AuthorizationRef reference) {
-    const std::lock_guard<std::mutex> guard(Lock());
-    return LiveReferences().count(reference) != 0;
+void RequireLive(AuthorizationRef reference, const char* caller) {
+    if (LiveReferences().count(reference) == 0) {
+        std::fprintf(stderr, "%s: this authorization was freed before, or never made\n", caller);
+        std::abort();
+    }
 }
 
 OSStatus StatusOf(Verdict verdict) {
@@ -48,37 +37,26 @@ OSStatus StatusOf(Verdict verdict) {
 OSStatus AuthorizationCreate(const AuthorizationRights* /*rights*/,
                              const AuthorizationEnvironment* /*environment*/,
                              AuthorizationFlags /*flags*/, AuthorizationRef* authorization) {
-    if (authorization == nullptr) {
-        return errAuthorizationInvalidPointer;
-    }
-    *authorization = NewReference();
+    static uintptr_t count = 0;
+    *authorization = reinterpret_cast<AuthorizationRef>(++count);
+    LiveReferences().insert(*authorization);
     return errAuthorizationSuccess;
 }
 
 OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const AuthorizationRights* rights,
                                  const AuthorizationEnvironment* /*environment*/,
-                                 AuthorizationFlags flags,
+                                 AuthorizationFlags /*flags*/,
                                  AuthorizationRights** /*authorizedRights*/) {
-    if (!IsLive(authorization)) {
-        return errAuthorizationInvalidRef;
+    RequireLive(authorization, "AuthorizationCopyRights");
+    OSStatus status = errAuthorizationSuccess;
+    for (UInt32 i = 0; i < rights->count && status == errAuthorizationSuccess; ++i) {
+        status = StatusOf(AskForRight(rights->items[i].name));
     }
-    if (rights == nullptr) {
-        return errAuthorizationSuccess;
-    }
-    if ((flags & kAuthorizationFlagInteractionAllowed) == 0) {
-        return errAuthorizationInteractionNotAllowed;
-    }
-    for (UInt32 i = 0; i < rights->count; ++i) {
-        const OSStatus status = StatusOf(AskForRight(rights->items[i].name));
-        if (status != errAuthorizationSuccess) {
-            return status;
-        }
-    }
-    return errAuthorizationSuccess;
+    return status;
 }
 
 OSStatus AuthorizationFree(AuthorizationRef authorization, AuthorizationFlags /*flags*/) {
-    const std::lock_guard<std::mutex> guard(Lock());
-    return LiveReferences().erase(authorization) == 1 ? errAuthorizationSuccess
-                                                      : errAuthorizationInvalidRef;
+    RequireLive(authorization, "AuthorizationFree");
+    LiveReferences().erase(authorization);
+    return errAuthorizationSuccess;
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
-#include <Security/Authorization.h>
+#include <Security/Security.h>
 
 #ifdef __cplusplus
 extern "C" {

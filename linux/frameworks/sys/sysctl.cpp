@@ -9,35 +9,29 @@
 
 namespace {
 
-constexpr char kProcessorFrequency[] = "hw.cpufrequency";
-constexpr int64_t kHertzPerKilohertz = 1000;
-constexpr double kHertzPerMegahertz = 1e6;
-
 /// In kilohertz. The first one tells the rate without boost, where the driver knows it.
 constexpr const char* kFrequencyFiles[] = {
     "/sys/devices/system/cpu/cpu0/cpufreq/base_frequency",
     "/sys/devices/system/cpu/cpu0/cpufreq/cpuinfo_max_freq",
 };
 
-/// Virtual machines often have no frequency driver; on x86 this file has a line "cpu MHz :
-/// 2596.122".
+/// Virtual machines often have no frequency driver; on x86 this file has a line "cpu MHz : 2596.1".
 constexpr char kProcessors[] = "/proc/cpuinfo";
 constexpr char kMegahertzLine[] = "cpu MHz";
 
-/// @return 0 when the machine does not tell it
+/// In hertz; 0 when the machine does not tell it.
 int64_t ProcessorFrequency() {
     for (const char* path : kFrequencyFiles) {
         int64_t kilohertz = 0;
         if (std::ifstream(path) >> kilohertz && kilohertz > 0) {
-            return kilohertz * kHertzPerKilohertz;
+            return kilohertz * 1000;
         }
     }
     std::ifstream processors(kProcessors);
     for (std::string line; std::getline(processors, line);) {
         const size_t colon = line.find(':');
         if (line.rfind(kMegahertzLine, 0) == 0 && colon != std::string::npos) {
-            return std::llround(std::strtod(line.c_str() + colon + 1, nullptr) *
-                                kHertzPerMegahertz);
+            return std::llround(std::strtod(line.c_str() + colon + 1, nullptr) * 1e6);
         }
     }
     return 0;
@@ -50,26 +44,15 @@ int Fail(int error) {
 
 }  // namespace
 
-int sysctlbyname(const char* name, void* oldp, size_t* oldlenp, void* newp, size_t /*newlen*/) {
-    if (name == nullptr || std::strcmp(name, kProcessorFrequency) != 0) {
-        return Fail(ENOENT);
-    }
-    if (newp != nullptr) {
-        return Fail(EPERM);
-    }
-    const int64_t hertz = ProcessorFrequency();
+int sysctlbyname(const char* name, void* oldp, size_t* oldlenp, void* /*newp*/, size_t /*newlen*/) {
+    const int64_t hertz = std::strcmp(name, "hw.cpufrequency") == 0 ? ProcessorFrequency() : 0;
     if (hertz == 0) {
         return Fail(ENOENT);
     }
-    const size_t room = oldlenp == nullptr ? 0 : *oldlenp;
-    if (oldp != nullptr && room < sizeof hertz) {
+    if (*oldlenp < sizeof hertz) {
         return Fail(ENOMEM);
     }
-    if (oldp != nullptr) {
-        std::memcpy(oldp, &hertz, sizeof hertz);
-    }
-    if (oldlenp != nullptr) {
-        *oldlenp = sizeof hertz;
-    }
+    std::memcpy(oldp, &hertz, sizeof hertz);
+    *oldlenp = sizeof hertz;
     return 0;
 }

@@ -11,15 +11,15 @@ import os
 import socket
 import threading
 
-from macroot.inside.furniture import BROKER_SOCKET, roots_environment
+from macroot.inside.layout import BROKER_SOCKET, roots_environment
 from macroot.inside.write_bits import now
 
 
 class Broker:
     """Answers until the run ends; `asked` is the open file where prompts are noted, -1 for none."""
 
-    def __init__(self, plan, cell, asked):
-        self._cell = cell
+    def __init__(self, plan, programs, asked):
+        self._programs = programs
         self._environment = roots_environment(plan)
         self._verdicts = list(plan["verdicts"])
         self._asked = asked
@@ -27,7 +27,7 @@ class Broker:
         self._listening = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
 
     def start(self):
-        path = self._cell.path(BROKER_SOCKET)
+        path = self._programs.path(BROKER_SOCKET)
         self._listening.bind(path)
         os.chmod(path, 0o666)
         self._listening.listen(16)
@@ -55,9 +55,9 @@ class Broker:
         status, output, errors = 0, b"", b""
         if kind == "command" and verdict == "allow":
             began = now()
-            status, output, errors = self._cell.run_as_root([b"/bin/sh", b"-c", body],
+            status, output, errors = self._programs.run_as_root([b"/bin/sh", b"-c", body],
                                                             self._environment)
-            self._cell.part_users(began)
+            self._programs.part_users(began)
         return f"{verdict} {status} {len(output)} {len(errors)}\n".encode() + output + errors
 
     def _prompt(self, kind, what):

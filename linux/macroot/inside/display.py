@@ -11,8 +11,8 @@ _SERVER = ["Xvfb", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset
 class Display:
     """Xvfb, started as root; clients reach it by its abstract socket, which needs no folder."""
 
-    def __init__(self, cell, environment):
-        self._cell = cell
+    def __init__(self, programs, environment):
+        self._programs = programs
         self._environment = environment
         self._server = None
         self._number_to_come = None
@@ -22,7 +22,7 @@ class Display:
     def start(self):
         """Starts the server; `name` is known after `wait`."""
         self._number_to_come, number = os.pipe()
-        self._server = self._cell.start_beside(
+        self._server = self._programs.start_beside(
             [*_SERVER, "-displayfd", str(number)], self._environment, pass_fds=[number],
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         os.close(number)
@@ -40,7 +40,7 @@ class Display:
         if self._saved:
             return
         self._saved = True
-        with self._cell.start_beside(
+        with self._programs.start_beside(
                 ["import", "-silent", "-window", "root", "png:-"],
                 {**self._environment, "DISPLAY": self.name}, stdin=subprocess.DEVNULL, stdout=file,
                 stderr=subprocess.PIPE) as camera:

@@ -9,7 +9,7 @@ import os
 import subprocess
 
 from macroot.errors import Trouble
-from macroot.inside.furniture import KEYCHAIN, keychain_environment
+from macroot.inside.layout import KEYCHAIN, keychain_environment
 
 _OTHER_PASSWORD = "not alex's"
 _STORE = "/run/macroot/lib/macroot/inside/keychain_store.py"
@@ -18,10 +18,10 @@ _STORE = "/run/macroot/lib/macroot/inside/keychain_store.py"
 class Keychain:
     """The keychain of one run; `items` maps labels to data in Base64."""
 
-    def __init__(self, plan, cell, alexs_environment):
+    def __init__(self, plan, programs, alexs_environment):
         self._items = plan["keychain"]
         self._locked = plan["keychain_locked"]
-        self._cell = cell
+        self._programs = programs
         self._environment = alexs_environment
 
     def fill(self):
@@ -33,12 +33,12 @@ class Keychain:
 
     def read(self):
         """What the program left in it."""
-        if self._locked or not os.path.exists(self._cell.path(KEYCHAIN)):
+        if self._locked or not os.path.exists(self._programs.path(KEYCHAIN)):
             return self._items
         return json.loads(self._use("read", {}, {}))
 
     def _use(self, what, items, more_environment):
-        with self._cell.start_as_alex(
+        with self._programs.start_as_alex(
                 ["/usr/bin/python3", "-ISXutf8", _STORE, what],
                 {**self._environment, **more_environment},
                 stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:

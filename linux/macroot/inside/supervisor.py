@@ -7,13 +7,10 @@ import signal
 import subprocess
 
 from macroot.errors import Trouble
-from macroot.inside import web
 from macroot.inside.broker import Broker
-from macroot.inside.disks import Disk
-from macroot.inside.display import Display
-from macroot.inside.furniture import MACROOT, alexs_environment, furnish, roots_environment
+from macroot.inside.layout import MACROOT, alexs_environment, lay_out, roots_environment
 from macroot.inside.keychain import Keychain
-from macroot.people import ALEX, STAFF
+from macroot.users import ALEX, STAFF
 
 _GRACE = 5  # seconds that a program has to end after a signal
 
@@ -21,60 +18,63 @@ _GRACE = 5  # seconds that a program has to end after a signal
 _HOSTS_FOLDERS = ("/usr", "/dev", "/proc", "/run", "/private/etc")
 
 
-def supervise(plan, cell, channels):
+def supervise(plan, programs, channels):
     """Carries the plan out; gives `{"status": N, "keychain": items}` or `{"trouble": text}`."""
     try:
         with contextlib.ExitStack() as ending:
-            return _supervise(plan, cell, channels, ending)
+            return _supervise(plan, programs, channels, ending)
     except (Trouble, OSError, subprocess.SubprocessError) as trouble:
         return {"trouble": str(trouble)}
 
 
-def _supervise(plan, cell, channels, ending):
-    furnish(plan, cell)
+def _supervise(plan, programs, channels, ending):
+    lay_out(plan, programs)
     root, alex = roots_environment(plan), alexs_environment(plan)
     if plan["real_users"]:
-        _own(plan["own"], cell, root)
+        _own(plan["own"], programs, root)
     _insert_disks(plan["full"], ending)
     if plan["web"]:
-        web.start(plan["web"], cell, plan["etc_folders"])
-    keychain = Keychain(plan, cell, alex)
+        from macroot.inside import web  # these three are for few runs, and take their time
+        web.start(int(plan["web"]), programs, plan["etc_folders"])
+    keychain = Keychain(plan, programs, alex)
     keychain.fill()
-    display = _start_display(plan["display"], cell, root, alex, ending)
-    Broker(plan, cell, channels["asked"]).start()
-    _run_pre(plan["pre"], cell, root)
-    cell.close_to_alex([*plan["etc_folders"], "/run", MACROOT])
-    cell.part_users()
-    home = plan["home"] if os.path.isdir(cell.path(plan["home"])) else "/"
-    program = cell.start_program(plan["program"], alex, home)
+    display = _start_display(plan["display"], programs, root, alex, ending)
+    Broker(plan, programs, channels["asked"]).start()
+    _run_pre(plan["pre"], programs, root)
+    programs.close_to_alex([*plan["etc_folders"], "/run", MACROOT])
+    programs.part_users()
+    home = plan["home"] if os.path.isdir(programs.path(plan["home"])) else "/"
+    program = programs.start_program(plan["program"], alex, home)
     take_picture = contextlib.nullcontext if channels["screenshot"] < 0 else (
         lambda: display.save_picture(channels["screenshot"]))
     _wait(program, channels["control"], take_picture)
     take_picture()
-    cell.end_everything()
+    programs.end_everything()
     return {"status": program.status(), "keychain": keychain.read()}
 
 
-def _own(paths, cell, environment):
+def _own(paths, programs, environment):
     for path in paths:
         kept = [word for folder in _HOSTS_FOLDERS for word in ("-path", folder, "-o")][:-1]
         give = ["-exec", "chown", "-h", f"{ALEX}:{STAFF}", "{}", "+"]
-        _finish(cell.start_as_root(["find", path, "(", *kept, ")", "-prune", "-o", *give],
+        _finish(programs.start_as_root(["find", path, "(", *kept, ")", "-prune", "-o", *give],
                                    environment, stderr=subprocess.PIPE), f"--own {path}")
 
 
 def _insert_disks(disks, ending):
     """The outer ones first; they are removed in reverse."""
+    from macroot.inside.disks import Disk
     for path, room in sorted(disks):
         disk = Disk(path, room)
         disk.insert()
         ending.callback(disk.remove)
 
 
-def _start_display(wanted, cell, root, alex, ending):
+def _start_display(wanted, programs, root, alex, ending):
     if not wanted:
         return None
-    display = Display(cell, root)
+    from macroot.inside.display import Display
+    display = Display(programs, root)
     display.start()
     ending.callback(display.stop)
     display.wait()
@@ -82,10 +82,10 @@ def _start_display(wanted, cell, root, alex, ending):
     return display
 
 
-def _run_pre(command, cell, environment):
+def _run_pre(command, programs, environment):
     """Its output goes to standard error: standard output is the program's alone."""
     if command:
-        _finish(cell.start_as_root(command, environment, stdin=subprocess.DEVNULL, stdout=2),
+        _finish(programs.start_as_root(command, environment, stdin=subprocess.DEVNULL, stdout=2),
                 "--pre")
 
 

@@ -1,28 +1,45 @@
 """The web as seen from inside: every name leads to this machine, every request gets one answer."""
 
 import socket
-import struct
 import threading
-from http import HTTPStatus
+from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 
-from macroot.inside.furniture import write
+from macroot.inside.layout import write
 
 _ADDRESS = "127.0.0.1"
 _HTTP, _DNS = 80, 53
-_TYPE_A, _CLASS_IN, _TIME_TO_LIVE = 1, 1, 60
-_HEADER = struct.Struct(">6H")
-_ANSWER = struct.Struct(">HHHIH4s")
+_HEADER_SIZE = 12
+_ADDRESS_OF_THE_INTERNET = b"\0\1\0\1"  # a question's type and class
 
 
-def start(status, cell, etc_folders):
+def start(status, programs, etc_folders):
     """Serves until the run ends; the network must be the run's own."""
     for folder in etc_folders:
-        write(cell, f"{folder}/resolv.conf", f"nameserver {_ADDRESS}\n")
+        write(programs, f"{folder}/resolv.conf", f"nameserver {_ADDRESS}\n")
     names = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
     names.bind((_ADDRESS, _DNS))
-    pages = socket.create_server((_ADDRESS, _HTTP))
-    for serve in (lambda: _serve_names(names), lambda: _serve_pages(pages, status)):
+    answers = type("Answers", (_Answers,), {"status": status})
+    pages = ThreadingHTTPServer((_ADDRESS, _HTTP), answers)
+    for serve in (lambda: _serve_names(names), pages.serve_forever):
         threading.Thread(target=serve, daemon=True).start()
+
+
+class _Answers(BaseHTTPRequestHandler):
+    """One answer to everything, without content."""
+
+    protocol_version = "HTTP/1.1"
+
+    def parse_request(self):
+        if super().parse_request():
+            self.send_response(self.status)
+            if self.status not in (204, 304):
+                self.send_header("Content-Length", "0")
+            self.send_header("Connection", "close")
+            self.end_headers()
+        return False  # there is nothing more to do
+
+    def log_message(self, *_):
+        pass
 
 
 def _serve_names(names):
@@ -34,50 +51,13 @@ def _serve_names(names):
 
 def name_answer(question):
     """The answer to a DNS question (RFC 1035): this machine's address, nothing for other types."""
-    if len(question) < _HEADER.size:
+    end = question.find(b"\0", _HEADER_SIZE) + 5  # behind the name: the type and the class
+    if end < _HEADER_SIZE + 5 or end > len(question):
         return None
-    number, flags, _, _, _, _ = _HEADER.unpack_from(question)
-    end = _HEADER.size
-    while end < len(question) and question[end]:
-        end += 1 + question[end]
-    end += 1 + 4  # the name's last length, the type and the class
-    if end > len(question):
-        return None
-    asked = question[_HEADER.size:end]
-    has_address = struct.unpack(">HH", asked[-4:]) == (_TYPE_A, _CLASS_IN)
+    has_address = question[end - 4:end] == _ADDRESS_OF_THE_INTERNET
     # An authoritative answer without error; "recursion desired" comes back as it was.
-    header = _HEADER.pack(number, 0x8480 | flags & 0x0100, 1, int(has_address), 0, 0)
-    if not has_address:
-        return header + asked
-    to_the_name = 0xC000 | _HEADER.size
-    return header + asked + _ANSWER.pack(to_the_name, _TYPE_A, _CLASS_IN, _TIME_TO_LIVE, 4,
-                                         socket.inet_aton(_ADDRESS))
-
-
-def _serve_pages(pages, status):
-    while True:
-        client, _ = pages.accept()
-        threading.Thread(target=_answer_page, args=(client, status), daemon=True).start()
-
-
-def _reason(status):
-    try:
-        return HTTPStatus(status).phrase
-    except ValueError:
-        return "A status of its own"
-
-
-def _answer_page(client, status):
-    with client:
-        try:
-            request = b""
-            while b"\r\n\r\n" not in request:
-                piece = client.recv(4096)
-                if not piece:
-                    return
-                request += piece
-            length = "" if status in (204, 304) else "Content-Length: 0\r\n"
-            head = f"HTTP/1.1 {status} {_reason(status)}\r\n{length}Connection: close\r\n\r\n"
-            client.sendall(head.encode())
-        except ConnectionError:
-            pass  # the client has gone
+    flags = bytes([0x84 | question[2] & 1, 0x80])
+    counts = bytes([0, 1, 0, has_address, 0, 0, 0, 0])
+    # The name again, by a pointer; it holds for a minute; four bytes follow.
+    address = b"\xc0\x0c" + _ADDRESS_OF_THE_INTERNET + b"\0\0\0\x3c\0\4" + socket.inet_aton(_ADDRESS)
+    return question[:2] + flags + counts + question[_HEADER_SIZE:end] + address * has_address

@@ -11,7 +11,7 @@ import os
 import stat
 import time
 
-from macroot.people import BUNDLE, SHARED, TEMPORARY_FOLDERS, is_beneath
+from macroot.users import BUNDLE, SHARED, TEMPORARY_FOLDERS, is_beneath
 
 _HOSTS_FOLDERS = ("/usr", "/dev", "/proc", "/run")
 _CLOCK_REALTIME_COARSE = 5  # Linux's number; Python has no name for it

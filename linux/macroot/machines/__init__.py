@@ -2,7 +2,7 @@
 
 from macroot.machines import chrome, edge, firefox, product, safari, system
 from macroot.machines.entries import Absent
-from macroot.people import BUNDLE
+from macroot.users import BUNDLE
 
 _BARE = [system.SYSTEM, system.ALEX]
 _PRODUCT = [product.APPLICATION, product.PAYLOAD, product.SETTINGS]

@@ -2,7 +2,7 @@
 
 from macroot.machines import executable
 from macroot.machines.entries import File, Folder, application, native_host, plist, text
-from macroot.people import BUNDLE, SHARED
+from macroot.users import BUNDLE, SHARED
 
 EXTENSIONS = f"{BUNDLE}/Contents/Keystrel/Tools/BExtensions"
 CHROME_HOST = "com.corvendale.kschromena"

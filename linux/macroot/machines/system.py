@@ -1,7 +1,7 @@
 """A Mac without anything on it, and its user."""
 
 from macroot.machines.entries import Folder, Link, plist, text
-from macroot.people import HOME, SHARED
+from macroot.users import HOME, SHARED
 
 LIBRARY = "/Library"
 USERS_LIBRARY = f"{HOME}/Library"

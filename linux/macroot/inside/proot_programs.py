@@ -7,26 +7,24 @@ import subprocess
 import time
 
 from macroot.errors import Trouble
-from macroot.inside.cell import UMASK
+from macroot.inside.programs import UMASK, Programs
 from macroot.inside.old_system_calls import filter_young_calls
-from macroot.inside.write_bits import write_bits
-from macroot.people import ALEX, STAFF, is_beneath
+from macroot.users import ALEX, STAFF, is_beneath
 
 _INSIDE = "/run/macroot/lib/macroot/inside"
 _PATIENCE = 2  # seconds that proot has to end after the last process that it traced
 
 
-class Traced:
+class ProotPrograms(Programs):
     """Where the host gives no second user, proot shows each side the user that it should be."""
 
     def __init__(self, plan, options, scratch, channels):
-        self._real_users = plan["real_users"]
         self._tree = plan["tree"]
         self._options = options
         self._scratch = scratch
         self._etc_folders = plan["etc_folders"]
         self._started = []
-        self._bits = write_bits(self.path("/"), plan, channels["write_bits"])
+        super().__init__(plan, channels)
         os.mkdir(self._glue)
         os.chmod(self._glue, 0o1777)
 
@@ -63,22 +61,6 @@ class Traced:
                                     preexec_fn=filter_young_calls, **more)
         self._started.append(process)
         return process
-
-    def give_to_alex(self, path):
-        """Makes alex the owner of one path of the inside."""
-        if self._real_users:
-            os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
-
-    def part_users(self, since=0):
-        """Where alex and root are one: keeps alex from what is root's, or became so since then."""
-        if self._bits:
-            self._bits.take(since)
-
-    def close_to_alex(self, folders):
-        """Where alex and root are one: keeps alex from changing folders of the host's part."""
-        if self._bits:
-            for folder in folders:
-                os.chmod(self.path(folder), 0o555)
 
     def run_as_root(self, command, environment):
         """Runs a command to its end; the result is its status, its output and its errors."""

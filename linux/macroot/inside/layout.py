@@ -2,8 +2,8 @@
 
 import os
 
-from macroot.people import ALEX, STAFF
-from macroot.inside.cell import PATH
+from macroot.users import ALEX, STAFF
+from macroot.inside.programs import PATH
 
 MACROOT = "/run/macroot"
 ALEXS_FOLDER = "/run/alex"
@@ -13,26 +13,13 @@ KEYCHAIN_PASSWORD = "alex"
 
 PLATFORM_UUID = "8F1C2A7E-5D3B-4E96-A0C4-7B2D9E6F1A35"
 
+_GNUSTEP_CONFIGURATION = "/etc/GNUstep/GNUstep.conf"
+
 _ETC = {
     "group": f"wheel:x:0:\nstaff:x:{STAFF}:\nadmin:x:80:alex\nnogroup:x:65534:\n",
     "hosts": "127.0.0.1 localhost mac\n::1 localhost\n",
     "machine-id": PLATFORM_UUID.replace("-", "").lower() + "\n",
     "nsswitch.conf": "passwd: files\ngroup: files\nhosts: files dns\n",
-}
-
-_GNUSTEP_FOLDERS = {
-    "GNUSTEP_MAKEFILES": "/usr/share/GNUstep/Makefiles",
-    "GNUSTEP_SYSTEM_APPS": "/usr/lib/GNUstep/Applications",
-    "GNUSTEP_SYSTEM_ADMIN_APPS": "/usr/lib/GNUstep/Applications",
-    "GNUSTEP_SYSTEM_WEB_APPS": "/usr/lib/GNUstep/WebApplications",
-    "GNUSTEP_SYSTEM_TOOLS": "/usr/bin",
-    "GNUSTEP_SYSTEM_ADMIN_TOOLS": "/usr/sbin",
-    "GNUSTEP_SYSTEM_LIBRARY": "/usr/lib/GNUstep",
-    "GNUSTEP_SYSTEM_HEADERS": "/usr/include/GNUstep",
-    "GNUSTEP_SYSTEM_LIBRARIES": "/usr/lib",
-    "GNUSTEP_SYSTEM_DOC": "/usr/share/GNUstep/Documentation",
-    "GNUSTEP_SYSTEM_DOC_MAN": "/usr/share/man",
-    "GNUSTEP_SYSTEM_DOC_INFO": "/usr/share/info",
 }
 
 # Fonts come from the host, and so does the cache that saves searching them.
@@ -46,7 +33,7 @@ _FONTS = f"""<?xml version="1.0"?>
 """
 
 
-def furnish(plan, cell):
+def lay_out(plan, programs):
     """Writes the files and makes the folders."""
     home = plan["home"]
     accounts = (f"root:x:0:0:System Administrator:/var/root:/bin/sh\n"
@@ -54,14 +41,14 @@ def furnish(plan, cell):
                 f"nobody:x:65534:65534:Nobody:/:/usr/sbin/nologin\n")
     for folder in plan["etc_folders"]:
         for name, content in {**_ETC, "passwd": accounts}.items():
-            write(cell, f"{folder}/{name}", content)
-    write(cell, f"{MACROOT}/platform-uuid", PLATFORM_UUID + "\n")
-    write(cell, f"{MACROOT}/fonts.conf", _FONTS)
-    write(cell, f"{MACROOT}/GNUstep.conf", _gnustep_configuration(home))
+            write(programs, f"{folder}/{name}", content)
+    write(programs, f"{MACROOT}/platform-uuid", PLATFORM_UUID + "\n")
+    write(programs, f"{MACROOT}/fonts.conf", _FONTS)
+    write(programs, f"{MACROOT}/GNUstep.conf", _gnustep_configuration(home))
     for name in ("", "/tmp", "/cache", "/config", "/data", "/runtime", "/keychain"):
         folder = ALEXS_FOLDER + name
-        os.mkdir(cell.path(folder), 0o700)
-        cell.give_to_alex(folder)
+        os.mkdir(programs.path(folder), 0o700)
+        programs.give_to_alex(folder)
 
 
 def alexs_environment(plan):
@@ -108,29 +95,22 @@ def _standing_time(at):
 
 
 def _gnustep_configuration(home):
-    """Keeps GNUstep's own folders out of the tree.
+    """The host's, with GNUstep's own folders kept out of the tree.
 
     It takes a user's folders as relative to the home: the way to /run leads up from there first.
     """
+    hosts = ""
+    if os.path.exists(_GNUSTEP_CONFIGURATION):
+        with open(_GNUSTEP_CONFIGURATION, encoding="utf-8") as file:
+            hosts = file.read()
     up = "/".join(".." for part in home.split("/") if part) or "."
     users = f"{up}{ALEXS_FOLDER}/data/GNUstep"
-    lines = {
-        "GNUSTEP_USER_CONFIG_FILE": ".none",
-        "GNUSTEP_USER_DEFAULTS_DIR": f"{ALEXS_FOLDER}/config/GNUstep",
-        **_GNUSTEP_FOLDERS,
-        **{f"GNUSTEP_{domain}_USERS_DIR": "/Users" for domain in ("SYSTEM", "NETWORK", "LOCAL")},
-        **{f"GNUSTEP_USER_DIR_{name}": f"{users}/{folder}" for name, folder in (
-            ("APPS", "Applications"), ("ADMIN_APPS", "Applications/Admin"),
-            ("WEB_APPS", "WebApplications"),
-            ("TOOLS", "Tools"), ("ADMIN_TOOLS", "Tools/Admin"), ("LIBRARY", "Library"),
-            ("HEADERS", "Library/Headers"), ("LIBRARIES", "Library/Libraries"),
-            ("DOC", "Library/Documentation"), ("DOC_MAN", "Library/Documentation/man"),
-            ("DOC_INFO", "Library/Documentation/info"))},
-    }
-    return "".join(f"{name}={value}\n" for name, value in lines.items())
+    hosts = hosts.replace("=GNUstep/", f"={users}/").replace("_USERS_DIR=/home", "_USERS_DIR=/Users")
+    return f"{hosts}\nGNUSTEP_USER_CONFIG_FILE=.none\n" \
+           f"GNUSTEP_USER_DEFAULTS_DIR={ALEXS_FOLDER}/config/GNUstep\n"
 
 
-def write(cell, path, content):
+def write(programs, path, content):
     """Writes a file of the inside."""
-    with open(cell.path(path), "w", encoding="utf-8", errors="surrogateescape") as file:
+    with open(programs.path(path), "w", encoding="utf-8", errors="surrogateescape") as file:
         file.write(content)

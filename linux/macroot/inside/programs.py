@@ -6,14 +6,37 @@ import signal
 import subprocess
 
 from macroot.inside.write_bits import write_bits
-from macroot.people import ALEX, STAFF
-from macroot.user_namespace import enter_as
+from macroot.users import ALEX, STAFF
 
 UMASK = 0o022
 PATH = "/usr/bin:/bin:/usr/sbin:/sbin"
 
 
-class Namespaces:
+class Programs:
+    """What both ways of starting them share; `path` tells where the supervisor finds a path."""
+
+    def __init__(self, plan, channels):
+        self._real_users = plan["real_users"]
+        self._bits = write_bits(self.path("/"), plan, channels["write_bits"])
+
+    def give_to_alex(self, path):
+        """Makes alex the owner of one path of the inside."""
+        if self._real_users:
+            os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
+
+    def part_users(self, since=0):
+        """Where alex and root are one: keeps alex from what is root's, or became so since then."""
+        if self._bits:
+            self._bits.take(since)
+
+    def close_to_alex(self, folders):
+        """Where alex and root are one: keeps alex from changing folders of the host's part."""
+        if self._bits:
+            for folder in folders:
+                os.chmod(self.path(folder), 0o555)
+
+
+class NamespacePrograms(Programs):
     """The supervisor itself is inside and root there; paths are what they are.
 
     Without a second user of the host, alex is the same kernel user in a user namespace of his own,
@@ -21,9 +44,8 @@ class Namespaces:
     """
 
     def __init__(self, plan, channels):
-        self._real_users = plan["real_users"]
+        super().__init__(plan, channels)
         self._outer_process_namespace = plan["process_namespace"]
-        self._bits = write_bits(self.path("/"), plan, channels["write_bits"])
 
     def path(self, inside):
         """Where the supervisor finds a path of the inside."""
@@ -56,22 +78,6 @@ class Namespaces:
         return self.start_as_root(["unshare", "--mount", "/bin/sh", "-c", script, *command],
                                   environment, **more)
 
-    def give_to_alex(self, path):
-        """Makes alex the owner of one path of the inside."""
-        if self._real_users:
-            os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
-
-    def part_users(self, since=0):
-        """Where alex and root are one: keeps alex from what is root's, or became so since then."""
-        if self._bits:
-            self._bits.take(since)
-
-    def close_to_alex(self, folders):
-        """Where alex and root are one: keeps alex from changing folders of the host's part."""
-        if self._bits:
-            for folder in folders:
-                os.chmod(self.path(folder), 0o555)
-
     def end_everything(self):
         """Kills whatever runs inside beside the supervisor."""
         if process_namespace() != self._outer_process_namespace:
@@ -85,6 +91,7 @@ def process_namespace():
 
 
 def _become_alex():
+    from macroot.user_namespace import enter_as  # few hosts need it, and it takes its time
     enter_as(ALEX, STAFF)
 
 
