@@ -9,6 +9,9 @@ list(TRANSFORM KS_ROOMS REPLACE "(.+)" "$<TARGET_OBJECTS:room_\\1>" OUTPUT_VARIA
 list(FILTER KS_ROOM_OBJECTS EXCLUDE REGEX room_product)  # headers alone
 list(APPEND KS_ROOM_OBJECTS $<TARGET_OBJECTS:ciphers>)   # crypto's, apart from its other half
 
+# Where the installer and what it needs beside it are installed to.
+set(KS_PROGRAM_DESTINATION libexec/keystrel)
+
 # What macOS offers.
 add_library(macos INTERFACE)
 if(APPLE)

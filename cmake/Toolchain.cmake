@@ -14,8 +14,6 @@ set(KS_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
 # One flat folder for programs, libraries and what they load: a Mac root binds that one folder.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
-set(CMAKE_INSTALL_RPATH $ORIGIN)
 
 add_library(toolchain INTERFACE)
 target_include_directories(toolchain INTERFACE ${CMAKE_SOURCE_DIR})
@@ -38,8 +36,9 @@ if(KS_SANITIZE)
 endif()
 
 if(APPLE)
-  set(CMAKE_OSX_DEPLOYMENT_TARGET 10.9 CACHE STRING "The oldest macOS that the product runs on")
-  target_compile_options(toolchain INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX>:-fno-objc-arc>)
+  target_compile_options(toolchain INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX>:-fno-objc-arc>
+    # What macOS 10.9 offers is deprecated on later systems; the least system decides.
+    -Wno-deprecated-declarations)
 else()
   include(ToolchainLinux)
 endif()

@@ -1,6 +1,10 @@
 # clang with GNUstep's frameworks and gcc's Objective-C runtime, both found wherever they are.
 find_package(Threads REQUIRED)
 
+# Programs find the stand-ins beside themselves, built as well as installed.
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
+set(CMAKE_INSTALL_RPATH $ORIGIN)
+
 if(NOT CMAKE_OBJCXX_COMPILER_ID MATCHES "Clang")
   message(FATAL_ERROR "clang is needed: gcc knows neither @autoreleasepool nor object literals")
 endif()

@@ -24,6 +24,10 @@ const CGFloat kCentredOneOk = 190;
 const CGFloat kMargin = 22;
 const CGFloat kTextGap = 10;
 
+// The message's look: an interface file keeps it only as part of a text, and the message has none there.
+const CGFloat kMessageFontSize = 13;
+const CGFloat kMessageGray = 0.2;
+
 NSColor* LightGround() {
     return [NSColor colorWithDeviceRed:0.98f green:0.98f blue:0.98f alpha:1];
 }
@@ -62,8 +66,11 @@ void SetTitle(NSButton* button, NSString* text) {
 @synthesize closeRez;
 
 - (void)awakeFromNib {
+    [super awakeFromNib];
     closeRez = kAlertClosed;
     [[self window] setBackgroundColor:LightGround()];
+    [textView setFont:[NSFont systemFontOfSize:kMessageFontSize]];
+    [textView setTextColor:[NSColor colorWithDeviceWhite:kMessageGray alpha:1]];
     [[textView textContainer] setLineFragmentPadding:0];  // on one edge with the other texts
     [cancelButton setHidden:YES];
     [ignoreButton setHidden:YES];
@@ -215,6 +222,7 @@ void SetTitle(NSButton* button, NSString* text) {
     NSRect room = [message frame];
     room.size.height = MAX(top - NSMinY(room), 0);
     [message setFrame:room];
+    [textView setMinSize:NSMakeSize(0, [message contentSize].height)];  // no scroller for empty room
     [content setNeedsDisplay:YES];
 }
 
