@@ -290,7 +290,7 @@ TEST_F(SafariInstallTest, ReadingNoPreferences) {
 }
 
 TEST_F(SafariInstallTest, ReadingPreferencesThatCannotBeParsed) {
-    WriteFile(kPreferences, "bplist00");
+    WriteFile(kPreferences, "bplist00\1");
     EXPECT_EQ([SafariInstall comAppleSafariPlist], nil);
     EXPECT_EQ(Log().rfind("\nFAILURE : Error reading plist: Error Domain=", 0), 0U) << Log();
 }
