@@ -94,14 +94,20 @@ _status = _checked(lambda text: text.isdecimal() and 200 <= int(text) <= 599,
                    "a status of a final answer, 200 to 599")
 
 
+def _layout(prog):
+    """Of help texts; asking for the terminal's width would cost every run some milliseconds."""
+    return argparse.HelpFormatter(prog, width=100)
+
+
 def _parser():
     parser = argparse.ArgumentParser(
-        prog="macroot", allow_abbrev=False,
+        prog="macroot", allow_abbrev=False, formatter_class=_layout,
         description="A folder tree that looks like a Mac's, and programs run in it.")
     commands = parser.add_subparsers(metavar="COMMAND", required=True)
 
     def command(name, function, text, **more):
-        added = commands.add_parser(name, help=text, description=text, allow_abbrev=False, **more)
+        added = commands.add_parser(name, help=text, description=text, allow_abbrev=False,
+                                    formatter_class=_layout, **more)
         added.set_defaults(command=function)
         return added
 
