@@ -26,7 +26,7 @@ WriteMode ModeOf(NSUInteger options) {
     return [[[self alloc] initWithContentsOfFile:path options:options error:error] autorelease];
 }
 
-- (id)initWithContentsOfFile:(NSString*)path {
+- (id)mac_initWithContentsOfFile:(NSString*)path {
     return [self initWithContentsOfFile:path options:0 error:nullptr];
 }
 
@@ -42,11 +42,11 @@ WriteMode ModeOf(NSUInteger options) {
     return [self initWithBytes:bytes.data() length:bytes.size()];
 }
 
-- (BOOL)writeToFile:(NSString*)path atomically:(BOOL)atomically {
+- (BOOL)mac_writeToFile:(NSString*)path atomically:(BOOL)atomically {
     return [self writeToFile:path options:atomically ? NSDataWritingAtomic : 0 error:nullptr];
 }
 
-- (BOOL)writeToFile:(NSString*)path options:(NSUInteger)options error:(NSError**)error {
+- (BOOL)mac_writeToFile:(NSString*)path options:(NSUInteger)options error:(NSError**)error {
     return WriteFile(path, self, ModeOf(options), error);
 }
 

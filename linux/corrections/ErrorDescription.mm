@@ -26,14 +26,14 @@ NSString* UserInfoText(NSDictionary* userInfo) {
 
 @implementation NSError (AppleDescription)
 
-- (NSString*)description {
+- (NSString*)mac_description {
     NSString* info = UserInfoText([self userInfo]);
     NSString* head = [NSString stringWithFormat:@"Error Domain=%@ Code=%ld \"%@\"", [self domain],
                                                 (long)[self code], [self localizedDescription]];
     return [info length] == 0 ? head : [head stringByAppendingFormat:@" UserInfo={%@}", info];
 }
 
-- (NSString*)localizedDescription {
+- (NSString*)mac_localizedDescription {
     NSString* text = [[self userInfo] objectForKey:NSLocalizedDescriptionKey];
     if (text != nil) {
         return text;

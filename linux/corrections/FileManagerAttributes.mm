@@ -42,7 +42,7 @@ int SetPermissions(const std::string& path, id permissions) {
     return YES;
 }
 
-- (NSDictionary*)attributesOfItemAtPath:(NSString*)path error:(NSError**)error {
+- (NSDictionary*)mac_attributesOfItemAtPath:(NSString*)path error:(NSError**)error {
     NSString* failed = [NSString stringWithFormat:@"%@ couldn’t be opened", QuotedName(path)];
     std::string file;
     if (!FileSystemPath(path, file)) {

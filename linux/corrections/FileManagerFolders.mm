@@ -22,7 +22,7 @@ int MakeFolder(const std::string& path, int mode) {
 
 @implementation NSFileManager (AppleFolders)
 
-- (BOOL)fileExistsAtPath:(NSString*)path isDirectory:(BOOL*)isDirectory {
+- (BOOL)mac_fileExistsAtPath:(NSString*)path isDirectory:(BOOL*)isDirectory {
     std::string file;
     struct stat info;
     const bool exists = FileSystemPath(path, file) && stat(file.c_str(), &info) == 0;
@@ -32,7 +32,7 @@ int MakeFolder(const std::string& path, int mode) {
     return exists;
 }
 
-- (BOOL)createDirectoryAtPath:(NSString*)path
+- (BOOL)mac_createDirectoryAtPath:(NSString*)path
     withIntermediateDirectories:(BOOL)intermediates
                      attributes:(NSDictionary*)attributes
                           error:(NSError**)error {

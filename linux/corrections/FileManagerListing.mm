@@ -51,7 +51,7 @@ void AddSubpaths(const std::string& folder, const std::string& prefix,
 
 @implementation NSFileManager (AppleListing)
 
-- (NSArray*)contentsOfDirectoryAtPath:(NSString*)path error:(NSError**)error {
+- (NSArray*)mac_contentsOfDirectoryAtPath:(NSString*)path error:(NSError**)error {
     std::string folder;
     std::vector<std::string> names;
     if (!ListNamedFolder(path, folder, names, error)) {

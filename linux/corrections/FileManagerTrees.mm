@@ -25,7 +25,7 @@ void RequirePaths(NSString* method, NSString* source, NSString* target) {
 
 @implementation NSFileManager (AppleTrees)
 
-- (BOOL)copyItemAtPath:(NSString*)source toPath:(NSString*)target error:(NSError**)error {
+- (BOOL)mac_copyItemAtPath:(NSString*)source toPath:(NSString*)target error:(NSError**)error {
     RequirePaths(NSStringFromSelector(_cmd), source, target);
     NSString* failed = [NSString stringWithFormat:@"%@ couldn’t be copied to %@",
                                                   QuotedName(source), QuotedFolderName(target)];
@@ -45,7 +45,7 @@ void RequirePaths(NSString* method, NSString* source, NSString* target) {
     return YES;
 }
 
-- (BOOL)moveItemAtPath:(NSString*)source toPath:(NSString*)target error:(NSError**)error {
+- (BOOL)mac_moveItemAtPath:(NSString*)source toPath:(NSString*)target error:(NSError**)error {
     RequirePaths(NSStringFromSelector(_cmd), source, target);
     NSString* failed = [NSString stringWithFormat:@"%@ couldn’t be moved to %@", QuotedName(source),
                                                   QuotedFolderName(target)];
@@ -63,7 +63,7 @@ void RequirePaths(NSString* method, NSString* source, NSString* target) {
     return YES;
 }
 
-- (BOOL)removeItemAtPath:(NSString*)path error:(NSError**)error {
+- (BOOL)mac_removeItemAtPath:(NSString*)path error:(NSError**)error {
     NSString* failed = [NSString stringWithFormat:@"%@ couldn’t be removed", QuotedName(path)];
     std::string item;
     if (!FileSystemPath(path, item)) {

@@ -2,13 +2,9 @@
 // the workspace, and the daemon outlives it. Nobody here sends or expects any: there is no centre.
 #include <Foundation/Foundation.h>
 
-@interface NSDistributedNotificationCenter (NoDaemon)
-+ (NSNotificationCenter*)defaultCenter;
-@end
-
 @implementation NSDistributedNotificationCenter (NoDaemon)
 
-+ (NSNotificationCenter*)defaultCenter {
++ (NSNotificationCenter*)mac_defaultCenter {
     return nil;
 }
 

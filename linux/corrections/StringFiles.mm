@@ -47,11 +47,11 @@ NSStringEncoding EncodingByMark(std::string_view bytes) {
 
 @implementation NSString (AppleFiles)
 
-- (id)initWithContentsOfFile:(NSString*)path {
+- (id)mac_initWithContentsOfFile:(NSString*)path {
     return [self initWithContentsOfFile:path usedEncoding:nullptr error:nullptr];
 }
 
-- (id)initWithContentsOfFile:(NSString*)path
+- (id)mac_initWithContentsOfFile:(NSString*)path
                     encoding:(NSStringEncoding)encoding
                        error:(NSError**)error {
     std::string bytes;
@@ -67,7 +67,7 @@ NSStringEncoding EncodingByMark(std::string_view bytes) {
     return self;
 }
 
-- (id)initWithContentsOfFile:(NSString*)path
+- (id)mac_initWithContentsOfFile:(NSString*)path
                 usedEncoding:(NSStringEncoding*)usedEncoding
                        error:(NSError**)error {
     std::string bytes;
@@ -85,14 +85,14 @@ NSStringEncoding EncodingByMark(std::string_view bytes) {
     return self;
 }
 
-- (BOOL)writeToFile:(NSString*)path atomically:(BOOL)atomically {
+- (BOOL)mac_writeToFile:(NSString*)path atomically:(BOOL)atomically {
     return [self writeToFile:path
                   atomically:atomically
                     encoding:NSUTF8StringEncoding
                        error:nullptr];
 }
 
-- (BOOL)writeToFile:(NSString*)path
+- (BOOL)mac_writeToFile:(NSString*)path
          atomically:(BOOL)atomically
            encoding:(NSStringEncoding)encoding
               error:(NSError**)error {

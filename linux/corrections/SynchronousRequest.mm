@@ -83,7 +83,7 @@ NSURLResponse* ResponseOf(const HttpAnswer& answer) {
 
 @implementation NSURLConnection (SynchronousRequest)
 
-+ (NSData*)sendSynchronousRequest:(NSURLRequest*)request
++ (NSData*)mac_sendSynchronousRequest:(NSURLRequest*)request
                 returningResponse:(NSURLResponse**)response
                             error:(NSError**)error {
     const HttpAnswer answer = Transfer(RequestOf(request));

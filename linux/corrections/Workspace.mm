@@ -5,7 +5,7 @@
 
 @implementation NSWorkspace (LightStart)
 
-- (id)init {
+- (id)mac_init {
     return self;
 }
 
