@@ -60,8 +60,8 @@ id InitWithOwnCharacters(NSString* string, unichar* characters, NSUInteger lengt
 }
 
 - (id)mac_initWithCharactersNoCopy:(unichar*)characters
-                        length:(NSUInteger)length
-                  freeWhenDone:(BOOL)free {
+                            length:(NSUInteger)length
+                      freeWhenDone:(BOOL)free {
     return InitWithOwnCharacters(self, characters, length, free);
 }
 
@@ -70,8 +70,8 @@ id InitWithOwnCharacters(NSString* string, unichar* characters, NSUInteger lengt
 @implementation GSMutableString (LeadingMark)
 
 - (id)mac_initWithCharactersNoCopy:(unichar*)characters
-                        length:(NSUInteger)length
-                  freeWhenDone:(BOOL)free {
+                            length:(NSUInteger)length
+                      freeWhenDone:(BOOL)free {
     return InitWithOwnCharacters(self, characters, length, free);
 }
 

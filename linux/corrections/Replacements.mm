@@ -10,10 +10,16 @@
 #include <string>
 #include <utility>
 
+extern "C" const char* GSPathHandling(const char* mode);
+
 namespace {
 
 const Replacement kReplacements[] = {
     // Strings
+    {"NSString", "+defaultCStringEncoding"},
+    {"NSString", "-lowercaseString"},
+    {"GSMutableString", "-lowercaseString"},
+    {"GSUnicodeString", "-lowercaseString"},
     {"NSString", "-initWithCharacters:length:"},
     {"NSString", "-initWithCharactersNoCopy:length:freeWhenDone:"},
     {"GSMutableString", "-initWithCharactersNoCopy:length:freeWhenDone:"},
@@ -23,21 +29,18 @@ const Replacement kReplacements[] = {
     {"GSUnicodeString", "-mutableCopyWithZone:"},
     {"NSString", "-stringByReplacingOccurrencesOfString:withString:options:range:"},
     // Files
-    {"NSString", "-initWithContentsOfFile:"},
     {"NSString", "-initWithContentsOfFile:encoding:error:"},
-    {"NSString", "-initWithContentsOfFile:usedEncoding:error:"},
-    {"NSString", "-writeToFile:atomically:"},
     {"NSString", "-writeToFile:atomically:encoding:error:"},
     {"NSData", "-initWithContentsOfFile:"},
     {"NSData", "-writeToFile:atomically:"},
     {"NSData", "-writeToFile:options:error:"},
-    {"NSFileManager", "-attributesOfItemAtPath:error:"},
     {"NSFileManager", "-contentsOfDirectoryAtPath:error:"},
     {"NSFileManager", "-copyItemAtPath:toPath:error:"},
     {"NSFileManager", "-createDirectoryAtPath:withIntermediateDirectories:attributes:error:"},
     {"NSFileManager", "-fileExistsAtPath:isDirectory:"},
-    {"NSFileManager", "-moveItemAtPath:toPath:error:"},
     {"NSFileManager", "-removeItemAtPath:error:"},
+    {"NSArray", "-descriptionWithLocale:"},
+    {"NSDictionary", "-descriptionWithLocale:"},
     {"NSError", "-description"},
     {"NSError", "-localizedDescription"},
     // Process
@@ -97,28 +100,22 @@ Method OwnMethod(Class owner, const std::string& selector) {
     return found == end ? nullptr : *found;
 }
 
-// The runtime's exchange works for initialised classes only: for others it writes into a table that
-// all of them share, so that every one of them would answer, and without being initialised.
-void Exchange(Class owner, Method first, Method second) {
-    if ((reinterpret_cast<const ClassRecord*>(owner)->flags & kInitialized) != 0) {
-        method_exchangeImplementations(first, second);
-    } else {
-        std::swap(reinterpret_cast<MethodRecord*>(first)->function,
-                  reinterpret_cast<MethodRecord*>(second)->function);
-    }
+Class OwnerOf(const Replacement& replacement) {
+    const Class owner = objc_getClass(replacement.className);
+    return owner != nullptr && replacement.method[0] == '+' ? object_getClass(owner) : owner;
 }
 
-bool Install(const Replacement& replacement) {
+// The runtime's own exchange forgets the subclasses of a class that is in use. For another class it
+// writes into a table that all of those share, so that every one of them would answer.
+bool Exchange(const Replacement& replacement) {
     const std::string selector = replacement.method + 1;
-    Class owner = objc_getClass(replacement.className);
-    if (owner != nullptr && replacement.method[0] == '+') {
-        owner = object_getClass(owner);
-    }
     const std::string macSelector = "mac_" + selector;
+    const Class owner = OwnerOf(replacement);
     const Method original = OwnMethod(owner, selector);
     const Method mac = OwnMethod(owner, macSelector);
     if (original != nullptr && mac != nullptr) {
-        Exchange(owner, original, mac);
+        std::swap(reinterpret_cast<MethodRecord*>(original)->function,
+                  reinterpret_cast<MethodRecord*>(mac)->function);
         return true;
     }
     std::fprintf(stderr, "libmacos-standins: %c[%s %s] is missing\n", replacement.method[0],
@@ -126,20 +123,33 @@ bool Install(const Replacement& replacement) {
     return false;
 }
 
+id Nothing(id, SEL) {
+    return nil;
+}
+
+// A class in use looks its methods up again, with all its subclasses, when it gets a further one.
+void Renew(Class owner) {
+    if ((reinterpret_cast<const ClassRecord*>(owner)->flags & kInitialized) != 0) {
+        class_addMethod(owner, sel_registerName("mac_isCorrected"), reinterpret_cast<IMP>(Nothing),
+                        "@16@0:8");
+    }
+}
+
 // The last file of the library: every category of it is known by now, no object of the program is
 // made yet. Nothing here sends a message.
 __attribute__((constructor)) void InstallAll() {
+    // Else a backslash and a colon would be separators in paths.
+    GSPathHandling("unix");
+    unsetenv("GNUSTEP_STRING_ENCODING");
     InstallReplacements(kReplacements, std::size(kReplacements));
 }
 
 }  // namespace
 
 void InstallReplacements(const Replacement* replacements, size_t count) {
-    bool isComplete = true;
-    for (size_t i = 0; i < count; ++i) {
-        isComplete = Install(replacements[i]) && isComplete;
-    }
-    if (!isComplete) {
+    const Replacement* const end = replacements + count;
+    if (std::count_if(replacements, end, Exchange) != static_cast<std::ptrdiff_t>(count)) {
         std::abort();
     }
+    std::for_each(replacements, end, [](const Replacement& done) { Renew(OwnerOf(done)); });
 }

@@ -1,82 +1,75 @@
 // GNUstep waits for a body after a HEAD request, to the end of its patience when the server keeps
 // the connection open; it also starts a daemon, leaves a file of cookies in the home and prints
-// what went wrong.
+// what went wrong. Here libcurl asks: only by http and https, without proxy, cookies or output.
+// Requests carry no body, and of the answer's head only the status is kept.
 #include <Foundation/Foundation.h>
 #include <curl/curl.h>
+#include <dlfcn.h>
 
-#include "linux/corrections/CocoaErrors.h"
-#include "linux/corrections/HttpTransfer.h"
+#include <memory>
+#include <string>
 
 namespace {
 
-std::string Bytes(NSString* text) {
-    const char* bytes = [text UTF8String];
-    return bytes == nullptr ? "" : bytes;
-}
+constexpr char kLibrary[] = "libcurl-gnutls.so.4";
+constexpr char kSchemes[] = "http,https";
+constexpr long kRedirections = 20;
 
-/// What is not UTF-8 is taken for the protocol's old encoding, which knows every byte.
-NSString* Text(const std::string& bytes) {
-    NSString* text = [NSString stringWithUTF8String:bytes.c_str()];
-    return text != nil
-               ? text
-               : [NSString stringWithCString:bytes.c_str() encoding:NSISOLatin1StringEncoding];
-}
+/// libcurl, loaded when it is first needed: with the libraries that it brings along it would cost
+/// every start of a program some milliseconds.
+class Curl {
+    void* library_ = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
 
-HttpRequest RequestOf(NSURLRequest* request) {
-    HttpRequest result;
-    result.url = Bytes([[request URL] absoluteString]);
-    result.method = Bytes([request HTTPMethod]);
-    result.timeout = [request timeoutInterval];
-    NSData* body = [request HTTPBody];
-    result.body.assign(static_cast<const char*>([body bytes]), [body length]);
-    NSDictionary* headers = [request allHTTPHeaderFields];
-    for (NSString* name in headers) {
-        result.headers[Bytes(name)] = Bytes([headers objectForKey:name]);
+    template <typename Function>
+    Function Find(const char* name) const {
+        return library_ == nullptr ? nullptr : reinterpret_cast<Function>(dlsym(library_, name));
     }
-    return result;
-}
 
-NSInteger CodeOf(int failure) {
-    switch (failure) {
-        case CURLE_URL_MALFORMAT:
-            return NSURLErrorBadURL;
-        case CURLE_UNSUPPORTED_PROTOCOL:
-            return NSURLErrorUnsupportedURL;
-        case CURLE_COULDNT_RESOLVE_HOST:
-            return NSURLErrorCannotFindHost;
-        case CURLE_COULDNT_CONNECT:
-            return NSURLErrorCannotConnectToHost;
-        case CURLE_OPERATION_TIMEDOUT:
-            return NSURLErrorTimedOut;
-        case CURLE_TOO_MANY_REDIRECTS:
-            return NSURLErrorHTTPTooManyRedirects;
-        case CURLE_GOT_NOTHING:
-        case CURLE_RECV_ERROR:
-        case CURLE_PARTIAL_FILE:
-            return NSURLErrorNetworkConnectionLost;
-        case CURLE_PEER_FAILED_VERIFICATION:
-        case CURLE_SSL_CONNECT_ERROR:
-            return NSURLErrorSecureConnectionFailed;
-        default:
-            return NSURLErrorUnknown;
+  public:
+    static const Curl& Library() {
+        static const Curl curl;
+        return curl;
     }
+
+    bool IsThere() const { return library_ != nullptr; }
+
+    decltype(&curl_easy_init) init = Find<decltype(init)>("curl_easy_init");
+    decltype(&curl_easy_cleanup) cleanup = Find<decltype(cleanup)>("curl_easy_cleanup");
+    CURLcode (*set)(CURL*, CURLoption, ...) = Find<decltype(set)>("curl_easy_setopt");
+    decltype(&curl_easy_perform) perform = Find<decltype(perform)>("curl_easy_perform");
+    CURLcode (*get)(CURL*, CURLINFO, ...) = Find<decltype(get)>("curl_easy_getinfo");
+};
+
+size_t AppendBody(const char* bytes, size_t size, size_t count, void* body) {
+    [static_cast<NSMutableData*>(body) appendBytes:bytes length:size * count];
+    return size * count;
 }
 
-NSError* ErrorOf(const HttpAnswer& answer) {
-    return [NSError errorWithDomain:NSURLErrorDomain
-                               code:CodeOf(answer.failure)
-                           userInfo:@{NSLocalizedDescriptionKey : Text(answer.failureText)}];
-}
-
-NSURLResponse* ResponseOf(const HttpAnswer& answer) {
-    NSMutableDictionary* headers = [NSMutableDictionary dictionary];
-    for (const auto& [name, value] : answer.headers) {
-        [headers setObject:Text(value) forKey:Text(name)];
+/// @return libcurl's code; CURLE_OK when a server answered
+CURLcode Transfer(NSURLRequest* request, NSMutableData* body, long& status) {
+    const Curl& curl = Curl::Library();
+    if (!curl.IsThere()) {
+        return CURLE_FAILED_INIT;
     }
-    return [[[NSHTTPURLResponse alloc] initWithURL:[NSURL URLWithString:Text(answer.url)]
-                                        statusCode:answer.status
-                                       HTTPVersion:Text(answer.version)
-                                      headerFields:headers] autorelease];
+    const std::unique_ptr<CURL, decltype(curl.cleanup)> transfer(curl.init(), curl.cleanup);
+    CURL* const handle = transfer.get();
+    const NSTimeInterval timeout = [request timeoutInterval];
+    curl.set(handle, CURLOPT_URL, [[[request URL] absoluteString] UTF8String]);
+    curl.set(handle, CURLOPT_NOBODY, [[request HTTPMethod] isEqual:@"HEAD"] ? 1L : 0L);
+    curl.set(handle, CURLOPT_PROTOCOLS_STR, kSchemes);
+    curl.set(handle, CURLOPT_REDIR_PROTOCOLS_STR, kSchemes);
+    curl.set(handle, CURLOPT_FOLLOWLOCATION, 1L);
+    curl.set(handle, CURLOPT_MAXREDIRS, kRedirections);
+    curl.set(handle, CURLOPT_PROXY, "");
+    curl.set(handle, CURLOPT_NOSIGNAL, 1L);
+    curl.set(handle, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeout * 1000));
+    curl.set(handle, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl.set(handle, CURLOPT_LOW_SPEED_TIME, static_cast<long>(timeout));
+    curl.set(handle, CURLOPT_WRITEFUNCTION, AppendBody);
+    curl.set(handle, CURLOPT_WRITEDATA, body);
+    const CURLcode failure = curl.perform(handle);
+    curl.get(handle, CURLINFO_RESPONSE_CODE, &status);
+    return failure;
 }
 
 }  // namespace
@@ -84,17 +77,23 @@ NSURLResponse* ResponseOf(const HttpAnswer& answer) {
 @implementation NSURLConnection (SynchronousRequest)
 
 + (NSData*)mac_sendSynchronousRequest:(NSURLRequest*)request
-                returningResponse:(NSURLResponse**)response
-                            error:(NSError**)error {
-    const HttpAnswer answer = Transfer(RequestOf(request));
-    if (answer.failure != CURLE_OK) {
-        Fail(error, ErrorOf(answer));
+                    returningResponse:(NSURLResponse**)response
+                                error:(NSError**)error {
+    NSMutableData* body = [NSMutableData data];
+    long status = 0;
+    if (Transfer(request, body, status) != CURLE_OK) {
+        if (error != nullptr) {
+            *error = [NSError errorWithDomain:NSURLErrorDomain code:NSURLErrorUnknown userInfo:nil];
+        }
         return nil;
     }
     if (response != nullptr) {
-        *response = ResponseOf(answer);
+        *response = [[[NSHTTPURLResponse alloc] initWithURL:[request URL]
+                                                 statusCode:status
+                                                HTTPVersion:@"HTTP/1.1"
+                                               headerFields:nil] autorelease];
     }
-    return [NSData dataWithBytes:answer.body.data() length:answer.body.size()];
+    return body;
 }
 
 @end

@@ -10,21 +10,6 @@ enum {
     NSPropertyListWriteStreamError = 3851,
 };
 
-enum {
-    NSDataWritingWithoutOverwriting = 1UL << 1,
-};
-typedef NSUInteger NSDataReadingOptions;
-typedef NSUInteger NSDataWritingOptions;
-
-@interface NSData (AppleDeclarations)
-+ (id)dataWithContentsOfFile:(NSString*)path
-                     options:(NSDataReadingOptions)options
-                       error:(NSError**)error;
-- (id)initWithContentsOfFile:(NSString*)path
-                     options:(NSDataReadingOptions)options
-                       error:(NSError**)error;
-@end
-
 @interface NSFileManager (AppleDeclarations)
 - (BOOL)setAttributes:(NSDictionary*)attributes ofItemAtPath:(NSString*)path error:(NSError**)error;
 - (NSArray*)subpathsOfDirectoryAtPath:(NSString*)path error:(NSError**)error;
