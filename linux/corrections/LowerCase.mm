@@ -21,7 +21,7 @@ NSString* Lowered(NSString* text) {
     NSString* separator = [NSString stringWithCharacters:&nul length:1];
     for (NSString* part in [text componentsSeparatedByString:separator]) {
         NSData* bytes = [part dataUsingEncoding:NSUTF8StringEncoding];
-        if (bytes == nil) {
+        if ([bytes length] == 0 && [part length] > 0) {
             return nil;
         }
         const std::unique_ptr<char, decltype(&g_free)> lowered(

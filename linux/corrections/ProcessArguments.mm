@@ -1,14 +1,13 @@
 // GNUstep ends a program whose arguments or environment hold bytes that are not UTF-8, as soon as
 // it asks who it is. Such an entry is taken for Latin-1 here, which knows every byte.
 #include <Foundation/Foundation.h>
+#include <glib.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <fstream>
 #include <string>
 #include <vector>
-
-#include "linux/corrections/propertylist/Unicode.h"
 
 namespace {
 
@@ -19,37 +18,30 @@ std::vector<std::string> Arguments() {
     for (std::string argument; std::getline(file, argument, '\0');) {
         arguments.push_back(argument);
     }
-    if (arguments.empty()) {
-        arguments.push_back(program_invocation_name);
-    }
-    return arguments;
+    return arguments.empty() ? std::vector<std::string>{program_invocation_name} : arguments;
 }
 
 std::vector<std::string> Environment() {
-    std::vector<std::string> variables;
-    for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
-        variables.push_back(*variable);
+    char** end = environ;
+    while (end != nullptr && *end != nullptr) {
+        ++end;
     }
-    return variables;
+    return std::vector<std::string>(environ, end);
 }
 
-std::string AsUtf8(const std::string& bytes) {
-    std::u16string text;
-    if (DecodeUtf8(bytes, text)) {
-        return bytes;
-    }
-    std::string utf8;
-    for (const char byte : bytes) {
-        AppendUtf8(static_cast<unsigned char>(byte), utf8);
-    }
-    return utf8;
-}
-
-/// The texts as main gets them, with a null pointer at the end.
+/// The texts as main gets them, in UTF-8, with a null pointer at the end.
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
     for (std::string& text : texts) {
-        text = AsUtf8(text);
+        if (!g_utf8_validate(text.c_str(), -1, nullptr)) {
+            std::string utf8;
+            for (const char letter : text) {
+                char bytes[6];
+                const int length = g_unichar_to_utf8(static_cast<unsigned char>(letter), bytes);
+                utf8.append(bytes, static_cast<size_t>(length));
+            }
+            text = utf8;
+        }
         pointers.push_back(text.data());
     }
     pointers.push_back(nullptr);

@@ -28,12 +28,6 @@ TEST_F(Strings, LowerCaseFollowsUnicode) {
     NSString* lowered = [[NSString stringWithCharacters:characters length:4] lowercaseString];
     EXPECT_EQ([lowered length], 4U);
     EXPECT_EQ([lowered characterAtIndex:2], 'b');
-    const unichar half[] = {'A', 0xD800, 'B'};
-    lowered = [[NSString stringWithCharacters:half length:3] lowercaseString];
-    EXPECT_EQ([lowered length], 3U);
-    EXPECT_EQ([lowered characterAtIndex:0], 'a');
-    EXPECT_EQ([lowered characterAtIndex:1], 0xD800);
-    EXPECT_EQ([lowered characterAtIndex:2], 'b');
 }
 
 TEST_F(Strings, ComposedAndDecomposedLettersDiffer) {
