@@ -115,9 +115,14 @@ CFStringRef __CFStringMakeConstantString(const char* cStr) {
 
 Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSize,
                            CFStringEncoding /*encoding*/) {
-    return [static_cast<NSString*>(Object(theString)) getCString:buffer
-                                                       maxLength:static_cast<NSUInteger>(bufferSize)
-                                                        encoding:NSUTF8StringEncoding];
+    NSData* bytes = [Object(theString) dataUsingEncoding:NSUTF8StringEncoding];
+    const auto length = static_cast<CFIndex>([bytes length]);
+    if (length >= bufferSize) {
+        return false;
+    }
+    [bytes getBytes:buffer length:static_cast<NSUInteger>(length)];
+    buffer[length] = '\0';
+    return true;
 }
 
 CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef /*allocator*/, CFDataRef xmlData,
