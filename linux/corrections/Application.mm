@@ -14,13 +14,10 @@
 
 #include <memory>
 
-#include "linux/corrections/ApplicationParts.h"
 #include "linux/corrections/FrameOffsets.h"
-#include "linux/corrections/Replacement.h"
 
 namespace {
 
-NSApplication* (*makeApplication)(id, SEL) = nullptr;
 bool isDisplayLost = false;
 
 struct DisplayCloser {
@@ -34,17 +31,6 @@ void RegisterLook() {
     [[NSUserDefaults standardUserDefaults] registerDefaults:look];
 }
 
-// The framework's own connection may still be refused, by a display that has no room for one more.
-NSApplication* MakeApplication(id self, SEL selector) {
-    @try {
-        return makeApplication(self, selector);
-    } @catch (NSException* refused) {
-        NSLog(@"No application: %@", [refused reason]);
-        NSApp = nil;
-        return nil;
-    }
-}
-
 // Xlib's own one ends the program.
 int NoteLoss(Display* /*display*/) {
     return 0;
@@ -56,7 +42,22 @@ void LoseDisplay(Display* /*display*/, void* /*data*/) {
     [NSApp stopModal];
 }
 
-NSApplication* ApplicationOrNil(id self, SEL selector) {
+}  // namespace
+
+@implementation NSApplication (MaybeWithoutDisplay)
+
+// The framework's own connection may still be refused, by a display that has no room for one more.
++ (NSApplication*)newOrNil {
+    @try {
+        return [self mac_sharedApplication];
+    } @catch (NSException* refused) {
+        NSLog(@"No application: %@", [refused reason]);
+        NSApp = nil;
+        return nil;
+    }
+}
+
++ (NSApplication*)mac_sharedApplication {
     if (isDisplayLost) {
         return nil;
     }
@@ -70,12 +71,8 @@ NSApplication* ApplicationOrNil(id self, SEL selector) {
     }
     RegisterLook();
     const FrameOffsets offsets(display.get());
-    NSApplication* application = MakeApplication(self, selector);
+    NSApplication* application = [self newOrNil];
     if (application) {
-        CorrectEventWaits();
-        CorrectInterfaceFiles();
-        CorrectControls();
-        CorrectScrollers();
         [application finishLaunching];
         XSetIOErrorHandler(NoteLoss);
         XSetIOErrorExitHandler(static_cast<Display*>([GSCurrentServer() serverDevice]), LoseDisplay,
@@ -84,38 +81,13 @@ NSApplication* ApplicationOrNil(id self, SEL selector) {
     return application;
 }
 
-}  // namespace
-
-@interface NSApplication (NoFilesToOpen)
-- (NSArray*)_openFiles;
-@end
-
-@implementation NSApplication (NoFilesToOpen)
-
-- (NSArray*)_openFiles {
+- (NSArray*)mac__openFiles {
     return nil;
 }
-
-@end
-
-@implementation NSApplication (ActivationPolicy)
 
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy {
     (void)policy;
     return YES;
-}
-
-@end
-
-@interface KSApplicationCorrection : NSObject
-@end
-
-@implementation KSApplicationCorrection
-
-+ (void)load {
-    // No message may be sent yet: it would initialise classes while this library is half loaded.
-    ReplaceMethod(object_getClass(objc_getClass("NSApplication")), @selector(sharedApplication),
-                  ApplicationOrNil, &makeApplication);
 }
 
 @end

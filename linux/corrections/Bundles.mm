@@ -2,7 +2,6 @@
 // executable, which is the folder that it lies in. GNUstep knows neither; bundles in its own layout
 // are left to it.
 #include <Foundation/Foundation.h>
-#include <objc/runtime.h>
 #include <unistd.h>
 
 #include <array>
@@ -35,28 +34,7 @@ bool IsMain(NSBundle* bundle) {
 
 }  // namespace
 
-@interface NSBundle (GNUstepLayout)
-- (NSString*)gnustepBundlePath;
-- (NSString*)gnustepExecutablePath;
-- (NSString*)gnustepResourcePath;
-- (NSDictionary*)gnustepInfoDictionary;
-@end
-
 @implementation NSBundle (AppleLayout)
-
-+ (void)load {
-    // No message may be sent yet: it would initialise classes while this library is half loaded.
-    const Class bundle = objc_getClass("NSBundle");
-    const auto exchange = [bundle](SEL first, SEL second) {
-        method_exchangeImplementations(class_getInstanceMethod(bundle, first),
-                                       class_getInstanceMethod(bundle, second));
-    };
-    // From here on the second name calls what GNUstep does.
-    exchange(@selector(bundlePath), @selector(gnustepBundlePath));
-    exchange(@selector(executablePath), @selector(gnustepExecutablePath));
-    exchange(@selector(resourcePath), @selector(gnustepResourcePath));
-    exchange(@selector(infoDictionary), @selector(gnustepInfoDictionary));
-}
 
 - (BOOL)hasAppleLayout {
     NSString* contents = [[self bundlePath] stringByAppendingPathComponent:@"Contents"];
@@ -64,24 +42,24 @@ bool IsMain(NSBundle* bundle) {
         fileExistsAtPath:[contents stringByAppendingPathComponent:@"Info.plist"]];
 }
 
-- (NSString*)gnustepBundlePath {
-    return IsMain(self) ? PathOfMainBundle() : [self gnustepBundlePath];
+- (NSString*)mac_bundlePath {
+    return IsMain(self) ? PathOfMainBundle() : [self mac_bundlePath];
 }
 
-- (NSDictionary*)gnustepInfoDictionary {
+- (NSDictionary*)mac_infoDictionary {
     if (_infoDict == nil) {
         NSDictionary* info = ApplicationInfo([self bundlePath]);
         _infoDict = [(info == nil && IsMain(self) ? [NSDictionary dictionary] : info) retain];
     }
-    return [self gnustepInfoDictionary];
+    return [self mac_infoDictionary];
 }
 
-- (NSString*)gnustepExecutablePath {
+- (NSString*)mac_executablePath {
     if (IsMain(self)) {
         return PathOfExecutable();
     }
     if (![self hasAppleLayout]) {
-        return [self gnustepExecutablePath];
+        return [self mac_executablePath];
     }
     id name = [[self infoDictionary] objectForKey:@"CFBundleExecutable"];
     if (![name isKindOfClass:[NSString class]]) {
@@ -92,11 +70,11 @@ bool IsMain(NSBundle* bundle) {
     return [[NSFileManager defaultManager] fileExistsAtPath:path] ? path : nil;
 }
 
-- (NSString*)gnustepResourcePath {
+- (NSString*)mac_resourcePath {
     if ([self hasAppleLayout]) {
         return [[self bundlePath] stringByAppendingPathComponent:@"Contents/Resources"];
     }
-    return IsMain(self) ? [self bundlePath] : [self gnustepResourcePath];
+    return IsMain(self) ? [self bundlePath] : [self mac_resourcePath];
 }
 
 @end

@@ -2,25 +2,19 @@
 
 #include <Foundation/Foundation.h>
 
-// Errors of file operations as Apple's Foundation reports them: NSCocoaErrorDomain, with the path
-// and the POSIX error below it in the user info.
+// Errors of file operations as Apple's Foundation reports them: NSCocoaErrorDomain, Apple's codes
+// and sentences, with the path and the POSIX error below it in the user info.
 
-/// NSCocoaErrorDomain's code for an errno, when something was to be read or listed (256 to 263).
-NSInteger CocoaReadingCode(int posixError);
+enum class FileAction { Read, List, Write, WriteAtomically, MakeFolder, Copy, Remove };
 
-/// The same when something was to be written, made, moved or removed (4, 512 to 642).
-NSInteger CocoaWritingCode(int posixError);
+/// No errno: a path that no file can have.
+constexpr int kInvalidName = 0;
 
-/// Makes the error of a file operation.
-/// @param failed  what went wrong as the beginning of a sentence, such as "“a.json” couldn’t be
-///                removed"; the reason that belongs to the code and a full stop are added
-/// @param posixError  0 when no system call was at fault
-NSError* FileError(NSInteger code, NSString* failed, NSString* path, int posixError);
-
-/// The last component of a path in quotation marks, for FileError's sentences.
-NSString* QuotedName(NSString* path);
-NSString* QuotedFolderName(NSString* path);
-
-/// Stores `error` where a caller asked for it.
+/// Stores the error of a failed operation where a caller asked for it.
+/// @param target  where a copy was to go
 /// @return NO, to be handed on
-BOOL Fail(NSError** slot, NSError* error);
+BOOL Fail(NSError** slot, FileAction action, int posixError, NSString* path,
+          NSString* target = nil);
+
+/// The same for text that its encoding does not suit.
+BOOL FailEncoding(NSError** slot, FileAction action, NSStringEncoding encoding, NSString* path);

@@ -8,50 +8,28 @@ NSString* const NSUnderlyingErrorKey = @"NSUnderlyingError";
 
 namespace {
 
-NSString* Reason(NSInteger code) {
-    switch (code) {
-        case NSFileNoSuchFileError:
-        case NSFileReadNoSuchFileError:
-            return @" because there is no such file or folder";
-        case NSFileReadNoPermissionError:
-        case NSFileWriteNoPermissionError:
-            return @" because you don’t have permission";
-        case NSFileReadInvalidFileNameError:
-        case NSFileWriteInvalidFileNameError:
-            return @" because the name is invalid";
-        case NSFileReadTooLargeError:
-            return @" because it is too large";
-        case NSFileReadInapplicableStringEncodingError:
-        case NSFileReadUnknownStringEncodingError:
-        case NSFileWriteInapplicableStringEncodingError:
-            return @" because the text encoding isn’t applicable";
-        case NSFileWriteFileExistsError:
-            return @" because an item with the same name already exists";
-        case NSFileWriteOutOfSpaceError:
-            return @" because there isn’t enough space";
-        case NSFileWriteVolumeReadOnlyError:
-            return @" because the disk is read only";
-        default:
-            return @"";
-    }
+NSString* const kVariant = @"NSUserStringVariant";
+NSString* const kMissingFile = @"fnfErr: File not found";
+constexpr NSInteger kMissingFileStatus = -43;
+
+/// The numbers that differ on a Mac.
+constexpr struct {
+    int here;
+    int mac;
+} kErrorNumbers[] = {{ENAMETOOLONG, 63}, {ELOOP, 62}, {ENOTEMPTY, 66}, {ENOTSUP, 45}, {EDQUOT, 69}};
+
+bool IsReading(FileAction action) {
+    return action == FileAction::Read || action == FileAction::List;
 }
 
-NSError* PosixError(int posixError) {
-    NSString* text = [NSString stringWithUTF8String:std::strerror(posixError)];
-    return [NSError errorWithDomain:NSPOSIXErrorDomain
-                               code:posixError
-                           userInfo:@{NSLocalizedDescriptionKey : text}];
-}
-
-}  // namespace
-
-NSInteger CocoaReadingCode(int posixError) {
+NSInteger ReadingCode(int posixError) {
     switch (posixError) {
         case ENOENT:
             return NSFileReadNoSuchFileError;
         case EACCES:
         case EPERM:
             return NSFileReadNoPermissionError;
+        case kInvalidName:
         case ENAMETOOLONG:
             return NSFileReadInvalidFileNameError;
         case EFBIG:
@@ -61,13 +39,14 @@ NSInteger CocoaReadingCode(int posixError) {
     }
 }
 
-NSInteger CocoaWritingCode(int posixError) {
+NSInteger WritingCode(int posixError) {
     switch (posixError) {
         case ENOENT:
             return NSFileNoSuchFileError;
         case EACCES:
         case EPERM:
             return NSFileWriteNoPermissionError;
+        case kInvalidName:
         case ENAMETOOLONG:
             return NSFileWriteInvalidFileNameError;
         case EEXIST:
@@ -82,30 +61,195 @@ NSInteger CocoaWritingCode(int posixError) {
     }
 }
 
-NSError* FileError(NSInteger code, NSString* failed, NSString* path, int posixError) {
-    NSMutableDictionary* userInfo = [NSMutableDictionary dictionary];
-    [userInfo setObject:[NSString stringWithFormat:@"%@%@.", failed, Reason(code)]
-                 forKey:NSLocalizedDescriptionKey];
-    if (path != nil) {
-        [userInfo setObject:path forKey:NSFilePathErrorKey];
+/// The sentence of a failure, with "N" for the item's name and "F" for a folder's.
+NSString* Sentence(FileAction action, NSInteger code) {
+    switch (code) {
+        case NSFileReadNoSuchFileError:
+            return action == FileAction::List
+                       ? @"The folder “N” doesn’t exist."
+                       : @"The file “N” couldn’t be opened because there is no such file.";
+        case NSFileReadNoPermissionError:
+            return @"The file “N” couldn’t be opened because you don’t have permission to view it.";
+        case NSFileNoSuchFileError:
+            if (action == FileAction::Remove) {
+                return @"“N” couldn’t be removed.";
+            }
+            // A Mac's own oddity: what it calls a folder is the file.
+            return action == FileAction::WriteAtomically ? @"The folder “N” doesn’t exist."
+                                                         : @"The file “N” doesn’t exist.";
+        case NSFileWriteNoPermissionError:
+            if (action == FileAction::Remove) {
+                return @"“N” couldn’t be removed because you don’t have permission to access it.";
+            }
+            return action == FileAction::Copy
+                       ? @"“N” couldn’t be copied because you don’t have permission to access “F”."
+                       : @"You don’t have permission to save the file “N” in the folder “F”.";
+        default:
+            break;
     }
-    if (posixError != 0) {
-        [userInfo setObject:PosixError(posixError) forKey:NSUnderlyingErrorKey];
+    switch (action) {
+        case FileAction::Read:
+        case FileAction::List:
+            return @"The file “N” couldn’t be opened.";
+        case FileAction::Remove:
+            return @"“N” couldn’t be removed.";
+        case FileAction::Copy:
+            return code == NSFileWriteFileExistsError
+                       ? @"“N” couldn’t be copied to “F” because an item with the same name "
+                         @"already exists."
+                       : @"“N” couldn’t be copied to “F”.";
+        default:
+            return @"The file “N” couldn’t be saved in the folder “F”.";
     }
-    return [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:userInfo];
 }
 
-NSString* QuotedName(NSString* path) {
+NSString* Quoted(NSString* path) {
     return [NSString stringWithFormat:@"“%@”", path == nil ? @"" : [path lastPathComponent]];
 }
 
-NSString* QuotedFolderName(NSString* path) {
-    return QuotedName([path stringByDeletingLastPathComponent]);
+NSString* Filled(NSString* sentence, NSString* path, NSString* target) {
+    NSString* folder = [(target == nil ? path : target) stringByDeletingLastPathComponent];
+    NSMutableArray* parts = [NSMutableArray array];
+    // Part by part: a name may hold what stands for the other one.
+    for (NSString* part in [sentence componentsSeparatedByString:@"“N”"]) {
+        [parts addObject:[[part componentsSeparatedByString:@"“F”"]
+                             componentsJoinedByString:Quoted(folder)]];
+    }
+    return [parts componentsJoinedByString:Quoted(path)];
 }
 
-BOOL Fail(NSError** slot, NSError* error) {
-    if (slot != nullptr) {
-        *slot = error;
+NSError* InnerError(FileAction action, int posixError) {
+    if (action == FileAction::List && posixError == ENOENT) {
+        return [NSError errorWithDomain:NSOSStatusErrorDomain code:kMissingFileStatus userInfo:nil];
     }
+    int number = posixError;
+    for (const auto& known : kErrorNumbers) {
+        number = known.here == posixError ? known.mac : number;
+    }
+    return [NSError errorWithDomain:NSPOSIXErrorDomain code:number userInfo:nil];
+}
+
+NSString* Variant(FileAction action) {
+    switch (action) {
+        case FileAction::List:
+            return @"Folder";
+        case FileAction::Copy:
+            return @"Copy";
+        case FileAction::Remove:
+            return @"Remove";
+        default:
+            return nil;
+    }
+}
+
+NSError* FileError(NSInteger code, NSString* sentence, NSString* path, NSDictionary* more) {
+    NSMutableDictionary* info = [NSMutableDictionary dictionaryWithDictionary:more];
+    [info setObject:sentence forKey:NSLocalizedDescriptionKey];
+    if (path != nil) {
+        [info setObject:path forKey:NSFilePathErrorKey];
+    }
+    return [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info];
+}
+
+/// What is known of an error by its domain and number alone.
+NSString* KnownText(NSString* domain, NSInteger code) {
+    if ([domain isEqual:NSOSStatusErrorDomain] && code == kMissingFileStatus) {
+        return kMissingFile;
+    }
+    if (![domain isEqual:NSPOSIXErrorDomain]) {
+        return nil;
+    }
+    int number = static_cast<int>(code);
+    for (const auto& known : kErrorNumbers) {
+        number = known.mac == code ? known.here : number;
+    }
+    return [NSString stringWithUTF8String:std::strerror(number)];
+}
+
+/// The user info, sorted by key so that equal errors print alike. An inner error stands in braces,
+/// without the address that Apple puts before it: no two runs would log the same line.
+NSString* UserInfoText(NSDictionary* userInfo) {
+    NSMutableArray* entries = [NSMutableArray array];
+    for (NSString* key in [[userInfo allKeys] sortedArrayUsingSelector:@selector(compare:)]) {
+        // The text already stands before the user info.
+        if ([key isEqual:NSLocalizedDescriptionKey]) {
+            continue;
+        }
+        id value = [userInfo objectForKey:key];
+        NSString* format = [value isKindOfClass:[NSError class]] ? @"%@={%@}" : @"%@=%@";
+        [entries addObject:[NSString stringWithFormat:format, key, value]];
+    }
+    return [entries componentsJoinedByString:@", "];
+}
+
+}  // namespace
+
+BOOL Fail(NSError** slot, FileAction action, int posixError, NSString* path, NSString* target) {
+    if (slot == nullptr) {
+        return NO;
+    }
+    const NSInteger code = IsReading(action) ? ReadingCode(posixError) : WritingCode(posixError);
+    NSMutableDictionary* info = [NSMutableDictionary dictionary];
+    if (posixError != kInvalidName) {
+        [info setObject:InnerError(action, posixError) forKey:NSUnderlyingErrorKey];
+    }
+    if (Variant(action) != nil) {
+        [info setObject:[NSArray arrayWithObject:Variant(action)] forKey:kVariant];
+    }
+    if (action == FileAction::Copy) {
+        [info setObject:path forKey:@"NSSourceFilePathErrorKey"];
+        [info setObject:target forKey:@"NSDestinationFilePath"];
+    }
+    *slot = FileError(code, Filled(Sentence(action, code), path, target), path, info);
     return NO;
 }
+
+BOOL FailEncoding(NSError** slot, FileAction action, NSStringEncoding encoding, NSString* path) {
+    if (slot == nullptr) {
+        return NO;
+    }
+    NSString* sentence =
+        IsReading(action)
+            ? [NSString stringWithFormat:@"The file %@ couldn’t be opened using text encoding %@.",
+                                         Quoted(path),
+                                         encoding == NSUTF8StringEncoding
+                                             ? @"Unicode (UTF-8)"
+                                             : [NSString localizedNameOfStringEncoding:encoding]]
+            : Filled(Sentence(action, NSFileWriteInapplicableStringEncodingError), path, nil);
+    *slot = FileError(IsReading(action) ? NSFileReadInapplicableStringEncodingError
+                                        : NSFileWriteInapplicableStringEncodingError,
+                      sentence, path,
+                      @{NSStringEncodingErrorKey : [NSNumber numberWithUnsignedLong:encoding]});
+    return NO;
+}
+
+@implementation NSError (MacDescription)
+
+- (NSString*)mac_description {
+    NSString* text = [[self userInfo] objectForKey:@"NSDebugDescription"];
+    if (text == nil) {
+        text = [[self userInfo] objectForKey:NSLocalizedDescriptionKey];
+    }
+    if (text == nil) {
+        text = KnownText([self domain], [self code]);
+    }
+    NSString* info = UserInfoText([self userInfo]);
+    NSString* head = [NSString stringWithFormat:@"Error Domain=%@ Code=%ld \"%@\"", [self domain],
+                                                (long)[self code],
+                                                text == nil ? [self localizedDescription] : text];
+    return [info length] == 0 ? head : [head stringByAppendingFormat:@" UserInfo={%@}", info];
+}
+
+- (NSString*)mac_localizedDescription {
+    NSString* text = [[self userInfo] objectForKey:NSLocalizedDescriptionKey];
+    if (text != nil) {
+        return text;
+    }
+    NSString* known =
+        [[self domain] isEqual:NSPOSIXErrorDomain]
+            ? KnownText([self domain], [self code])
+            : [NSString stringWithFormat:@"(%@ error %ld.)", [self domain], (long)[self code]];
+    return [@"The operation couldn’t be completed. " stringByAppendingString:known];
+}
+
+@end

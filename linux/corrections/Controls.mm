@@ -8,59 +8,60 @@
 #include <AppKit/AppKit.h>
 #include <GNUstepGUI/GSTheme.h>
 
-#include "linux/corrections/ApplicationParts.h"
-#include "linux/corrections/Replacement.h"
-
 namespace {
 
 const CGFloat kLabelInset = 2;
 const CGFloat kFocusInset = 3;
 
-void (*setKeyEquivalent)(id, SEL, NSString*) = nullptr;
-BOOL (*performKeyEquivalent)(id, SEL, NSEvent*) = nullptr;
-void (*drawFocus)(id, SEL, NSRect, NSView*) = nullptr;
-void (*setString)(id, SEL, NSString*) = nullptr;
-NSRect (*textRect)(id, SEL, NSRect) = nullptr;
+}  // namespace
 
-void SetKeyEquivalentOnly(NSButtonCell* self, SEL selector, NSString* key) {
+@implementation NSButtonCell (MacLook)
+
+- (void)mac_setKeyEquivalent:(NSString*)key {
     NSImage* image = [[self image] retain];
     NSImage* alternate = [[self alternateImage] retain];
-    setKeyEquivalent(self, selector, key);
+    [self mac_setKeyEquivalent:key];
     [self setImage:image];
     [self setAlternateImage:alternate];
     [image release];
     [alternate release];
 }
 
-BOOL PerformIfVisible(NSButton* self, SEL selector, NSEvent* event) {
-    return ![self isHiddenOrHasHiddenAncestor] && performKeyEquivalent(self, selector, event);
+@end
+
+@implementation NSButton (MacKeys)
+
+- (BOOL)mac_performKeyEquivalent:(NSEvent*)event {
+    return ![self isHiddenOrHasHiddenAncestor] && [self mac_performKeyEquivalent:event];
 }
 
-void DrawLightFocus(id /*self*/, SEL /*selector*/, NSRect frame, NSView* /*view*/) {
+@end
+
+@implementation GSTheme (MacLook)
+
+- (void)mac_drawFocusFrame:(NSRect)frame view:(NSView*)view {
+    (void)view;
     [[NSColor colorWithDeviceWhite:1 alpha:0.5] set];
     NSFrameRectWithWidthUsingOperation(NSInsetRect(frame, kFocusInset, kFocusInset), 1,
                                        NSCompositeSourceOver);
 }
 
-void SetStringAndSize(NSTextView* self, SEL selector, NSString* string) {
-    setString(self, selector, string);
+@end
+
+@implementation NSTextView (MacLayout)
+
+- (void)setString:(NSString*)string {
+    [super setString:string];
     [self sizeToFit];
 }
 
-NSRect InsetTextRect(NSTextFieldCell* self, SEL selector, NSRect bounds) {
-    const NSRect rect = textRect(self, selector, bounds);
+@end
+
+@implementation NSTextFieldCell (MacLayout)
+
+- (NSRect)drawingRectForBounds:(NSRect)bounds {
+    const NSRect rect = [super drawingRectForBounds:bounds];
     return [self isBezeled] || [self isBordered] ? rect : NSInsetRect(rect, kLabelInset, 0);
 }
 
-}  // namespace
-
-void CorrectControls() {
-    ReplaceMethod([NSButtonCell class], @selector(setKeyEquivalent:), SetKeyEquivalentOnly,
-                  &setKeyEquivalent);
-    ReplaceMethod([NSButton class], @selector(performKeyEquivalent:), PerformIfVisible,
-                  &performKeyEquivalent);
-    ReplaceMethod([GSTheme class], @selector(drawFocusFrame:view:), DrawLightFocus, &drawFocus);
-    ReplaceMethod([NSTextView class], @selector(setString:), SetStringAndSize, &setString);
-    ReplaceMethod([NSTextFieldCell class], @selector(drawingRectForBounds:), InsetTextRect,
-                  &textRect);
-}
+@end

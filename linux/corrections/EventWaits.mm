@@ -11,46 +11,10 @@
 #include <GNUstepGUI/GSDisplayServer.h>
 #include <X11/Xlib.h>
 
-#include "linux/corrections/ApplicationParts.h"
-#include "linux/corrections/Replacement.h"
-
 namespace {
 
 const NSTimeInterval kLongestSleep = 0.05;
 const long kAskedByUser = 2;  // the source of a request for activation, as window managers know it
-
-NSEvent* (*waitForEvent)(id, SEL, unsigned, NSDate*, NSString*, BOOL) = nullptr;
-void (*stopModal)(id, SEL, NSInteger) = nullptr;
-NSInteger (*runModal)(id, SEL, NSWindow*) = nullptr;
-
-NSEvent* WaitInSlices(id self, SEL selector, unsigned mask, NSDate* limit, NSString* mode,
-                      BOOL dequeue) {
-    NSEvent* event = nil;
-    BOOL isLast = NO;
-    while (!event && !isLast) {
-        @autoreleasepool {
-            NSDate* soon = [NSDate dateWithTimeIntervalSinceNow:kLongestSleep];
-            isLast = !limit || [limit compare:soon] != NSOrderedDescending;
-            event = waitForEvent(self, selector, mask, isLast ? limit : soon, mode, dequeue);
-            [event retain];
-        }
-    }
-    return [event autorelease];
-}
-
-void StopWithEvent(NSApplication* self, SEL selector, NSInteger code) {
-    stopModal(self, selector, code);
-    [self postEvent:[NSEvent otherEventWithType:NSApplicationDefined
-                                       location:NSZeroPoint
-                                  modifierFlags:0
-                                      timestamp:0
-                                   windowNumber:0
-                                        context:nil
-                                        subtype:0
-                                          data1:0
-                                          data2:0]
-            atStart:NO];
-}
 
 void AskForKeyboard(NSWindow* window) {
     GSDisplayServer* server = GSCurrentServer();
@@ -66,17 +30,51 @@ void AskForKeyboard(NSWindow* window) {
                SubstructureNotifyMask | SubstructureRedirectMask, &request);
 }
 
-NSInteger RunWithKeyboard(id self, SEL selector, NSWindow* window) {
-    AskForKeyboard(window);
-    return runModal(self, selector, window);
-}
-
 }  // namespace
 
-void CorrectEventWaits() {
-    ReplaceMethod([GSCurrentServer() class],
-                  @selector(getEventMatchingMask:beforeDate:inMode:dequeue:), WaitInSlices,
-                  &waitForEvent);
-    ReplaceMethod([NSApplication class], @selector(stopModalWithCode:), StopWithEvent, &stopModal);
-    ReplaceMethod([NSApplication class], @selector(runModalForWindow:), RunWithKeyboard, &runModal);
+@implementation GSDisplayServer (ShortSleeps)
+
+- (NSEvent*)mac_getEventMatchingMask:(unsigned)mask
+                          beforeDate:(NSDate*)limit
+                              inMode:(NSString*)mode
+                             dequeue:(BOOL)dequeue {
+    NSEvent* event = nil;
+    BOOL isLast = NO;
+    while (!event && !isLast) {
+        @autoreleasepool {
+            NSDate* soon = [NSDate dateWithTimeIntervalSinceNow:kLongestSleep];
+            isLast = !limit || [limit compare:soon] != NSOrderedDescending;
+            event = [self mac_getEventMatchingMask:mask
+                                        beforeDate:isLast ? limit : soon
+                                            inMode:mode
+                                           dequeue:dequeue];
+            [event retain];
+        }
+    }
+    return [event autorelease];
 }
+
+@end
+
+@implementation NSApplication (ModalLoop)
+
+- (void)mac_stopModalWithCode:(NSInteger)code {
+    [self mac_stopModalWithCode:code];
+    [self postEvent:[NSEvent otherEventWithType:NSApplicationDefined
+                                       location:NSZeroPoint
+                                  modifierFlags:0
+                                      timestamp:0
+                                   windowNumber:0
+                                        context:nil
+                                        subtype:0
+                                          data1:0
+                                          data2:0]
+            atStart:NO];
+}
+
+- (NSInteger)mac_runModalForWindow:(NSWindow*)window {
+    AskForKeyboard(window);
+    return [self mac_runModalForWindow:window];
+}
+
+@end

@@ -4,18 +4,24 @@
 #include <sys/stat.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdio>
-#include <random>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <optional>
 
 #include "linux/corrections/Descriptor.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
 constexpr size_t kBufferSize = 64 * 1024;
 constexpr off_t kLargestFile = INT_MAX;
-constexpr int kNameAttempts = 100;
 
 ssize_t ReadSome(int source, void* buffer, size_t length) {
     ssize_t count;
@@ -25,73 +31,74 @@ ssize_t ReadSome(int source, void* buffer, size_t length) {
     return count;
 }
 
-std::string FolderOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+/// The beginning of the names of temporary files that stand for `path` until they are complete.
+std::string TemporaryPrefix(const std::string& path) {
+    const fs::path file(path);
+    std::array<char, 32> hash{};
+    std::snprintf(hash.data(), hash.size(), ".dat.%016zx.",
+                  std::hash<std::string>{}(file.filename()));
+    return hash.data();
 }
 
-/// Opens a new file beside `path`, so that a rename stays on one disk. Not mkstemp: the kernel is
-/// to apply the umask to 0666, which cannot be asked for without changing it.
-int OpenBeside(const std::string& path, std::string& temporaryPath) {
-    static thread_local std::mt19937 random{std::random_device{}()};
-    for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
-        std::array<char, 32> name{};
-        std::snprintf(name.data(), name.size(), "/.dat.%08x", static_cast<unsigned>(random()));
-        temporaryPath = FolderOf(path) + name.data();
-        const int descriptor =
-            open(temporaryPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (descriptor >= 0 || errno != EEXIST) {
-            return descriptor;
+/// Removes what a process left that ended while it wrote the same file.
+void RemoveLeftovers(const fs::path& folder, const std::string& prefix) {
+    std::error_code failure;
+    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        const std::string name = entry->path().filename();
+        if (name.compare(0, prefix.size(), prefix) != 0) {
+            continue;
+        }
+        const pid_t writer = std::atoi(name.c_str() + prefix.size());
+        struct stat info;
+        if (writer > 0 && kill(writer, 0) != 0 && errno == ESRCH &&
+            lstat(entry->path().c_str(), &info) == 0 && info.st_uid == geteuid()) {
+            unlink(entry->path().c_str());
         }
     }
-    return -1;
 }
 
-int WriteBeside(int descriptor, const char* path, const void* bytes, size_t length) {
-    struct stat replaced;
-    if (lstat(path, &replaced) == 0 && S_ISREG(replaced.st_mode) &&
-        fchmod(descriptor, replaced.st_mode & 07777) != 0) {
-        return errno;
+/// The mode that a file at `path` must get: the one of the file that it replaces, also by way of a
+/// link; else what the umask leaves.
+/// @return 0 or an errno
+int FindMode(const std::string& path, std::optional<mode_t>& mode) {
+    struct stat info;
+    if (lstat(path.c_str(), &info) != 0) {
+        return errno == ENOENT ? 0 : errno;
     }
-    return WriteFully(descriptor, bytes, length);
+    if (stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode)) {
+        mode = info.st_mode & 07777;
+    }
+    return 0;
 }
 
-int WriteAtomically(const char* path, const void* bytes, size_t length) {
-    std::string temporaryPath;
-    Descriptor file(OpenBeside(path, temporaryPath));
-    if (!file) {
-        return errno;
-    }
-    int error = WriteBeside(file.get(), path, bytes, length);
-    if (!file.Close() && error == 0) {
-        error = errno;
-    }
-    if (error == 0 && rename(temporaryPath.c_str(), path) != 0) {
-        error = errno;
-    }
-    if (error != 0) {
-        unlink(temporaryPath.c_str());
-    }
-    return error;
+/// Opens a new file beside `path`, so that a rename stays on one disk, with no more rights than it
+/// shall have in the end. Not mkstemp: the kernel is to apply the umask to 0666, which cannot be
+/// asked for without changing it.
+int OpenBeside(const std::string& path, std::optional<mode_t> mode, std::string& temporaryPath) {
+    static std::atomic<unsigned> counter{0};
+    const fs::path folder = fs::path(path).has_parent_path() ? fs::path(path).parent_path() : ".";
+    const std::string prefix = TemporaryPrefix(path);
+    RemoveLeftovers(folder, prefix);
+    temporaryPath = folder / (prefix + std::to_string(getpid()) + '.' + std::to_string(counter++));
+    return open(temporaryPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                0666 & mode.value_or(0666));
 }
 
-int WriteInPlace(const char* path, const void* bytes, size_t length, int extraFlags) {
-    Descriptor file(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | extraFlags, 0666));
-    if (!file) {
-        return errno;
-    }
+int WriteWhole(Descriptor& file, std::optional<mode_t> mode, const void* bytes, size_t length) {
     if (const int error = WriteFully(file.get(), bytes, length)) {
         return error;
     }
-    return file.Close() ? 0 : errno;
+    const bool done = (!mode || fchmod(file.get(), *mode) == 0) && fsync(file.get()) == 0;
+    return done && file.Close() ? 0 : errno;
 }
 
 }  // namespace
 
-int ReadFileBytes(const char* path, std::string& bytes) {
+int ReadFileBytes(const std::string& path, std::string& bytes) {
     bytes.clear();
     // Without O_NONBLOCK the open itself would wait for a pipe's writer.
-    Descriptor file(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat info;
     if (!file || fstat(file.get(), &info) != 0) {
         return errno;
@@ -114,23 +121,41 @@ int ReadFileBytes(const char* path, std::string& bytes) {
     }
 }
 
-int WriteFileBytes(const char* path, const void* bytes, size_t length, WriteMode mode) {
-    switch (mode) {
-        case WriteMode::Atomic:
-            return WriteAtomically(path, bytes, length);
-        case WriteMode::InPlaceNew:
-            return WriteInPlace(path, bytes, length, O_EXCL);
-        case WriteMode::InPlace:
-            break;
+int WriteAtomically(const std::string& path, const void* bytes, size_t length) {
+    std::optional<mode_t> mode;
+    if (const int error = FindMode(path, mode)) {
+        return error;
     }
-    return WriteInPlace(path, bytes, length, 0);
+    std::string temporaryPath;
+    Descriptor file(OpenBeside(path, mode, temporaryPath));
+    if (!file) {
+        return errno;
+    }
+    int error = WriteWhole(file, mode, bytes, length);
+    if (error == 0 && rename(temporaryPath.c_str(), path.c_str()) != 0) {
+        error = errno;
+    }
+    if (error != 0) {
+        unlink(temporaryPath.c_str());
+    }
+    return error;
 }
 
-int CopyBytes(int source, int target, bool& readingFailed) {
+int WriteInPlace(const std::string& path, const void* bytes, size_t length) {
+    Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (!file) {
+        return errno;
+    }
+    if (const int error = WriteFully(file.get(), bytes, length)) {
+        return error;
+    }
+    return file.Close() ? 0 : errno;
+}
+
+int CopyBytes(int source, int target) {
     std::array<char, kBufferSize> buffer;
     for (;;) {
         const ssize_t count = ReadSome(source, buffer.data(), buffer.size());
-        readingFailed = count < 0;
         if (count <= 0) {
             return count == 0 ? 0 : errno;
         }

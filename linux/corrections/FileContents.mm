@@ -1,38 +1,145 @@
+// Data and text as files: GNUstep leaves the error slot alone on failure, prints to standard error
+// instead, and reads text by other rules.
 #include "linux/corrections/FileContents.h"
 
 #include "linux/corrections/CocoaErrors.h"
+#include "linux/corrections/FileBytes.h"
 #include "linux/corrections/FileSystemPath.h"
 
-bool ReadFile(NSString* path, std::string& bytes, NSError** error) {
+namespace {
+
+const std::string kMark = "\xEF\xBB\xBF";
+const std::string kReplacementCharacter = "\xEF\xBF\xBD";
+constexpr char kTolerated = '\xA9';
+
+BOOL WriteFile(NSString* path, NSData* bytes, bool atomically, NSError** error) {
+    const FileAction action = atomically ? FileAction::WriteAtomically : FileAction::Write;
     std::string file;
     if (!FileSystemPath(path, file)) {
-        return Fail(error, FileError(NSFileReadInvalidFileNameError, ReadingFailed(path), path, 0));
+        return Fail(error, action, kInvalidName, path);
     }
-    if (const int posixError = ReadFileBytes(file.c_str(), bytes)) {
-        return Fail(error,
-                    FileError(CocoaReadingCode(posixError), ReadingFailed(path), path, posixError));
-    }
-    return true;
+    const auto write = atomically ? WriteAtomically : WriteInPlace;
+    const int posixError = write(file, [bytes bytes], [bytes length]);
+    return posixError == 0 || Fail(error, action, posixError, path);
 }
 
-BOOL WriteFile(NSString* path, NSData* bytes, WriteMode mode, NSError** error) {
+/// How many bytes a character has that begins so.
+size_t LengthOfCharacter(char first) {
+    const auto byte = static_cast<unsigned char>(first);
+    return byte < 0xC0 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
+}
+
+/// A Mac reads the byte A9, the old copyright sign, on purpose where a character should begin.
+std::string Tolerated(const std::string& bytes) {
+    std::string text;
+    for (size_t i = 0; i < bytes.size(); i += LengthOfCharacter(bytes[i])) {
+        if (bytes[i] == kTolerated) {
+            text += kReplacementCharacter;
+        } else {
+            text.append(bytes, i, LengthOfCharacter(bytes[i]));
+        }
+    }
+    return text;
+}
+
+id InitWithBytes(NSString* string, const std::string& bytes, size_t start,
+                 NSStringEncoding encoding) {
+    return [string initWithBytes:bytes.data() + start
+                          length:bytes.size() - start
+                        encoding:encoding];
+}
+
+/// Makes no copy of the text on the way: files may be large. One mark at the start is no character;
+/// GNUstep drops one by itself, so that a second one is put back.
+id InitDecoded(NSString* string, const std::string& bytes, NSStringEncoding encoding) {
+    if (encoding != NSUTF8StringEncoding || bytes.compare(0, kMark.size(), kMark) != 0) {
+        return InitWithBytes(string, bytes, 0, encoding);
+    }
+    size_t start = kMark.size();
+    NSMutableString* marks = [NSMutableString string];
+    for (; bytes.compare(start, kMark.size(), kMark) == 0; start += kMark.size()) {
+        [marks appendString:@"\uFEFF"];
+    }
+    if ([marks length] == 0) {
+        return InitWithBytes(string, bytes, start, encoding);
+    }
+    NSString* text = [InitWithBytes([NSString alloc], bytes, start, encoding) autorelease];
+    if (text == nil) {
+        [string release];
+        return nil;
+    }
+    return [string initWithString:[marks stringByAppendingString:text]];
+}
+
+}  // namespace
+
+BOOL ReadFile(NSString* path, std::string& bytes, NSError** error) {
     std::string file;
     if (!FileSystemPath(path, file)) {
-        return Fail(error,
-                    FileError(NSFileWriteInvalidFileNameError, WritingFailed(path), path, 0));
+        return Fail(error, FileAction::Read, kInvalidName, path);
     }
-    if (const int posixError = WriteFileBytes(file.c_str(), [bytes bytes], [bytes length], mode)) {
-        return Fail(error,
-                    FileError(CocoaWritingCode(posixError), WritingFailed(path), path, posixError));
-    }
-    return YES;
+    const int posixError = ReadFileBytes(file, bytes);
+    return posixError == 0 || Fail(error, FileAction::Read, posixError, path);
 }
 
-NSString* ReadingFailed(NSString* path) {
-    return [NSString stringWithFormat:@"The file %@ couldn’t be opened", QuotedName(path)];
+@implementation NSData (MacFiles)
+
+// The options ask for speed only.
++ (id)dataWithContentsOfFile:(NSString*)path
+                     options:(NSDataReadingOptions)options
+                       error:(NSError**)error {
+    (void)options;
+    std::string bytes;
+    return ReadFile(path, bytes, error) ? [self dataWithBytes:bytes.data() length:bytes.size()]
+                                        : nil;
 }
 
-NSString* WritingFailed(NSString* path) {
-    return [NSString stringWithFormat:@"The file %@ couldn’t be saved in the folder %@",
-                                      QuotedName(path), QuotedFolderName(path)];
+- (id)mac_initWithContentsOfFile:(NSString*)path {
+    std::string bytes;
+    if (!ReadFile(path, bytes, nullptr)) {
+        [self release];
+        return nil;
+    }
+    return [self initWithBytes:bytes.data() length:bytes.size()];
 }
+
+- (BOOL)mac_writeToFile:(NSString*)path atomically:(BOOL)atomically {
+    return WriteFile(path, self, atomically, nullptr);
+}
+
+- (BOOL)mac_writeToFile:(NSString*)path options:(NSUInteger)options error:(NSError**)error {
+    return WriteFile(path, self, (options & NSDataWritingAtomic) != 0, error);
+}
+
+@end
+
+@implementation NSString (MacFiles)
+
+- (id)mac_initWithContentsOfFile:(NSString*)path
+                        encoding:(NSStringEncoding)encoding
+                           error:(NSError**)error {
+    std::string bytes;
+    if (!ReadFile(path, bytes, error)) {
+        [self release];
+        return nil;
+    }
+    if (encoding == NSUTF8StringEncoding && bytes.find(kTolerated) != std::string::npos) {
+        bytes = Tolerated(bytes);
+    }
+    self = InitDecoded(self, bytes, encoding);
+    if (self == nil) {
+        FailEncoding(error, FileAction::Read, encoding, path);
+    }
+    return self;
+}
+
+- (BOOL)mac_writeToFile:(NSString*)path
+             atomically:(BOOL)atomically
+               encoding:(NSStringEncoding)encoding
+                  error:(NSError**)error {
+    NSData* bytes = [self dataUsingEncoding:encoding];
+    return bytes == nil ? FailEncoding(error, FileAction::Write, encoding, path)
+                        : WriteFile(path, bytes, atomically, error);
+}
+
+@end

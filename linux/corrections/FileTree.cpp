@@ -8,158 +8,141 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <climits>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
+#include <filesystem>
 #include <memory>
 
 #include "linux/corrections/Descriptor.h"
 #include "linux/corrections/FileBytes.h"
 
+namespace fs = std::filesystem;
+
 namespace {
 
 constexpr mode_t kCopiedModeBits = 01777;
 
-TreeFailure ReadingFailed(const std::string& path, int error) {
-    return {error, true, path};
-}
-TreeFailure ChangingFailed(const std::string& path, int error) {
-    return {error, false, path};
+int Answer(int result) {
+    return result == 0 ? 0 : errno;
 }
 
 std::string Join(const std::string& folder, const std::string& name) {
     return folder + '/' + name;
 }
 
-std::string FolderOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
-}
-
-/// The path as the kernel knows it, or empty.
-std::string RealPath(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr),
-                                                           &std::free);
-    return real ? real.get() : "";
+bool IsFolder(const std::string& path) {
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
 bool LiesInside(const std::string& target, const std::string& source) {
-    const std::string outer = RealPath(source);
-    const std::string inner = RealPath(FolderOf(target));
-    return !outer.empty() && (inner + '/').compare(0, outer.size() + 1, outer + '/') == 0;
+    std::error_code failure;
+    const fs::path outer = fs::canonical(source, failure);
+    const fs::path inner = fs::weakly_canonical(target, failure);
+    return !failure &&
+           std::search(inner.begin(), inner.end(), outer.begin(), outer.end()) == inner.begin();
 }
 
-int SetModeAndTimes(int descriptor, const struct stat& info) {
+// A correct copy stays, whatever the disk says to these.
+void CopyModeAndTimes(int descriptor, const struct stat& info) {
     const std::array<timespec, 2> times{info.st_atim, info.st_mtim};
-    const bool done = fchmod(descriptor, info.st_mode & kCopiedModeBits) == 0 &&
-                      futimens(descriptor, times.data()) == 0;
-    return done ? 0 : errno;
+    (void)!fchmod(descriptor, info.st_mode & kCopiedModeBits);
+    (void)!futimens(descriptor, times.data());
 }
 
-TreeFailure CopyItem(const std::string& source, const std::string& target);
-
-TreeFailure CopyFile(const std::string& source, const struct stat& info,
-                     const std::string& target) {
+int CopyFile(const std::string& source, const struct stat& info, const std::string& target) {
     const Descriptor from(open(source.c_str(), O_RDONLY | O_CLOEXEC));
     if (!from) {
-        return ReadingFailed(source, errno);
+        return errno;
     }
     Descriptor to(open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (!to) {
-        return ChangingFailed(target, errno);
+        return errno;
     }
-    bool reading = false;
-    int error = CopyBytes(from.get(), to.get(), reading);
-    if (error == 0) {
-        error = SetModeAndTimes(to.get(), info);
-    }
+    int error = CopyBytes(from.get(), to.get());
+    CopyModeAndTimes(to.get(), info);
     if (!to.Close() && error == 0) {
         error = errno;
     }
-    if (error == 0) {
-        return {};
+    if (error != 0) {
+        unlink(target.c_str());
     }
-    unlink(target.c_str());
-    return reading ? ReadingFailed(source, error) : ChangingFailed(target, error);
+    return error;
 }
 
-TreeFailure CopyLink(const std::string& source, const std::string& target) {
-    std::array<char, PATH_MAX + 1> destination{};
-    if (readlink(source.c_str(), destination.data(), PATH_MAX) < 0) {
-        return ReadingFailed(source, errno);
-    }
-    if (symlink(destination.data(), target.c_str()) != 0) {
-        return ChangingFailed(target, errno);
-    }
-    return {};
+int CopyLink(const std::string& source, const std::string& target) {
+    std::error_code failure;
+    fs::copy_symlink(source, target, failure);
+    return failure.value();
 }
 
-TreeFailure CopyFolder(const std::string& source, const struct stat& info,
-                       const std::string& target) {
+int CopyItem(const std::string& source, const std::string& target);
+
+int CopyFolder(const std::string& source, const struct stat& info, const std::string& target) {
     std::vector<std::string> names;
-    if (const int error = ListFolder(source, names)) {
-        return ReadingFailed(source, error);
-    }
     if (mkdir(target.c_str(), 0700) != 0) {
-        return ChangingFailed(target, errno);
+        return errno;
     }
-    for (const std::string& name : names) {
-        const TreeFailure failure = CopyItem(Join(source, name), Join(target, name));
-        if (failure.happened()) {
-            return failure;
-        }
+    int error = ListFolder(source, names);
+    for (auto name = names.begin(); error == 0 && name != names.end(); ++name) {
+        error = CopyItem(Join(source, *name), Join(target, *name));
+        error = error == ENOENT ? 0 : error;
     }
-    const Descriptor copy(open(target.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    const int error = copy ? SetModeAndTimes(copy.get(), info) : errno;
-    return error == 0 ? TreeFailure{} : ChangingFailed(target, error);
+    if (error == 0) {
+        CopyModeAndTimes(Descriptor(open(target.c_str(), O_RDONLY | O_CLOEXEC)).get(), info);
+    }
+    return error;
 }
 
-TreeFailure CopyItem(const std::string& source, const std::string& target) {
+int CopyItem(const std::string& source, const std::string& target) {
     struct stat info;
     if (lstat(source.c_str(), &info) != 0) {
-        return ReadingFailed(source, errno);
+        return errno;
     }
-    if (S_ISREG(info.st_mode)) {
-        return CopyFile(source, info, target);
+    switch (info.st_mode & S_IFMT) {
+        case S_IFREG:
+            return CopyFile(source, info, target);
+        case S_IFLNK:
+            return CopyLink(source, target);
+        case S_IFDIR:
+            return CopyFolder(source, info, target);
+        default:
+            return ENOTSUP;
     }
-    if (S_ISLNK(info.st_mode)) {
-        return CopyLink(source, target);
-    }
-    if (S_ISDIR(info.st_mode)) {
-        return CopyFolder(source, info, target);
-    }
-    return ReadingFailed(source, ENOTSUP);
 }
 
-/// What stands at the target keeps an item from being copied or moved there.
-TreeFailure CheckTarget(const std::string& source, const std::string& target) {
+int RemoveItem(const std::string& path, dev_t disk) {
     struct stat info;
-    if (lstat(source.c_str(), &info) != 0) {
-        return ReadingFailed(source, errno);
+    if (lstat(path.c_str(), &info) != 0) {
+        return errno;
     }
-    const bool isFolder = S_ISDIR(info.st_mode);
-    if (lstat(target.c_str(), &info) == 0) {
-        return ChangingFailed(target, EEXIST);
+    if (!S_ISDIR(info.st_mode)) {
+        return Answer(unlink(path.c_str()));
     }
-    if (isFolder && LiesInside(target, source)) {
-        return ChangingFailed(target, EINVAL);
-    }
-    return {};
-}
-
-TreeFailure RemoveContents(const std::string& path) {
     std::vector<std::string> names;
-    if (const int error = ListFolder(path, names)) {
-        return ChangingFailed(path, error);
+    if (const int error = info.st_dev == disk ? ListFolder(path, names) : 0) {
+        return error;
     }
     for (const std::string& name : names) {
-        const TreeFailure failure = RemoveTree(Join(path, name));
-        if (failure.happened()) {
-            return failure;
+        const int error = RemoveItem(Join(path, name), disk);
+        if (error != 0 && error != ENOENT && error != ENOTDIR) {
+            return error;
         }
     }
-    return {};
+    return Answer(rmdir(path.c_str()));
+}
+
+int AddSubpaths(const std::string& folder, const std::string& prefix,
+                std::vector<std::string>& subpaths) {
+    std::vector<std::string> names;
+    int error = ListFolder(folder, names);
+    for (auto name = names.begin(); error == 0 && name != names.end(); ++name) {
+        subpaths.push_back(prefix + *name);
+        const std::string path = Join(folder, *name);
+        struct stat info;
+        if (lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode)) {
+            error = AddSubpaths(path, prefix + *name + '/', subpaths);
+        }
+    }
+    return error;
 }
 
 /// "/a//b/" gives "/a", "/a//b".
@@ -174,35 +157,22 @@ std::vector<std::string> Levels(const std::string& path) {
 
 }  // namespace
 
-TreeFailure CopyTree(const std::string& source, const std::string& target) {
-    const TreeFailure failure = CheckTarget(source, target);
-    return failure.happened() ? failure : CopyItem(source, target);
+int CopyTree(const std::string& source, const std::string& target) {
+    struct stat info;
+    if (lstat(target.c_str(), &info) == 0) {
+        return EEXIST;
+    }
+    const bool isFolder = lstat(source.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+    return isFolder && LiesInside(target, source) ? EINVAL : CopyItem(source, target);
 }
 
-TreeFailure MoveTree(const std::string& source, const std::string& target) {
-    TreeFailure failure = CheckTarget(source, target);
-    if (failure.happened() || rename(source.c_str(), target.c_str()) == 0) {
-        return failure;
+int RemoveTree(const std::string& path) {
+    struct stat info;
+    if (lstat(path.c_str(), &info) != 0) {
+        return errno;
     }
-    if (errno != EXDEV) {
-        return ChangingFailed(target, errno);
-    }
-    failure = CopyItem(source, target);
-    return failure.happened() ? failure : RemoveTree(source);
-}
-
-TreeFailure RemoveTree(const std::string& path) {
-    if (std::remove(path.c_str()) == 0) {
-        return {};
-    }
-    if (errno != ENOTEMPTY && errno != EEXIST) {
-        return ChangingFailed(path, errno);
-    }
-    const TreeFailure failure = RemoveContents(path);
-    if (failure.happened() || rmdir(path.c_str()) == 0) {
-        return failure;
-    }
-    return ChangingFailed(path, errno);
+    const int error = RemoveItem(path, info.st_dev);
+    return error == ENOTEMPTY ? EPERM : error;
 }
 
 int ListFolder(const std::string& path, std::vector<std::string>& names) {
@@ -211,24 +181,28 @@ int ListFolder(const std::string& path, std::vector<std::string>& names) {
         return errno;
     }
     names.clear();
-    for (;;) {
+    errno = 0;
+    while (const dirent* entry = readdir(folder.get())) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != "..") {
+            names.push_back(name);
+        }
         errno = 0;
-        const dirent* entry = readdir(folder.get());
-        if (entry == nullptr) {
-            break;
-        }
-        if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
-            names.emplace_back(entry->d_name);
-        }
     }
     const int error = errno;
     std::sort(names.begin(), names.end());
     return error;
 }
 
-int MakeFolders(const std::string& path, int mode) {
+int ListTree(const std::string& path, std::vector<std::string>& subpaths) {
+    subpaths.clear();
+    return AddSubpaths(path, "", subpaths);
+}
+
+int MakeFolders(const std::string& path, int mode, std::string& failedAt) {
     std::vector<std::string> made;
     int error = 0;
+    failedAt = path;
     for (const std::string& level : Levels(path)) {
         if (mkdir(level.c_str(), 0777) == 0) {
             made.push_back(level);
@@ -238,21 +212,19 @@ int MakeFolders(const std::string& path, int mode) {
             }
             continue;
         }
-        const int failure = errno;
-        if (!IsFolder(level)) {
-            error = failure == EEXIST && level.size() < path.size() ? ENOTDIR : failure;
-            break;
+        error = errno;
+        if (IsFolder(level)) {
+            error = 0;
+            continue;
         }
+        if (error == EEXIST) {
+            failedAt = level;
+            error = ENOTDIR;
+        }
+        break;
     }
     for (auto level = made.rbegin(); mode != kModeByUmask && level != made.rend(); ++level) {
-        if (chmod(level->c_str(), static_cast<mode_t>(mode)) != 0 && error == 0) {
-            error = errno;
-        }
+        chmod(level->c_str(), static_cast<mode_t>(mode));
     }
     return error;
-}
-
-bool IsFolder(const std::string& path) {
-    struct stat info;
-    return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }

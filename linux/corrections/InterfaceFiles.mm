@@ -5,46 +5,50 @@
 //  - with an exception where there is no file, for which a Mac only leaves out the window.
 #include <AppKit/AppKit.h>
 
-#include "linux/corrections/ApplicationParts.h"
-#include "linux/corrections/Replacement.h"
 #include "linux/corrections/xml/GNUstepDocuments.h"
 
 namespace {
 
-NSString* const kXibLoader = @"GSXibLoader";
 NSString* const kKindOfFont = @"metaFont";
 NSString* const kBoldFont = @"systemBold";
 NSString* const kFontOfText = @"font";
 NSString* const kColorOfText = @"textColor";
 
-BOOL (*loadModel)(id, SEL, NSData*, NSDictionary*, NSZone*) = nullptr;
-void (*loadWindow)(id, SEL) = nullptr;
-NSTextView* (*readTextView)(id, SEL, NSCoder*) = nullptr;
-NSFont* (*readFont)(id, SEL, NSCoder*) = nullptr;
-
-BOOL LoadWithOwnDocuments(id self, SEL selector, NSData* data, NSDictionary* context,
-                          NSZone* zone) {
-    const GNUstepDocuments documents;
-    return loadModel(self, selector, data, context, zone);
-}
-
-void LoadIfFound(NSWindowController* self, SEL selector) {
-    if ([self windowNibPath]) {
-        loadWindow(self, selector);
-    }
-}
-
 BOOL Holds(NSCoder* coder, NSString* key) {
     return [coder allowsKeyedCoding] && [coder containsValueForKey:key];
 }
 
-BOOL IsBold(NSCoder* coder) {
-    return Holds(coder, kKindOfFont) && [kBoldFont isEqual:[coder decodeObjectForKey:kKindOfFont]];
+}  // namespace
+
+@interface GSXibLoader : NSObject
+@end
+
+@implementation GSXibLoader (OwnDocuments)
+
+- (BOOL)mac_loadModelData:(NSData*)data
+        externalNameTable:(NSDictionary*)context
+                 withZone:(NSZone*)zone {
+    const GNUstepDocuments documents;
+    return [self mac_loadModelData:data externalNameTable:context withZone:zone];
 }
 
-NSFont* ReadBoldToo(id self, SEL selector, NSCoder* coder) {
-    NSFont* font = readFont(self, selector, coder);
-    if (!IsBold(coder)) {
+@end
+
+@implementation NSWindowController (MissingFiles)
+
+- (void)mac_loadWindow {
+    if ([self windowNibPath]) {
+        [self mac_loadWindow];
+    }
+}
+
+@end
+
+@implementation NSFont (BoldFonts)
+
+- (id)mac_initWithCoder:(NSCoder*)coder {
+    NSFont* font = [self mac_initWithCoder:coder];
+    if (!Holds(coder, kKindOfFont) || ![kBoldFont isEqual:[coder decodeObjectForKey:kKindOfFont]]) {
         return font;
     }
     NSFont* bold = [[NSFont boldSystemFontOfSize:[font pointSize]] retain];
@@ -52,8 +56,12 @@ NSFont* ReadBoldToo(id self, SEL selector, NSCoder* coder) {
     return bold;
 }
 
-NSTextView* ReadStyleToo(id self, SEL selector, NSCoder* coder) {
-    NSTextView* view = readTextView(self, selector, coder);
+@end
+
+@implementation NSTextView (Styles)
+
+- (id)mac_initWithCoder:(NSCoder*)coder {
+    NSTextView* view = [self mac_initWithCoder:coder];
     if (Holds(coder, kFontOfText)) {
         [view setFont:[coder decodeObjectForKey:kFontOfText]];
     }
@@ -63,13 +71,4 @@ NSTextView* ReadStyleToo(id self, SEL selector, NSCoder* coder) {
     return view;
 }
 
-}  // namespace
-
-void CorrectInterfaceFiles() {
-    ReplaceMethod(NSClassFromString(kXibLoader),
-                  @selector(loadModelData:externalNameTable:withZone:), LoadWithOwnDocuments,
-                  &loadModel);
-    ReplaceMethod([NSWindowController class], @selector(loadWindow), LoadIfFound, &loadWindow);
-    ReplaceMethod([NSFont class], @selector(initWithCoder:), ReadBoldToo, &readFont);
-    ReplaceMethod([NSTextView class], @selector(initWithCoder:), ReadStyleToo, &readTextView);
-}
+@end

@@ -50,7 +50,7 @@ id InitWithOwnCharacters(NSString* string, unichar* characters, NSUInteger lengt
 
 @implementation NSString (LeadingMark)
 
-- (id)initWithCharacters:(const unichar*)characters length:(NSUInteger)length {
+- (id)mac_initWithCharacters:(const unichar*)characters length:(NSUInteger)length {
     if (StartsWithMark(characters, length)) {
         return InitWithMarked(self, characters, length);
     }
@@ -59,9 +59,9 @@ id InitWithOwnCharacters(NSString* string, unichar* characters, NSUInteger lengt
                       encoding:NSUnicodeStringEncoding];
 }
 
-- (id)initWithCharactersNoCopy:(unichar*)characters
-                        length:(NSUInteger)length
-                  freeWhenDone:(BOOL)free {
+- (id)mac_initWithCharactersNoCopy:(unichar*)characters
+                            length:(NSUInteger)length
+                      freeWhenDone:(BOOL)free {
     return InitWithOwnCharacters(self, characters, length, free);
 }
 
@@ -69,17 +69,17 @@ id InitWithOwnCharacters(NSString* string, unichar* characters, NSUInteger lengt
 
 @implementation GSMutableString (LeadingMark)
 
-- (id)initWithCharactersNoCopy:(unichar*)characters
-                        length:(NSUInteger)length
-                  freeWhenDone:(BOOL)free {
+- (id)mac_initWithCharactersNoCopy:(unichar*)characters
+                            length:(NSUInteger)length
+                      freeWhenDone:(BOOL)free {
     return InitWithOwnCharacters(self, characters, length, free);
 }
 
-- (id)mutableCopy {
+- (id)mac_mutableCopy {
     return [self mutableCopyWithZone:NSDefaultMallocZone()];
 }
 
-- (id)mutableCopyWithZone:(NSZone*)zone {
+- (id)mac_mutableCopyWithZone:(NSZone*)zone {
     return [[NSMutableString allocWithZone:zone] initWithString:self];
 }
 
@@ -87,11 +87,11 @@ id InitWithOwnCharacters(NSString* string, unichar* characters, NSUInteger lengt
 
 @implementation GSUnicodeString (LeadingMark)
 
-- (id)mutableCopy {
+- (id)mac_mutableCopy {
     return [self mutableCopyWithZone:NSDefaultMallocZone()];
 }
 
-- (id)mutableCopyWithZone:(NSZone*)zone {
+- (id)mac_mutableCopyWithZone:(NSZone*)zone {
     return [[NSMutableString allocWithZone:zone] initWithString:self];
 }
 

@@ -48,7 +48,7 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 
 @implementation NSProcessInfo (AnyBytes)
 
-+ (void)initialize {
++ (void)mac_initialize {
     if (self != [NSProcessInfo class]) {
         return;
     }

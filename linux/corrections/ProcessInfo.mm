@@ -11,7 +11,7 @@ NSString* const kSystemVersionFile = @"/System/Library/CoreServices/SystemVersio
 
 @implementation NSProcessInfo (AppleVersion)
 
-- (NSString*)operatingSystemVersionString {
+- (NSString*)mac_operatingSystemVersionString {
     NSDictionary* system = [NSDictionary dictionaryWithContentsOfFile:kSystemVersionFile];
     id version = [system objectForKey:@"ProductVersion"];
     id build = [system objectForKey:@"ProductBuildVersion"];

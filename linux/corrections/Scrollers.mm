@@ -2,35 +2,36 @@
 // line between it and what it scrolls.
 #include <AppKit/AppKit.h>
 
-#include "linux/corrections/ApplicationParts.h"
-#include "linux/corrections/Replacement.h"
-
 namespace {
 
 const CGFloat kWidth = 18;
 const CGFloat kKnobWidth = 6;
 
-void (*setVerticalScroller)(id, SEL, NSScroller*) = nullptr;
-void (*drawScrollView)(id, SEL, NSRect) = nullptr;
-CGFloat (*scrollerWidth)(id, SEL) = nullptr;
-void (*drawScroller)(id, SEL, NSRect) = nullptr;
+}  // namespace
 
-void SetScrollerWithoutArrows(id self, SEL selector, NSScroller* scroller) {
+@implementation NSScrollView (MacLook)
+
+- (void)mac_setVerticalScroller:(NSScroller*)scroller {
     [scroller setArrowsPosition:NSScrollerArrowsNone];
-    setVerticalScroller(self, selector, scroller);
+    [self mac_setVerticalScroller:scroller];
 }
 
-void DrawBorder(NSScrollView* self, SEL selector, NSRect rect) {
+- (void)mac_drawRect:(NSRect)rect {
     if ([self borderType] != NSNoBorder) {
-        drawScrollView(self, selector, rect);
+        [self mac_drawRect:rect];
     }
 }
 
-CGFloat Width(id /*self*/, SEL /*selector*/) {
+@end
+
+@implementation NSScroller (MacLook)
+
++ (CGFloat)mac_scrollerWidth {
     return kWidth;
 }
 
-void DrawKnob(NSScroller* self, SEL /*selector*/, NSRect /*rect*/) {
+- (void)mac_drawRect:(NSRect)rect {
+    (void)rect;
     NSRect knob = [self rectForPart:NSScrollerKnob];
     knob.origin.x = NSMaxX(knob) - kKnobWidth;
     knob.size.width = kKnobWidth;
@@ -39,13 +40,4 @@ void DrawKnob(NSScroller* self, SEL /*selector*/, NSRect /*rect*/) {
     [[NSBezierPath bezierPathWithRoundedRect:knob xRadius:radius yRadius:radius] fill];
 }
 
-}  // namespace
-
-void CorrectScrollers() {
-    ReplaceMethod([NSScrollView class], @selector(setVerticalScroller:), SetScrollerWithoutArrows,
-                  &setVerticalScroller);
-    ReplaceMethod([NSScrollView class], @selector(drawRect:), DrawBorder, &drawScrollView);
-    ReplaceMethod(object_getClass([NSScroller class]), @selector(scrollerWidth), Width,
-                  &scrollerWidth);
-    ReplaceMethod([NSScroller class], @selector(drawRect:), DrawKnob, &drawScroller);
-}
+@end

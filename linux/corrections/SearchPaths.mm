@@ -1,38 +1,10 @@
-// The folders of the user and of the machine lie where a Mac has them ("~/Library/Application
-// Support"); GNUstep has a layout of its own. It finds its own parts through the system domain,
-// which is left to it.
+// The Library folder and its Application Support lie where a Mac has them; GNUstep has a layout of
+// its own. It finds its own parts through the system domain and in other folders, which are left to
+// it.
 #include <Foundation/Foundation.h>
 #include <dlfcn.h>
 
 namespace {
-
-struct StandardFolder {
-    NSSearchPathDirectory directory;
-    NSString* path;
-    bool alsoOfMachine;  ///< there is one for all users, below "/"
-};
-
-const StandardFolder kStandardFolders[] = {
-    {NSApplicationDirectory, @"Applications", true},
-    {NSLibraryDirectory, @"Library", true},
-    {NSCachesDirectory, @"Library/Caches", true},
-    {NSApplicationSupportDirectory, @"Library/Application Support", true},
-    {NSDocumentDirectory, @"Documents", false},
-    {NSDesktopDirectory, @"Desktop", false},
-    {NSDownloadsDirectory, @"Downloads", false},
-    {NSMoviesDirectory, @"Movies", false},
-    {NSMusicDirectory, @"Music", false},
-    {NSPicturesDirectory, @"Pictures", false},
-};
-
-const StandardFolder* Find(NSSearchPathDirectory directory) {
-    for (const StandardFolder& folder : kStandardFolders) {
-        if (folder.directory == directory) {
-            return &folder;
-        }
-    }
-    return nullptr;
-}
 
 NSArray* PathsOfGNUstep(NSSearchPathDirectory directory, NSSearchPathDomainMask domains,
                         BOOL expandTilde) {
@@ -45,17 +17,18 @@ NSArray* PathsOfGNUstep(NSSearchPathDirectory directory, NSSearchPathDomainMask 
 
 NSArray* NSSearchPathForDirectoriesInDomains(NSSearchPathDirectory directory,
                                              NSSearchPathDomainMask domains, BOOL expandTilde) {
-    const StandardFolder* folder = Find(directory);
-    if (folder == nullptr) {
+    if (directory != NSLibraryDirectory && directory != NSApplicationSupportDirectory) {
         return PathsOfGNUstep(directory, domains, expandTilde);
     }
+    NSString* folder =
+        directory == NSLibraryDirectory ? @"Library" : @"Library/Application Support";
     NSMutableArray* paths = [NSMutableArray array];
     if ((domains & NSUserDomainMask) != 0) {
         NSString* home = expandTilde ? NSHomeDirectory() : @"~";
-        [paths addObject:[home stringByAppendingPathComponent:folder->path]];
+        [paths addObject:[home stringByAppendingPathComponent:folder]];
     }
-    if ((domains & NSLocalDomainMask) != 0 && folder->alsoOfMachine) {
-        [paths addObject:[@"/" stringByAppendingPathComponent:folder->path]];
+    if ((domains & NSLocalDomainMask) != 0) {
+        [paths addObject:[@"/" stringByAppendingPathComponent:folder]];
     }
     const NSSearchPathDomainMask others = domains & ~(NSUserDomainMask | NSLocalDomainMask);
     if (others != 0) {

@@ -2,16 +2,12 @@
 // moves it: quadratic, hours for a text of 100 MB. A literal replacement walks the text once here,
 // and makes no copy of it but the result. With other options (case, direction) it is GNUstep's.
 #include <Foundation/Foundation.h>
-#include <objc/runtime.h>
 
 #include <algorithm>
 #include <cstring>
 #include <vector>
 
 namespace {
-
-using Replacement = NSString* (*)(id, SEL, NSString*, NSString*, NSStringCompareOptions, NSRange);
-Replacement replacementOfGNUstep;
 
 constexpr NSUInteger kBlock = 64 * 1024;
 
@@ -84,29 +80,23 @@ NSString* LiteralReplacement(NSString* text, NSString* target, NSString* replace
                                           freeWhenDone:YES] autorelease];
 }
 
-NSString* Replaced(id self, SEL command, NSString* target, NSString* replacement,
-                   NSStringCompareOptions options, NSRange range) {
+}  // namespace
+
+@implementation NSString (Replacement)
+
+- (NSString*)mac_stringByReplacingOccurrencesOfString:(NSString*)target
+                                           withString:(NSString*)replacement
+                                              options:(NSStringCompareOptions)options
+                                                range:(NSRange)range {
     const NSUInteger length = [self length];
     if (options != NSLiteralSearch || [target length] == 0 || replacement == nil ||
         range.location > length || range.length > length - range.location) {
-        return replacementOfGNUstep(self, command, target, replacement, options, range);
+        return [self mac_stringByReplacingOccurrencesOfString:target
+                                                   withString:replacement
+                                                      options:options
+                                                        range:range];
     }
     return LiteralReplacement(self, target, replacement, range);
-}
-
-}  // namespace
-
-@interface StringReplacementCorrection : NSObject
-@end
-
-@implementation StringReplacementCorrection
-
-+ (void)load {
-    Method method = class_getInstanceMethod(
-        [NSString class], @selector(stringByReplacingOccurrencesOfString:
-                                                              withString:options:range:));
-    replacementOfGNUstep = reinterpret_cast<Replacement>(
-        method_setImplementation(method, reinterpret_cast<IMP>(Replaced)));
 }
 
 @end

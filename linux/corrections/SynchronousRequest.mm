@@ -1,14 +1,13 @@
 // GNUstep waits for a body after a HEAD request, to the end of its patience when the server keeps
 // the connection open; it also starts a daemon, leaves a file of cookies in the home and prints
-// what went wrong. Here libcurl asks: http and https, HEAD and GET; no proxy, no cookies, no header
-// fields or body of the request's own.
+// what went wrong. Here libcurl asks: only by http and https, without proxy, cookies or output.
+// Requests carry no body, and of the answer's head only the status is kept.
 #include <Foundation/Foundation.h>
 #include <curl/curl.h>
 #include <dlfcn.h>
 
 #include <memory>
-
-#include "linux/corrections/CocoaErrors.h"
+#include <string>
 
 namespace {
 
@@ -27,6 +26,11 @@ class Curl {
     }
 
   public:
+    static const Curl& Library() {
+        static const Curl curl;
+        return curl;
+    }
+
     bool IsThere() const { return library_ != nullptr; }
 
     decltype(&curl_easy_init) init = Find<decltype(init)>("curl_easy_init");
@@ -34,50 +38,23 @@ class Curl {
     CURLcode (*set)(CURL*, CURLoption, ...) = Find<decltype(set)>("curl_easy_setopt");
     decltype(&curl_easy_perform) perform = Find<decltype(perform)>("curl_easy_perform");
     CURLcode (*get)(CURL*, CURLINFO, ...) = Find<decltype(get)>("curl_easy_getinfo");
-    decltype(&curl_easy_strerror) errorText = Find<decltype(errorText)>("curl_easy_strerror");
 };
 
-size_t AppendBody(const char* bytes, size_t size, size_t count, void* data) {
-    [static_cast<NSMutableData*>(data) appendBytes:bytes length:size * count];
+size_t AppendBody(const char* bytes, size_t size, size_t count, void* body) {
+    [static_cast<NSMutableData*>(body) appendBytes:bytes length:size * count];
     return size * count;
 }
 
-NSInteger CodeOf(CURLcode failure) {
-    switch (failure) {
-        case CURLE_COULDNT_RESOLVE_HOST:
-            return NSURLErrorCannotFindHost;
-        case CURLE_COULDNT_CONNECT:
-            return NSURLErrorCannotConnectToHost;
-        case CURLE_OPERATION_TIMEDOUT:
-            return NSURLErrorTimedOut;
-        default:
-            return NSURLErrorUnknown;
-    }
-}
-
-NSData* Failed(NSError** error, NSInteger code, const char* text) {
-    NSDictionary* info = @{NSLocalizedDescriptionKey : [NSString stringWithUTF8String:text]};
-    Fail(error, [NSError errorWithDomain:NSURLErrorDomain code:code userInfo:info]);
-    return nil;
-}
-
-}  // namespace
-
-@implementation NSURLConnection (SynchronousRequest)
-
-+ (NSData*)sendSynchronousRequest:(NSURLRequest*)request
-                returningResponse:(NSURLResponse**)response
-                            error:(NSError**)error {
-    static const Curl curl;
+/// @return libcurl's code; CURLE_OK when a server answered
+CURLcode Transfer(NSURLRequest* request, NSMutableData* body, long& status) {
+    const Curl& curl = Curl::Library();
     if (!curl.IsThere()) {
-        return Failed(error, NSURLErrorUnknown, "libcurl is missing");
+        return CURLE_FAILED_INIT;
     }
     const std::unique_ptr<CURL, decltype(curl.cleanup)> transfer(curl.init(), curl.cleanup);
     CURL* const handle = transfer.get();
-    NSMutableData* body = [NSMutableData data];
-    const char* url = [[[request URL] absoluteString] UTF8String];
     const NSTimeInterval timeout = [request timeoutInterval];
-    curl.set(handle, CURLOPT_URL, url == nullptr ? "" : url);
+    curl.set(handle, CURLOPT_URL, [[[request URL] absoluteString] UTF8String]);
     curl.set(handle, CURLOPT_NOBODY, [[request HTTPMethod] isEqual:@"HEAD"] ? 1L : 0L);
     curl.set(handle, CURLOPT_PROTOCOLS_STR, kSchemes);
     curl.set(handle, CURLOPT_REDIR_PROTOCOLS_STR, kSchemes);
@@ -91,15 +68,27 @@ NSData* Failed(NSError** error, NSInteger code, const char* text) {
     curl.set(handle, CURLOPT_WRITEFUNCTION, AppendBody);
     curl.set(handle, CURLOPT_WRITEDATA, body);
     const CURLcode failure = curl.perform(handle);
-    if (failure != CURLE_OK) {
-        return Failed(error, CodeOf(failure), curl.errorText(failure));
+    curl.get(handle, CURLINFO_RESPONSE_CODE, &status);
+    return failure;
+}
+
+}  // namespace
+
+@implementation NSURLConnection (SynchronousRequest)
+
++ (NSData*)mac_sendSynchronousRequest:(NSURLRequest*)request
+                    returningResponse:(NSURLResponse**)response
+                                error:(NSError**)error {
+    NSMutableData* body = [NSMutableData data];
+    long status = 0;
+    if (Transfer(request, body, status) != CURLE_OK) {
+        if (error != nullptr) {
+            *error = [NSError errorWithDomain:NSURLErrorDomain code:NSURLErrorUnknown userInfo:nil];
+        }
+        return nil;
     }
     if (response != nullptr) {
-        long status = 0;
-        curl.get(handle, CURLINFO_RESPONSE_CODE, &status);
-        curl.get(handle, CURLINFO_EFFECTIVE_URL, &url);
-        NSURL* answering = [NSURL URLWithString:[NSString stringWithUTF8String:url]];
-        *response = [[[NSHTTPURLResponse alloc] initWithURL:answering
+        *response = [[[NSHTTPURLResponse alloc] initWithURL:[request URL]
                                                  statusCode:status
                                                 HTTPVersion:@"HTTP/1.1"
                                                headerFields:nil] autorelease];

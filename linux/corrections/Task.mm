@@ -19,7 +19,7 @@ std::string Utf8(NSString* text) {
 
 @implementation NSTask (Launching)
 
-+ (NSTask*)launchedTaskWithLaunchPath:(NSString*)path arguments:(NSArray*)arguments {
++ (NSTask*)mac_launchedTaskWithLaunchPath:(NSString*)path arguments:(NSArray*)arguments {
     std::string program;
     if (!FileSystemPath(path, program) || arguments == nil) {
         [NSException raise:NSInvalidArgumentException format:@"no launch path or no arguments"];

@@ -24,6 +24,24 @@ TEST(ErrorDescription, TellsTheSystemsTextOfAPosixError) {
         NSError* error = [NSError errorWithDomain:NSPOSIXErrorDomain code:2 userInfo:nil];
         EXPECT_EQ(Text([error localizedDescription]),
                   "The operation couldn’t be completed. No such file or directory");
+        EXPECT_EQ(Printed(error),
+                  "Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\"");
+        error = [NSError errorWithDomain:NSPOSIXErrorDomain code:66 userInfo:nil];
+        EXPECT_EQ(Printed(error),
+                  "Error Domain=NSPOSIXErrorDomain Code=66 \"Directory not empty\"");
+    }
+}
+
+TEST(ErrorDescription, QuotesWhatIsMeantForProgrammersWhenThereIsSuch) {
+    @autoreleasepool {
+        NSError* error = [NSError errorWithDomain:@"Example"
+                                             code:1
+                                         userInfo:@{
+                                             @"NSDebugDescription" : @"deep",
+                                             NSLocalizedDescriptionKey : @"told"
+                                         }];
+        EXPECT_EQ(Printed(error),
+                  "Error Domain=Example Code=1 \"deep\" UserInfo={NSDebugDescription=deep}");
     }
 }
 

@@ -69,9 +69,12 @@ TEST_F(FileManagerFolders, DoubledAndTrailingSlashesMakeNoDifference) {
 TEST_F(FileManagerFolders, AFileInTheWayIsAnError) {
     folder_.Write("file", "x");
     EXPECT_FALSE(Create(folder_ / "file", 0777));
-    ExpectCocoaError(error_, 516, EEXIST, folder_ / "file");
+    ExpectCocoaError(error_, 512, ENOTDIR, folder_ / "file");
     EXPECT_FALSE(Create(folder_ / "file/inner/most", 0777));
-    ExpectCocoaError(error_, 512, ENOTDIR, folder_ / "file/inner/most");
+    ExpectCocoaError(error_, 512, ENOTDIR, folder_ / "file");
+    EXPECT_EQ(Text([error_ localizedDescription]),
+              "The file “file” couldn’t be saved in the folder “" +
+                  folder_.path().substr(folder_.path().rfind('/') + 1) + "”.");
     EXPECT_EQ(folder_.Everything(), "file");
 }
 
@@ -84,7 +87,7 @@ TEST_F(FileManagerFolders, ALinkToAFolderCountsAsTheFolder) {
     EXPECT_EQ(folder_.Mode("real/inner"), 0777U);
     EXPECT_EQ(error_, nil);
     EXPECT_FALSE(Create(folder_ / "dangling", 0777));
-    ExpectCocoaError(error_, 516, EEXIST, folder_ / "dangling");
+    ExpectCocoaError(error_, 512, ENOTDIR, folder_ / "dangling");
     EXPECT_FALSE(folder_.Has("nothing"));
 }
 
@@ -102,8 +105,8 @@ TEST_F(FileManagerFolders, AFolderThatMayNotBeWrittenIsAnError) {
     EXPECT_FALSE(Create(folder_ / "closed/a/b", 0777));
     ExpectCocoaError(error_, 513, EACCES, folder_ / "closed/a/b");
     EXPECT_EQ(Text([error_ description]),
-              "Error Domain=NSCocoaErrorDomain Code=513 \"The folder “b” couldn’t be made in “a” "
-              "because you don’t have permission.\" UserInfo={NSFilePath=" +
+              "Error Domain=NSCocoaErrorDomain Code=513 \"You don’t have permission to save "
+              "the file “b” in the folder “a”.\" UserInfo={NSFilePath=" +
                   (folder_ / "closed/a/b") +
                   ", NSUnderlyingError={Error Domain=NSPOSIXErrorDomain Code=13 "
                   "\"Permission denied\"}}");
@@ -130,7 +133,7 @@ TEST_F(FileManagerFolders, APathThatNoFolderCanHaveIsAnErrorAndNoCrash) {
                                         error:nullptr]);
     EXPECT_FALSE([files fileExistsAtPath:nil]);
     EXPECT_FALSE(Create(folder_ / std::string(300, 'n'), 0777));
-    ExpectCocoaError(error_, 514, ENAMETOOLONG, folder_ / std::string(300, 'n'));
+    ExpectCocoaError(error_, 514, 63, folder_ / std::string(300, 'n'));
 }
 
 TEST_F(FileManagerFolders, ExistenceFollowsLinksAndTellsFoldersFromFiles) {
@@ -150,6 +153,30 @@ TEST_F(FileManagerFolders, ExistenceFollowsLinksAndTellsFoldersFromFiles) {
     EXPECT_EQ(look("dangling"), "missing");
     EXPECT_EQ(look("nothing"), "missing");
     EXPECT_EQ(look("file/below"), "missing");
+}
+
+TEST_F(FileManagerFolders, PermissionsAreSetWhateverTheUmask) {
+    NSFileManager* files = [NSFileManager defaultManager];
+    const auto set = [&](const std::string& path, id mode) {
+        return [files setAttributes:@{NSFilePosixPermissions : mode}
+                       ofItemAtPath:Text(path)
+                              error:&error_];
+    };
+    folder_.Write("file", "x", 0600);
+    const Umask umask(077);
+    EXPECT_TRUE(set(folder_ / "file", @511));
+    EXPECT_EQ(folder_.Mode("file"), 0777U);
+    EXPECT_TRUE(set(folder_ / "file", @"not a number"));
+    EXPECT_EQ(folder_.Mode("file"), 0777U);
+    EXPECT_EQ(error_, nil);
+    EXPECT_FALSE(set(folder_ / "missing", @511));
+    ExpectCocoaError(error_, 4, ENOENT, folder_ / "missing");
+    EXPECT_FALSE([files setAttributes:@{} ofItemAtPath:nil error:&error_]);
+    EXPECT_EQ([error_ code], 514);
+    const OrdinaryUser user;
+    // The root folder belongs to root on every machine.
+    EXPECT_FALSE(set("/", @511));
+    ExpectCocoaError(error_, 513, EPERM, "/");
 }
 
 }  // namespace

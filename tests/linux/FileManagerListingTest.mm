@@ -60,26 +60,32 @@ TEST_F(FileManagerListing, WhatCannotBeListedIsAnError) {
     folder_.MakeFolder("closed", 0);
     const OrdinaryUser user;
     EXPECT_EQ(Contents(folder_ / "missing"), "(nil)");
-    ExpectCocoaError(error_, 260, ENOENT, folder_ / "missing");
+    EXPECT_EQ(Text([error_ description]),
+              "Error Domain=NSCocoaErrorDomain Code=260 \"The folder “missing” doesn’t exist.\" "
+              "UserInfo={NSFilePath=" +
+                  (folder_ / "missing") +
+                  ", NSUnderlyingError={Error Domain=NSOSStatusErrorDomain Code=-43 \"fnfErr: File "
+                  "not found\"}, NSUserStringVariant=(\n    Folder\n)}");
     EXPECT_EQ(Contents(folder_ / "file"), "(nil)");
     ExpectCocoaError(error_, 256, ENOTDIR, folder_ / "file");
     EXPECT_EQ(Contents(folder_ / "closed"), "(nil)");
     ExpectCocoaError(error_, 257, EACCES, folder_ / "closed");
     EXPECT_EQ(Subpaths(folder_ / "missing"), "(nil)");
-    ExpectCocoaError(error_, 260, ENOENT, folder_ / "missing");
+    EXPECT_EQ([error_ code], 260);
     EXPECT_EQ(Subpaths(folder_ / "closed"), "(nil)");
     ExpectCocoaError(error_, 257, EACCES, folder_ / "closed");
     EXPECT_EQ([files_ contentsOfDirectoryAtPath:nil error:nullptr], nil);
     EXPECT_EQ([files_ subpathsOfDirectoryAtPath:nil error:nullptr], nil);
 }
 
-TEST_F(FileManagerListing, AnUnreadableFolderInsideIsListedWithoutItsContents) {
-    folder_.MakeFolder("closed");
-    folder_.Write("closed/file", "");
+TEST_F(FileManagerListing, OneUnreadableFolderInsideFailsTheDeepListing) {
+    folder_.MakeFolder("a");
+    folder_.MakeFolder("a/closed", 0);
     folder_.Write("open", "");
-    chmod((folder_ / "closed").c_str(), 0);
     const OrdinaryUser user;
-    EXPECT_EQ(Subpaths(folder_.path()), "closed|open");
+    EXPECT_EQ(Contents(folder_.path()), "a|open");
+    EXPECT_EQ(Subpaths(folder_.path()), "(nil)");
+    ExpectCocoaError(error_, 257, EACCES, folder_.path());
 }
 
 TEST_F(FileManagerListing, NamesThatAreNotUtf8ArePassedOver) {

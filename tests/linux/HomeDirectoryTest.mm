@@ -109,11 +109,6 @@ TEST_F(HomeDirectory, HoldsTheUsersFoldersInApplesLayout) {
     EXPECT_EQ(Search(NSApplicationSupportDirectory, NSUserDomainMask | NSLocalDomainMask),
               "/Users/alex/Library/Application Support|/Library/Application Support");
     EXPECT_EQ(Search(NSLibraryDirectory, NSUserDomainMask), "/Users/alex/Library");
-    EXPECT_EQ(Search(NSCachesDirectory, NSUserDomainMask), "/Users/alex/Library/Caches");
-    EXPECT_EQ(Search(NSDesktopDirectory, NSUserDomainMask | NSLocalDomainMask),
-              "/Users/alex/Desktop");
-    EXPECT_EQ(Search(NSApplicationDirectory, NSLocalDomainMask), "/Applications");
-    EXPECT_EQ(Search(NSDocumentDirectory, NSUserDomainMask, NO), "~/Documents");
 }
 
 TEST_F(HomeDirectory, LeavesGNUstepItsOwnFolders) {

@@ -34,7 +34,17 @@ int main() {
         Tell("identifier", [bundle bundleIdentifier]);
         Tell("version", [process operatingSystemVersionString]);
         std::printf("locale=%s\n", setlocale(LC_ALL, nullptr));
-        std::printf("wide=%s\n", std::mbstowcs(nullptr, "\xC3\xBC", 0) == 1 ? "utf-8" : "bytes");
+        wchar_t wide[3] = {};
+        const bool isWide = std::mbstowcs(wide, "\xC3\xFF", 3) == 2 && wide[0] == 0xC3 &&
+                            wide[1] == 0xFF && std::mbstowcs(nullptr, "\xC3\xFF", 0) == 2;
+        std::printf("wide=%s\n", isWide ? "bytes" : "else");
+        char narrow[3] = {};
+        const bool isNarrow = std::wcstombs(narrow, L"\xE9\xFF", 3) == 2 && narrow[0] == '\xE9' &&
+                              std::wcstombs(narrow, L"\x100", 3) == static_cast<size_t>(-1);
+        std::printf("narrow=%s\n", isNarrow ? "bytes" : "else");
+        Tell("file", [[NSFileManager defaultManager] stringWithFileSystemRepresentation:"\xC3\xBC"
+                                                                                 length:2]);
+        Tell("path", [@"/x/a\\b:c" lastPathComponent]);
         std::printf("number=%s\n", [[NSString stringWithFormat:@"%.1f", 1.5] UTF8String]);
     }
     return 0;

@@ -44,12 +44,17 @@ class Start : public testing::Test {
 TEST_F(Start, TheCLocaleAndTheEncodingAreTheSameUnderAnyLanguage) {
     for (const std::string language :
          {"LANG=C", "LANG=C.UTF-8", "LC_ALL=C.UTF-8", "LANG=de_DE.UTF-8", "LC_ALL=de_DE@euro",
-          "LC_NUMERIC=de_DE.UTF-8", "LANG=tr_TR.ISO-8859-9", "LANG=nonsense", ""}) {
+          "LC_NUMERIC=de_DE.UTF-8", "LANG=tr_TR.ISO-8859-9", "LANG=nonsense", "",
+          "GNUSTEP_STRING_ENCODING=NSISOLatin1StringEncoding",
+          "GNUSTEP_STRING_ENCODING=NSMacOSRomanStringEncoding", "GNUSTEP_PATH_HANDLING=windows"}) {
         auto facts = Probe(language);
         EXPECT_EQ(facts["locale"], "C") << language;
         EXPECT_EQ(facts["wide"], "bytes") << language;
-        EXPECT_EQ(facts["encoding"], "Unicode UTF-8") << language;
-        EXPECT_EQ(facts["c-string"], "ü") << language;
+        EXPECT_EQ(facts["narrow"], "bytes") << language;
+        EXPECT_EQ(facts["encoding"], "MacOS Roman") << language;
+        EXPECT_EQ(facts["c-string"], "√º") << language;
+        EXPECT_EQ(facts["file"], "ü") << language;
+        EXPECT_EQ(facts["path"], "a\\b:c") << language;
         EXPECT_EQ(facts["number"], "1.5") << language;
     }
 }

@@ -2,15 +2,7 @@
 // lists here.
 #include <Foundation/Foundation.h>
 
-#include <objc/runtime.h>
-
 @implementation NSDictionary (PropertyListFiles)
-
-+ (void)load {
-    method_exchangeImplementations(
-        class_getInstanceMethod(self, @selector(initWithContentsOfFile:)),
-        class_getInstanceMethod(self, @selector(mac_initWithContentsOfFile:)));
-}
 
 - (id)mac_initWithContentsOfFile:(NSString*)path {
     const BOOL isMutable = [self isKindOfClass:[NSMutableDictionary class]];

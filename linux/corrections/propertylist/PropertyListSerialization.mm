@@ -5,8 +5,6 @@
 // characters and read "abc" as the integer 0.
 #include <Foundation/Foundation.h>
 
-#include <objc/runtime.h>
-
 #include "linux/corrections/propertylist/BinaryFormat.h"
 #include "linux/corrections/propertylist/Formats.h"
 #include "linux/corrections/propertylist/Text.h"
@@ -55,22 +53,6 @@ id NewFromBytes(std::string_view bytes, NSPropertyListReadOptions options,
 }  // namespace
 
 @implementation NSPropertyListSerialization (AppleFormats)
-
-+ (void)load {
-    // gcc's runtime forgets to initialise a class whose methods were exchanged before.
-    @autoreleasepool {
-        [self class];
-    }
-    for (const auto& [plain, mac] : {
-             std::pair(@selector(propertyListWithData:options:format:error:),
-                       @selector(mac_propertyListWithData:options:format:error:)),
-                 std::pair(@selector(dataWithPropertyList:format:options:error:),
-                           @selector(mac_dataWithPropertyList:format:options:error:))
-         }) {
-        method_exchangeImplementations(class_getClassMethod(self, plain),
-                                       class_getClassMethod(self, mac));
-    }
-}
 
 + (id)mac_propertyListWithData:(NSData*)data
                        options:(NSPropertyListReadOptions)options

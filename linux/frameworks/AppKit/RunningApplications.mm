@@ -6,7 +6,6 @@
 #include <AppKit/AppKit.h>
 
 #include "linux/corrections/FileSystemPath.h"
-#include "linux/corrections/Replacement.h"
 #include "linux/frameworks/AppKit/RunningProcesses.h"
 #include "linux/frameworks/CoreServices/ApplicationBundle.h"
 
@@ -53,7 +52,6 @@
 namespace {
 
 NSArray* known = nil;
-BOOL (*runMode)(id, SEL, NSString*, NSDate*) = nullptr;
 
 NSArray* NewApplications() {
     NSMutableArray* applications = [[NSMutableArray alloc] init];
@@ -66,26 +64,26 @@ NSArray* NewApplications() {
     return applications;
 }
 
-BOOL RunModeAndForget(NSRunLoop* self, SEL selector, NSString* mode, NSDate* limit) {
-    const BOOL didRun = runMode(self, selector, mode, limit);
+}  // namespace
+
+@implementation NSRunLoop (RunningApplications)
+
+- (BOOL)mac_runMode:(NSString*)mode beforeDate:(NSDate*)limit {
+    const BOOL didRun = [self mac_runMode:mode beforeDate:limit];
     NSArray* common =
         @[ NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode ];
-    if (self == [NSRunLoop mainRunLoop] && [common containsObject:mode]) {
+    if (known != nil && self == [NSRunLoop mainRunLoop] && [common containsObject:mode]) {
         [known release];
         known = nil;
     }
     return didRun;
 }
 
-}  // namespace
+@end
 
 @implementation NSWorkspace (RunningApplications)
 
 - (NSArray*)runningApplications {
-    if (runMode == nullptr) {
-        ReplaceMethod([NSRunLoop class], @selector(runMode:beforeDate:), RunModeAndForget,
-                      &runMode);
-    }
     if (known == nil) {
         known = NewApplications();
     }

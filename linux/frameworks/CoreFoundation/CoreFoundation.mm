@@ -11,22 +11,13 @@
 
 namespace {
 
-enum TypeID : CFTypeID {
-    kUnknown,
-    kString,
-    kDictionary,
-    kArray,
-    kData,
-    kBoolean,
-    kNumber,
-    kDate,
-};
+enum TypeID : CFTypeID { kUnknown, kString, kDictionary, kNumber };
 
 id Object(CFTypeRef reference) {
     return static_cast<id>(const_cast<void*>(reference));
 }
 
-/// One of the two booleans, which live as long as the process. The constants below are made before
+/// One of the two booleans, which live as long as the process. The constant below is made before
 /// the runtime knows this file's selectors, hence its functions instead of a message.
 CFBooleanRef NumberWithBool(BOOL value) {
     using Method = CFBooleanRef (*)(id, SEL, BOOL);
@@ -37,7 +28,7 @@ CFBooleanRef NumberWithBool(BOOL value) {
 }
 
 bool IsBoolean(id object) {
-    return object == Object(kCFBooleanTrue) || object == Object(kCFBooleanFalse);
+    return object == Object(kCFBooleanTrue) || object == [NSNumber numberWithBool:NO];
 }
 
 /// Every integer and every double is exact in here.
@@ -57,40 +48,10 @@ Exact ValueOf(NSNumber* number) {
     }
 }
 
-template <typename Number>
-Boolean Store(Exact value, void* slot) {
-    using Limits = std::numeric_limits<Number>;
-    auto& stored = *static_cast<Number*>(slot);
-    if (std::isnan(value)) {
-        stored = Limits::has_quiet_NaN ? Limits::quiet_NaN() : Number{};
-        return Limits::has_quiet_NaN;
-    }
-    if (value < Limits::lowest() || value > Limits::max()) {
-        const Number nearest = value < 0 ? Limits::lowest() : Limits::max();
-        const bool holds = Limits::has_infinity && std::isinf(value);
-        stored = holds ? static_cast<Number>(value) : nearest;
-        return holds;
-    }
-    stored = static_cast<Number>(value);
-    return static_cast<Exact>(stored) == value;
-}
-
-NSStringEncoding FoundationEncoding(CFStringEncoding encoding) {
-    switch (encoding) {
-        case kCFStringEncodingASCII:
-            return NSASCIIStringEncoding;
-        case kCFStringEncodingUTF8:
-            return NSUTF8StringEncoding;
-        default:
-            return static_cast<NSStringEncoding>(0);
-    }
-}
-
 }  // namespace
 
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
 const CFBooleanRef kCFBooleanTrue = NumberWithBool(YES);
-const CFBooleanRef kCFBooleanFalse = NumberWithBool(NO);
 
 CFTypeRef CFRetain(CFTypeRef cf) {
     return [Object(cf) retain];
@@ -102,38 +63,13 @@ void CFRelease(CFTypeRef cf) {
 
 CFTypeID CFGetTypeID(CFTypeRef cf) {
     id object = Object(cf);
-    if (IsBoolean(object)) {
-        return kBoolean;
+    if ([object isKindOfClass:[NSString class]]) {
+        return kString;
     }
-    const struct {
-        Class kind;
-        CFTypeID identifier;
-    } kinds[] = {
-        {[NSString class], kString}, {[NSDictionary class], kDictionary}, {[NSArray class], kArray},
-        {[NSData class], kData},     {[NSNumber class], kNumber},         {[NSDate class], kDate},
-    };
-    for (const auto& known : kinds) {
-        if ([object isKindOfClass:known.kind]) {
-            return known.identifier;
-        }
+    if ([object isKindOfClass:[NSDictionary class]]) {
+        return kDictionary;
     }
-    return kUnknown;
-}
-
-CFTypeID CFArrayGetTypeID(void) {
-    return kArray;
-}
-
-CFTypeID CFBooleanGetTypeID(void) {
-    return kBoolean;
-}
-
-CFTypeID CFDataGetTypeID(void) {
-    return kData;
-}
-
-CFTypeID CFDateGetTypeID(void) {
-    return kDate;
+    return [object isKindOfClass:[NSNumber class]] && !IsBoolean(object) ? kNumber : kUnknown;
 }
 
 CFTypeID CFDictionaryGetTypeID(void) {
@@ -152,34 +88,18 @@ const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key) {
     return [Object(theDict) objectForKey:Object(key)];
 }
 
-Boolean CFNumberGetValue(CFNumberRef number, CFNumberType theType, void* valuePtr) {
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType /*theType*/, void* valuePtr) {
+    using Limits = std::numeric_limits<SInt64>;
     const Exact value = ValueOf(Object(number));
-    switch (theType) {
-        case kCFNumberSInt8Type:
-        case kCFNumberCharType:
-            return Store<SInt8>(value, valuePtr);
-        case kCFNumberSInt16Type:
-        case kCFNumberShortType:
-            return Store<SInt16>(value, valuePtr);
-        case kCFNumberSInt32Type:
-        case kCFNumberIntType:
-            return Store<SInt32>(value, valuePtr);
-        case kCFNumberSInt64Type:
-        case kCFNumberLongType:
-        case kCFNumberLongLongType:
-        case kCFNumberCFIndexType:
-        case kCFNumberNSIntegerType:
-            return Store<SInt64>(value, valuePtr);
-        case kCFNumberFloat32Type:
-        case kCFNumberFloatType:
-            return Store<float>(value, valuePtr);
-        case kCFNumberFloat64Type:
-        case kCFNumberDoubleType:
-        case kCFNumberCGFloatType:
-            return Store<double>(value, valuePtr);
-        default:
-            return false;
+    auto& stored = *static_cast<SInt64*>(valuePtr);
+    if (std::isnan(value)) {
+        stored = 0;
+    } else if (value < Limits::lowest() || value > Limits::max()) {
+        stored = value < 0 ? Limits::lowest() : Limits::max();
+    } else {
+        stored = static_cast<SInt64>(value);
     }
+    return static_cast<Exact>(stored) == value;
 }
 
 CFStringRef __CFStringMakeConstantString(const char* cStr) {
@@ -193,16 +113,11 @@ CFStringRef __CFStringMakeConstantString(const char* cStr) {
     return reinterpret_cast<CFStringRef>(string);
 }
 
-CFIndex CFStringGetLength(CFStringRef theString) {
-    return static_cast<CFIndex>([static_cast<NSString*>(Object(theString)) length]);
-}
-
 Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSize,
-                           CFStringEncoding encoding) {
-    NSData* bytes =
-        [static_cast<NSString*>(Object(theString)) dataUsingEncoding:FoundationEncoding(encoding)];
+                           CFStringEncoding /*encoding*/) {
+    NSData* bytes = [Object(theString) dataUsingEncoding:NSUTF8StringEncoding];
     const auto length = static_cast<CFIndex>([bytes length]);
-    if (bytes == nil || length >= bufferSize) {
+    if (length >= bufferSize) {
         return false;
     }
     [bytes getBytes:buffer length:static_cast<NSUInteger>(length)];
@@ -212,17 +127,11 @@ Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSi
 
 CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef /*allocator*/, CFDataRef xmlData,
                                                   CFOptionFlags mutabilityOption,
-                                                  CFStringRef* errorString) {
-    NSError* error = nil;
-    id list = [NSPropertyListSerialization propertyListWithData:Object(xmlData)
-                                                        options:mutabilityOption
-                                                         format:nullptr
-                                                          error:&error];
-    if (errorString != nullptr) {
-        NSString* text = list == nil ? [error localizedDescription] : nil;
-        *errorString = reinterpret_cast<CFStringRef>([text retain]);
-    }
-    return [list retain];
+                                                  CFStringRef* /*errorString*/) {
+    return [[NSPropertyListSerialization propertyListWithData:Object(xmlData)
+                                                      options:mutabilityOption
+                                                       format:nullptr
+                                                        error:nullptr] retain];
 }
 
 CFPropertyListRef CFPropertyListCreateDeepCopy(CFAllocatorRef /*allocator*/,
@@ -233,8 +142,5 @@ CFPropertyListRef CFPropertyListCreateDeepCopy(CFAllocatorRef /*allocator*/,
                                                               format:NSPropertyListBinaryFormat_v1_0
                                                              options:0
                                                                error:nullptr];
-    return [[NSPropertyListSerialization propertyListWithData:data
-                                                      options:mutabilityOption
-                                                       format:nullptr
-                                                        error:nullptr] retain];
+    return CFPropertyListCreateFromXMLData(nullptr, (CFDataRef)data, mutabilityOption, nullptr);
 }

@@ -10,17 +10,10 @@ enum {
     NSPropertyListWriteStreamError = 3851,
 };
 
-enum {
-    NSDataWritingWithoutOverwriting = 1UL << 1,
-};
 typedef NSUInteger NSDataReadingOptions;
-typedef NSUInteger NSDataWritingOptions;
 
 @interface NSData (AppleDeclarations)
 + (id)dataWithContentsOfFile:(NSString*)path
-                     options:(NSDataReadingOptions)options
-                       error:(NSError**)error;
-- (id)initWithContentsOfFile:(NSString*)path
                      options:(NSDataReadingOptions)options
                        error:(NSError**)error;
 @end
