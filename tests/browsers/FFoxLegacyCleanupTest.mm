@@ -6,8 +6,8 @@
 #include <time.h>
 
 #include "tests/linux/ErrorChecks.h"
-#include "tests/linux/TemporaryFolder.h"
 #include "tests/support/Command.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

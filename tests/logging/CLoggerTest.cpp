@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "tests/logging/LogFile.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 
