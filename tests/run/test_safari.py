@@ -5,7 +5,6 @@ seen best in tests/browsers/SafariInstallTest.mm.
 """
 
 import datetime
-import json
 import os
 import plistlib
 import re

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int kTimes = 100;
+constexpr int kTimes = 20;
 
 // The middle of the buttons' row, and of each button, where three are centred.
 constexpr int kRow = 38;
@@ -48,7 +48,7 @@ TEST_F(Answer, AShortClickOnAButtonIsItsResult) {
     }
 }
 
-TEST_F(Answer, AHundredAlertsInARowAreAllAnswered) {
+TEST_F(Answer, ManyAlertsInARowAreAllAnswered) {
     for (int i = 0; i < kTimes; ++i) {
         const int places[] = {kOk, kCancel, kIgnore};
         ASSERT_EQ(AskAndClick({}, places[i % 3]), i % 3) << "alert " << i;
