@@ -25,10 +25,12 @@ class RefusedRights : public testing::Test {
             firstRan = RunScript(&output, &errorDescription) != NO;
             firstError = [errorDescription UTF8String];
             firstOutput = [output UTF8String];
+            firstLeftItsScript = access("/var/tmp/script.sh", F_OK) == 0;
         }
     }
 
     static inline bool firstRan = true;
+    static inline bool firstLeftItsScript = true;
     static inline std::string firstError;
     static inline std::string firstOutput;
 };
@@ -37,6 +39,7 @@ TEST_F(RefusedRights, CancellingAndRefusalAreToldApart) {
     EXPECT_FALSE(firstRan);
     EXPECT_EQ(firstError, "The administrator password is required to do this.");
     EXPECT_EQ(firstOutput, "untouched");
+    EXPECT_FALSE(firstLeftItsScript);
 
     NSString* output = @"untouched";
     NSString* errorDescription = nil;
