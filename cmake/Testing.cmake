@@ -53,7 +53,7 @@ function(mac_test name machine)
   product_program(${name} ${arg_UNPARSED_ARGUMENTS})
   target_sources(${name} PRIVATE $<TARGET_OBJECTS:pool_per_test>)
   target_link_libraries(${name}_objects PRIVATE GTest::gtest)
-  target_link_libraries(${name} PRIVATE test_support GTest::gtest_main)
+  target_link_libraries(${name} PRIVATE product_test_support GTest::gtest_main)
   mac_test_run(${name} ${name} ${machine} ${arg_RUN})
 endfunction()
 
