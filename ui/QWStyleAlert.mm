@@ -24,7 +24,8 @@ const CGFloat kCentredOneOk = 190;
 const CGFloat kMargin = 22;
 const CGFloat kTextGap = 10;
 
-// The message's look: an interface file keeps it only as part of a text, and the message has none there.
+// The message's look: an interface file keeps it only as part of a text, and the message has none
+// there.
 const CGFloat kMessageFontSize = 13;
 const CGFloat kMessageGray = 0.2;
 
@@ -222,7 +223,8 @@ void SetTitle(NSButton* button, NSString* text) {
     NSRect room = [message frame];
     room.size.height = MAX(top - NSMinY(room), 0);
     [message setFrame:room];
-    [textView setMinSize:NSMakeSize(0, [message contentSize].height)];  // no scroller for empty room
+    [textView
+        setMinSize:NSMakeSize(0, [message contentSize].height)];  // no scroller for empty room
     [content setNeedsDisplay:YES];
 }
 

@@ -5,7 +5,7 @@
 #include "browsers/ChromeInstall.h"
 #include "browsers/EdgeInstall.h"
 #include "browsers/FFoxInstall.h"
-#include "tests/logging/LogFile.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 

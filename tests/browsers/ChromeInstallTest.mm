@@ -15,11 +15,13 @@
 #include "browsers/ChromeScripts.h"
 #include "installer/BrowserBridges.h"
 #include "settings/KSEnvironement.h"
-#include "tests/logging/LogFile.h"
 #include "tests/support/Files.h"
+#include "tests/support/Launching.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 
+const std::string kApplication = "/Applications/Google Chrome.app";
 const std::string kScriptFile = "/var/tmp/script.sh";
 
 const std::string kLibrary = "/Users/alex/Library";
@@ -309,8 +311,20 @@ TEST_F(ChromeInstallTest, TheSystemsDescriptorCountsWhereTheUserHasNone) {
 }
 
 TEST_F(ChromeInstallTest, AnOrdinaryInstallationIsNeverReportedAsStarted) {
+    Launch(kApplication, "com.google.Chrome");
     EXPECT_FALSE([ChromeInstall IsBrowserStarted]);
+    EXPECT_FALSE(IsChromeStartedBridgeCPP());
+    EndAll("Google Chrome");
     EXPECT_EQ(Log(), "");
+}
+
+TEST_F(ChromeInstallTest, AnApplicationThatIsIdentifiedByTheNameCountsAsStarted) {
+    const std::string copy = LaunchCopy(kApplication, "com.google.Chrome", "Google Chrome");
+    EXPECT_TRUE([ChromeInstall IsBrowserStarted]);
+    EXPECT_TRUE(IsChromeStartedBridgeCPP());
+    EndAll("Google Chrome");
+    std::filesystem::remove_all(copy);
+    EXPECT_FALSE([ChromeInstall IsBrowserStarted]);
 }
 
 TEST_F(ChromeInstallTest, TheBridgesReachTheOperations) {

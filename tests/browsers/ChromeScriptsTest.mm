@@ -8,6 +8,7 @@
 #include "privileged/ElevatedRights.h"
 #include "tests/support/Command.h"
 #include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -33,7 +34,7 @@ const std::string kDescriptors[] = {kExtensionFiles[2], kExtensionFiles[3]};
 std::string Digest(NSString* script) {
     const TemporaryFolder folder;
     WriteFile(folder / "script", [script UTF8String]);
-    return OutputOf("sha256sum < " + folder.Path() + "/script").substr(0, 64);
+    return OutputOf("sha256sum < " + folder.path() + "/script").substr(0, 64);
 }
 
 bool Exists(const std::string& path) {

@@ -1,5 +1,5 @@
 // The guard and the administrator's alert for real: browsers that run, an alert on a display, a
-// person who answers it, scripts with administrator rights.
+// user who answers it, scripts with administrator rights.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -12,9 +12,9 @@
 
 #include "browsers/BrowserUtils.h"
 #include "privileged/ElevatedRights.h"
-#include "tests/linux/ChildProcess.h"
-#include "tests/linux/TemporaryFolder.h"
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -57,15 +57,15 @@ class ClosingBrowsersTest : public testing::Test {
         return std::make_unique<ChildProcess>(program, std::vector<std::string>{program});
     }
 
-    // The guard's decision, when a person presses the button there.
+    // The guard's decision, when a user presses the button there.
     bool VerifyAndClick(int button, NSString* script) {
-        return AskPerson(
-                   person, [&] { return [BrowserUtils VerifyBrowsers:NO:script]; },
-                   [&] { person.Click(button, kRow); }) != NO;
+        return AskUser(
+                   user, [&] { return [BrowserUtils VerifyBrowsers:NO:script]; },
+                   [&] { user.Click(button, kRow); }) != NO;
     }
 
     TemporaryFolder folder;
-    Person person;
+    DesktopUser user;
 };
 
 TEST_F(ClosingBrowsersTest, TheBrowsersOfThisMacAreSeen) {
@@ -96,12 +96,12 @@ TEST_F(ClosingBrowsersTest, CloseBrowsersRunsTheScriptOnly) {
 
 TEST_F(ClosingBrowsersTest, RetryGoesOnOnceTheBrowserIsClosed) {
     ChildProcess browser(kSafari, {kSafari});
-    EXPECT_TRUE(AskPerson(
-        person, [] { return [BrowserUtils VerifyBrowsers:YES]; },
+    EXPECT_TRUE(AskUser(
+        user, [] { return [BrowserUtils VerifyBrowsers:YES]; },
         [&] {
             kill(browser.identifier(), SIGKILL);
             browser.Wait();
-            person.Click(kRetry, kRow);
+            user.Click(kRetry, kRow);
         }));
 }
 
@@ -114,11 +114,11 @@ TEST_F(ClosingBrowsersTest, AnAlertThatIsClosedGoesOn) {
 
 TEST_F(ClosingBrowsersTest, AScriptThatFailsShowsTheAlertAndThenTheBrowsersAreClosed) {
     const ChildProcess browser(kSafari, {kSafari});
-    EXPECT_FALSE(AskPerson(
-        person, [] { return [BrowserUtils removeTraces:@"exit 1"]; },
+    EXPECT_FALSE(AskUser(
+        user, [] { return [BrowserUtils removeTraces:@"exit 1"]; },
         [&] {
             EXPECT_FALSE(HasEnded(browser));
-            person.Click(kOk, kRow);
+            user.Click(kOk, kRow);
         }));
     EXPECT_TRUE(EndsSoon(browser));
 }

@@ -3,11 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "installer/BrowserBridges.h"
-#include "tests/logging/LogFile.h"
+#include "tests/support/Launching.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 
+const std::string kApplication = "/Applications/Microsoft Edge.app";
 NSString* const kEdgeFolder = @"/Users/alex/Library/Application Support/Microsoft Edge";
 NSString* const kHostManifest = @"NativeMessagingHosts/com.corvendale.kschromena.json";
 NSString* const kDescriptor = @"External Extensions/ljdimbpkaehcfognojlkbmcpiedhfagk.json";
@@ -68,8 +72,20 @@ TEST_F(EdgeInstallTest, UninstallingRemovesBothFilesAndKeepsTheFolders) {
 }
 
 TEST_F(EdgeInstallTest, AnOrdinaryInstallationIsNeverReportedAsStarted) {
+    Launch(kApplication, "com.microsoft.edgemac");
     EXPECT_FALSE([EdgeInstall IsBrowserStarted]);
+    EXPECT_FALSE(IsEdgeStartedBridgeCPP());
+    EndAll("Microsoft Edge");
     EXPECT_EQ(log.Bytes(), "");
+}
+
+TEST_F(EdgeInstallTest, AnApplicationThatIsIdentifiedByTheNameCountsAsStarted) {
+    const std::string copy = LaunchCopy(kApplication, "com.microsoft.edgemac", "Microsoft Edge");
+    EXPECT_TRUE([EdgeInstall IsBrowserStarted]);
+    EXPECT_TRUE(IsEdgeStartedBridgeCPP());
+    EndAll("Microsoft Edge");
+    std::filesystem::remove_all(copy);
+    EXPECT_FALSE([EdgeInstall IsBrowserStarted]);
 }
 
 TEST_F(EdgeInstallTest, TheBridgesReachTheOperations) {

@@ -12,12 +12,12 @@
 #include <filesystem>
 
 #include "installer/BrowserBridges.h"
-#include "platform/AppWorkspaceUtils.h"
 #include "settings/KSEnvironement.h"
 #include "tests/linux/ErrorChecks.h"
-#include "tests/logging/LogFile.h"
 #include "tests/support/Command.h"
 #include "tests/support/Files.h"
+#include "tests/support/Launching.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 
@@ -66,14 +66,6 @@ class FFoxInstallTest : public testing::Test {
     static bool Exists(const std::string& path) {
         struct stat info;
         return lstat(path.c_str(), &info) == 0;
-    }
-
-    // The kernel tells what a process runs a moment after it has started it.
-    static void Launch(const std::string& application, NSString* identifier) {
-        ASSERT_TRUE([[NSWorkspace sharedWorkspace] launchApplication:Text(application)]);
-        while (![AppWorkspaceUtils IsAppRunning:identifier]) {
-            usleep(1000);
-        }
     }
 
     // The log's lines without the time; of an error's description only the domain and the code.
@@ -391,23 +383,20 @@ TEST_F(FFoxInstallTest, TimeGrowsWithTheProfilesAndNotFaster) {
 }
 
 TEST_F(FFoxInstallTest, AnOrdinaryInstallationIsNeverReportedAsStarted) {
-    Launch(kApplication, @"org.mozilla.firefox");
+    Launch(kApplication, "org.mozilla.firefox");
     EXPECT_FALSE([FFoxInstall IsBrowserStarted]);
     EXPECT_FALSE(IsFFStartedBridgeCPP());
-    OutputOf("killall firefox");
+    EndAll("firefox");
     EXPECT_EQ(log.Bytes(), "");
 }
 
 TEST_F(FFoxInstallTest, AnApplicationThatIsIdentifiedByAProgramNameCountsAsStarted) {
-    const std::string application = "/Applications/Sample.app";
     for (const char* name : {"firefox-bin", "firefox", "aurora", "nightly"}) {
-        OutputOf("cp -R " + kApplication + " " + application + " && sed -i s/org.mozilla.firefox/" +
-                 name + "/ " + application + "/Contents/Info.plist");
-        Launch(application, Text(name));
+        const std::string copy = LaunchCopy(kApplication, "org.mozilla.firefox", name);
         EXPECT_TRUE([FFoxInstall IsBrowserStarted]) << name;
         EXPECT_TRUE(IsFFStartedBridgeCPP());
-        OutputOf("killall firefox; while killall -0 firefox 2>/dev/null; do :; done; rm -r " +
-                 application);
+        EndAll("firefox");
+        std::filesystem::remove_all(copy);
         EXPECT_FALSE([FFoxInstall IsBrowserStarted]);
     }
 }

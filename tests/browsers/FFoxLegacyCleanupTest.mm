@@ -6,8 +6,8 @@
 #include <time.h>
 
 #include "tests/linux/ErrorChecks.h"
-#include "tests/linux/TemporaryFolder.h"
 #include "tests/support/Command.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -279,8 +279,15 @@ TEST_F(FFoxLegacyCleanup, ARegistryThatEndsTooSoonIsLeftAsItWas) {
     const std::string text = Registry(content + List(Item(kOurs)));
     ASSERT_GT(text.size(), 4000U);
     const size_t rootEnd = text.rfind('>') + 1;
+    // Every beginning of the first entries, where a reader's piece ends, and at the end; between
+    // them the text repeats itself.
+    const auto counts = [rootEnd](size_t length) {
+        return length < 600 || (length > 3900 && length < 4200) || length + 300 > rootEnd;
+    };
     for (size_t length = 0; length < rootEnd; ++length) {
-        ExpectUntouched(text.substr(0, length));
+        if (counts(length) || length % 11 == 0) {
+            ExpectUntouched(text.substr(0, length));
+        }
     }
     folder_.Write(kRegistry, text.substr(0, rootEnd));
     Remove();
@@ -390,9 +397,9 @@ TEST_F(FFoxLegacyCleanup, TimeGrowsWithTheRegistryAndNotFaster) {
         return end - start;
     };
     seconds(100);  // what is made once is not counted
-    const double few = seconds(1250);
-    const double many = seconds(10000);
-    EXPECT_LT(many, 16 * few) << few << " s for 1,250 entries, " << many << " s for 10,000";
+    const double few = seconds(125);
+    const double many = seconds(1000);
+    EXPECT_LT(many, 16 * few) << few << " s for 125 entries, " << many << " s for 1,000";
 }
 
 TEST_F(FFoxLegacyCleanup, TheFiveCachesGoAndNothingElse) {

@@ -6,10 +6,11 @@
 #include <sys/stat.h>
 
 #include "platform/Utils_Mac.h"
-#include "tests/logging/LogFile.h"
 #include "tests/support/Command.h"
 #include "tests/support/Files.h"
+#include "tests/support/LogFile.h"
 #include "tests/support/ReplacedMethod.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

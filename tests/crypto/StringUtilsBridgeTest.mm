@@ -2,6 +2,27 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
+#include <string>
+
+namespace {
+
+// The process's locale while it lives.
+class Locale {
+  public:
+    explicit Locale(const char* name) : before(std::setlocale(LC_ALL, nullptr)) {
+        EXPECT_NE(std::setlocale(LC_ALL, name), nullptr);
+    }
+    ~Locale() { std::setlocale(LC_ALL, before.c_str()); }
+    Locale(const Locale&) = delete;
+    Locale& operator=(const Locale&) = delete;
+
+  private:
+    std::string before;
+};
+
+}  // namespace
+
 TEST(WideToCocoa, KeepsAscii) {
     @autoreleasepool {
         EXPECT_TRUE([[StringUtilsBridge ConvertWStringToNSString:L"//Users//Shared"]
@@ -43,11 +64,16 @@ TEST(CocoaToWide, GivesNothingForNil) {
     EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:nil], L"");
 }
 
+// There is no UTF-8 of it, which in a locale that has every character is seen apart.
 TEST(CocoaToWide, GivesNothingForAnUnpairedSurrogate) {
+    const Locale utf8("C.UTF-8");
     @autoreleasepool {
-        const unichar characters[] = {'a', 0xD800, 'b'};
-        NSString* text = [NSString stringWithCharacters:characters length:3];
+        const unichar half[] = {'a', 0xD83D, 'b'};
+        NSString* text = [NSString stringWithCharacters:half length:3];
         EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:text], L"");
+        const unichar whole[] = {'a', 0xD83D, 0xDE00, 'b'};
+        text = [NSString stringWithCharacters:whole length:4];
+        EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:text], L"a\U0001F600b");
     }
 }
 

@@ -15,7 +15,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "tests/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tests/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 /// Writes the Info.plist of a bundle with these keys, each line such as
 /// "<key>K</key><string>V</string>".

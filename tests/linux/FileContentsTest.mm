@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "tests/linux/ErrorChecks.h"
-#include "tests/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

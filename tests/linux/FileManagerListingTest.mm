@@ -3,7 +3,7 @@
 #include <cerrno>
 
 #include "tests/linux/ErrorChecks.h"
-#include "tests/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <fstream>
 
 #include "tests/linux/ErrorChecks.h"
-#include "tests/linux/PrivateDisplay.h"
 #include "tests/support/Command.h"
+#include "tests/support/PrivateDisplay.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <sys/stat.h>
 
 #include "tests/linux/ErrorChecks.h"
-#include "tests/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <memory>
 
 #include "tests/linux/AppleBundle.h"
-#include "tests/linux/ChildProcess.h"
 #include "tests/linux/ErrorChecks.h"
+#include "tests/support/ChildProcess.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "tests/linux/PrivateDisplay.h"
+#include "tests/support/PrivateDisplay.h"
 
 namespace {
 

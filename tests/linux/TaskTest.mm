@@ -8,7 +8,7 @@
 
 #include "linux/corrections/Programs.h"
 #include "tests/linux/ErrorChecks.h"
-#include "tests/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

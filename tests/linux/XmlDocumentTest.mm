@@ -5,8 +5,8 @@
 #include <unistd.h>
 
 #include "tests/linux/ErrorChecks.h"
-#include "tests/linux/TemporaryFolder.h"
 #include "tests/support/Command.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

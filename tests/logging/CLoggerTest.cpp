@@ -3,9 +3,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <string>
 
-#include "tests/logging/LogFile.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 
@@ -24,6 +25,16 @@ std::string Padded(const std::string& text) {
 
 CLogger::LogLevel Level(int value) {
     return static_cast<CLogger::LogLevel>(value);
+}
+
+// How often this process has that file open.
+int TimesOpen(const std::string& path) {
+    int count = 0;
+    for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;  // the iterator's own
+        count += std::filesystem::read_symlink(descriptor.path(), gone) == path ? 1 : 0;
+    }
+    return count;
 }
 
 TEST(PlainLog, AMessageIsALineBreakTheHeaderAndTheText) {
@@ -257,6 +268,71 @@ TEST(InitLogger, ANewFileTakesOver) {
     Print(logger, CLogger::LevelInfo, "here");
     EXPECT_EQ(first.Bytes(), "");
     EXPECT_EQ(WithoutTime(second.Bytes()), kInfoHeader + "here");
+}
+
+TEST(Destructor, ClosesTheFile) {
+    const LogFile log;
+    {
+        CLogger logger(log.Path(), "", false, nullptr, 0, CLogger::LevelInfo);
+        EXPECT_EQ(TimesOpen(log.Path()), 1);
+    }
+    EXPECT_EQ(TimesOpen(log.Path()), 0);
+}
+
+TEST(InitLogger, ASecondCallLeavesTheEarlierStreamOpen) {
+    const LogFile first;
+    const LogFile second;
+    CLogger logger(first.Path(), "", false, nullptr, 0, CLogger::LevelInfo);
+    ASSERT_TRUE(logger.InitLogger(second.Path(), "", false, nullptr, 0, CLogger::LevelInfo));
+    EXPECT_EQ(TimesOpen(first.Path()), 1);
+    EXPECT_EQ(TimesOpen(second.Path()), 1);
+}
+
+TEST(InitLogger, AFailureForTheKeyLeavesTheFileOpen) {
+    const LogFile log;
+    CLogger logger(log.Path(), "", true, KeyBytes(kKey), 31, CLogger::LevelInfo);
+    EXPECT_EQ(TimesOpen(log.Path()), 1);
+}
+
+TEST(InitLogger, AfterASuccessAFailureIsSilentUntilTheNextSuccess) {
+    for (const char* path : {"", "/private/tmp/missing/log"}) {
+        const LogFile log;
+        CLogger logger(log.Path(), "", false, nullptr, 0, CLogger::LevelInfo);
+        ASSERT_FALSE(logger.InitLogger(path, "", false, nullptr, 0, CLogger::LevelInfo));
+        Print(logger, CLogger::LevelCritical, "nothing");
+        EXPECT_EQ(log.Bytes(), "");
+        ASSERT_TRUE(logger.InitLogger(log.Path(), "", false, nullptr, 0, CLogger::LevelInfo));
+        Print(logger, CLogger::LevelCritical, "here");
+        EXPECT_EQ(WithoutTime(log.Bytes()), "\nHH:MM:SS - CRITICAL : here");
+    }
+}
+
+TEST(InitLogger, LevelNoneOfARunningLoggerKeepsItsFileForTextsWithoutAHeader) {
+    const LogFile log;
+    const LogFile other;
+    CLogger logger(log.Path(), "", false, nullptr, 0, CLogger::LevelInfo);
+    EXPECT_TRUE(logger.InitLogger(other.Path(), "", false, nullptr, 0, CLogger::LevelNone));
+    Print(logger, CLogger::LevelCritical, "nothing");
+    Print(logger, CLogger::LevelNone, "text");
+    EXPECT_EQ(log.Bytes(), "text");
+    EXPECT_EQ(other.Bytes(), "");
+}
+
+TEST(LogLevel, IsA32BitNumberWithASign) {
+    static_assert(sizeof(CLogger::LogLevel) == 4);
+    const LogFile log;
+    CLogger logger(log.Path(), "", false, nullptr, 0, Level(-1));
+    Print(logger, CLogger::LevelNone, "nothing");
+    Print(logger, Level(-1), "at it");
+    Print(logger, Level(-2147483647 - 1), ", below it");
+    EXPECT_EQ(log.Bytes(), "at it, below it");
+}
+
+TEST(SetupEmptyLogger, LeavesTheFileOpen) {
+    const LogFile log;
+    CLogger logger(log.Path(), "", false, nullptr, 0, CLogger::LevelInfo);
+    EXPECT_FALSE(logger.SetupEmptyLogger());
+    EXPECT_EQ(TimesOpen(log.Path()), 1);
 }
 
 TEST(SetupEmptyLogger, ForgetsTheFileAndAnswersFalse) {

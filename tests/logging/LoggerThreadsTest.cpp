@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/logging/LogFile.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 
@@ -18,11 +18,11 @@ constexpr int kThreads = 8;
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
 constexpr int kMessages = 5000;
 #else
-constexpr int kMessages = 100000;
+constexpr int kMessages = 10000;
 #endif
 constexpr size_t kHeaderLength = 18;  // "HH:MM:SS - INFO : "
 
-// The console echo of a million messages is nothing to look at.
+// The console echo of so many messages is nothing to look at.
 class SilentConsole {
   public:
     SilentConsole() : saved(dup(STDOUT_FILENO)) {

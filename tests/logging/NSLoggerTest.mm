@@ -6,7 +6,7 @@
 #include <string>
 
 #include "logging/ProcessorClock.h"
-#include "tests/logging/LogFile.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 
 #include "platform/AppWorkspaceBridges.h"
 #include "tests/linux/ErrorChecks.h"
-#include "tests/logging/LogFile.h"
 #include "tests/support/Command.h"
 #include "tests/support/Files.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 

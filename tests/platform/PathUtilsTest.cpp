@@ -9,6 +9,7 @@
 #include <set>
 
 #include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace fs = std::filesystem;
 
@@ -160,7 +161,7 @@ TEST_F(Files, DirectoriesAndFilesAreToldApart) {
 
 TEST_F(Files, ARunOfSeparatorsCountsAsOne) {
     fs::create_directory(folder / "sub");
-    const std::string doubled = "//private//tmp//" + fs::path(folder.Path()).filename().string();
+    const std::string doubled = "//private//tmp//" + fs::path(folder.path()).filename().string();
     EXPECT_TRUE(PathUtils::DirectoryExists(Wide(doubled + "////sub//")));
     EXPECT_TRUE(PathUtils::EnsureFolderExists(Wide(doubled + "////new//")));
     EXPECT_TRUE(fs::is_directory(folder / "new"));
@@ -185,7 +186,7 @@ TEST_F(Ensuring, AnExistingFolderIsLeftAsItIs) {
 TEST_F(Ensuring, EndingBackslashesAndBlanksAreNotPartOfTheName) {
     EXPECT_TRUE(PathUtils::EnsureFolderExists(In("a\\\\ ")));
     EXPECT_TRUE(fs::is_directory(folder / "a"));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator()), 1);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
 }
 
 TEST_F(Ensuring, EachBackslashEndsAFolderOfItsOwn) {
@@ -218,7 +219,7 @@ TEST_F(Ensuring, AnEmptyPathIsThereAlready) {
 TEST_F(Ensuring, APathWithoutAFormInTheLocaleFails) {
     EXPECT_FALSE(PathUtils::EnsureFolderExists(In("") + L"Z\u00FCrich"));
     EXPECT_FALSE(PathUtils::DirectoryExists(L"/\u6771\u4EAC"));
-    EXPECT_TRUE(fs::is_empty(folder.Path()));
+    EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
 TEST_F(Ensuring, OfTheStoredPathTreatsWhatIsBeforeEachBackslash) {

@@ -8,6 +8,7 @@
 
 #include "platform/PathUtils.h"
 #include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace fs = std::filesystem;
 

@@ -13,6 +13,7 @@
 #include "tests/support/Command.h"
 #include "tests/support/Files.h"
 #include "tests/support/ReplacedMethod.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace fs = std::filesystem;
 
@@ -204,7 +205,7 @@ TEST(FoldersInFolder, AreNamesOfFoldersAndOfLinksToThem) {
     fs::create_symlink("file", folder / "link to file");
     fs::create_symlink("nowhere", folder / "dangling");
 
-    NSString* path = [NSString stringWithUTF8String:folder.Path().c_str()];
+    NSString* path = [NSString stringWithUTF8String:folder.path().c_str()];
     NSArray* folders = [Utils_Mac arrayOfFoldersInFolder:path];
     NSSet* expected =
         [NSSet setWithObjects:[NSString stringWithUTF8String:"Zürich"], @".hidden", @"link", nil];
@@ -217,7 +218,7 @@ TEST(FoldersInFolder, KeepTheListingsOrder) {
     for (int i = 0; i < 50; ++i) {
         fs::create_directory(folder / ("folder " + std::to_string(i)));
     }
-    NSString* path = [NSString stringWithUTF8String:folder.Path().c_str()];
+    NSString* path = [NSString stringWithUTF8String:folder.path().c_str()];
     EXPECT_TRUE([[Utils_Mac arrayOfFoldersInFolder:path]
         isEqualToArray:[[NSFileManager defaultManager] contentsOfDirectoryAtPath:path error:NULL]]);
 }
@@ -225,7 +226,7 @@ TEST(FoldersInFolder, KeepTheListingsOrder) {
 TEST(FoldersInFolder, AreNoneAmongFilesOrWhereNothingCanBeRead) {
     const TemporaryFolder folder;
     WriteFile(folder / "file", "");
-    NSString* path = [NSString stringWithUTF8String:folder.Path().c_str()];
+    NSString* path = [NSString stringWithUTF8String:folder.path().c_str()];
     NSString* nothing = nil;
     for (NSString *unreadable in
          [NSArray arrayWithObjects:path, [path stringByAppendingPathComponent:@"missing"],

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "privileged/ElevatedRights.h"
-#include "tests/logging/LogFile.h"
 #include "tests/support/Files.h"
+#include "tests/support/LogFile.h"
 #include "tests/support/ReplacedMethod.h"
 
 namespace {

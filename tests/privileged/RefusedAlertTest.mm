@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "privileged/ElevatedRights.h"
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 
 namespace {
 
@@ -14,10 +14,10 @@ class RefusedAlertTest : public testing::Test {
 };
 
 TEST_F(RefusedAlertTest, ARefusedAuthorizationIsToldUntilTheAlertIsClosed) {
-    Person person;
-    EXPECT_TRUE(AskPerson(
-        person, [&] { return [rights GetAuthorization] == NULL; },
-        [&] { person.Click(241, 38); }));  // "Ok", alone in the middle
+    DesktopUser user;
+    EXPECT_TRUE(AskUser(
+        user, [&] { return [rights GetAuthorization] == NULL; },
+        [&] { user.Click(241, 38); }));  // "Ok", alone in the middle
     EXPECT_NE([rights GetAuthorization], static_cast<AuthorizationRef>(NULL));  // asks no more
 }
 

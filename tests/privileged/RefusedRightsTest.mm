@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "tests/logging/LogFile.h"
+#include "tests/support/LogFile.h"
 
 namespace {
 
@@ -15,15 +15,34 @@ BOOL RunScript(NSString** output, NSString** errorDescription) {
                                    errorDescription:errorDescription];
 }
 
-// In this order: each prompt uses up a verdict.
-TEST(RefusedRights, CancellingAndRefusalAreToldApart) {
+class RefusedRights : public testing::Test {
+  protected:
+    // Each prompt uses up a verdict, so the first prompt stands before every test.
+    static void SetUpTestSuite() {
+        @autoreleasepool {
+            NSString* output = @"untouched";
+            NSString* errorDescription = nil;
+            firstRan = RunScript(&output, &errorDescription) != NO;
+            firstError = [errorDescription UTF8String];
+            firstOutput = [output UTF8String];
+            firstLeftItsScript = access("/var/tmp/script.sh", F_OK) == 0;
+        }
+    }
+
+    static inline bool firstRan = true;
+    static inline bool firstLeftItsScript = true;
+    static inline std::string firstError;
+    static inline std::string firstOutput;
+};
+
+TEST_F(RefusedRights, CancellingAndRefusalAreToldApart) {
+    EXPECT_FALSE(firstRan);
+    EXPECT_EQ(firstError, "The administrator password is required to do this.");
+    EXPECT_EQ(firstOutput, "untouched");
+    EXPECT_FALSE(firstLeftItsScript);
+
     NSString* output = @"untouched";
     NSString* errorDescription = nil;
-    EXPECT_FALSE(RunScript(&output, &errorDescription));
-    EXPECT_STREQ([errorDescription UTF8String],
-                 "The administrator password is required to do this.");
-    EXPECT_NE(access("/var/tmp/script.sh", F_OK), 0);
-
     EXPECT_FALSE(RunScript(&output, &errorDescription));
     EXPECT_STREQ([errorDescription UTF8String],
                  "The administrator user name or password was incorrect.");
@@ -32,7 +51,7 @@ TEST(RefusedRights, CancellingAndRefusalAreToldApart) {
     EXPECT_NE(access("/var/tmp/script.sh", F_OK), 0);
 }
 
-TEST(RefusedRights, ARefusedAuthorizationStaysAndIsReturnedTheSecondTime) {
+TEST_F(RefusedRights, ARefusedAuthorizationStaysAndIsReturnedTheSecondTime) {
     // There is no display here, so the alert is a line of the log.
     const LogFile log;
     ASSERT_TRUE(
@@ -48,7 +67,7 @@ TEST(RefusedRights, ARefusedAuthorizationStaysAndIsReturnedTheSecondTime) {
     EXPECT_EQ(AuthorizationFree(authorization, kAuthorizationFlagDestroyRights), 0);
 }
 
-TEST(RefusedRights, AJobIsNotBlessedWithoutThem) {
+TEST_F(RefusedRights, AJobIsNotBlessedWithoutThem) {
     ElevatedRights* rights = [[ElevatedRights alloc] init];
     EXPECT_FALSE([rights executeScriptWithRights:@"/private/tmp/agent.tool.sh"]);
     EXPECT_NE(access("/private/tmp/agent.sh", F_OK), 0);

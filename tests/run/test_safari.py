@@ -5,7 +5,6 @@ seen best in tests/browsers/SafariInstallTest.mm.
 """
 
 import datetime
-import json
 import os
 import plistlib
 import re
@@ -15,7 +14,7 @@ import threading
 
 import pytest
 
-from tests.support import log
+from tests.support import build, log
 from tests.support.mac import Mac
 
 LIBRARY = "/Users/alex/Library"
@@ -759,36 +758,30 @@ def test_a_reader_always_finds_one_whole_version(mac):
 
 # ---- large files
 
-# Inside, the release build's installer, and what it took: bytes at its peak, seconds of processor.
-MEASURED_RUN = """
-import json, resource, subprocess
-subprocess.run(["/run/installer/KSExtensionInstaller"], check=True, stdout=subprocess.DEVNULL)
-usage = resource.getrusage(resource.RUSAGE_CHILDREN)
-print(json.dumps([usage.ru_maxrss * 1024, usage.ru_utime + usage.ru_stime]))
-"""
-
-
 def measured(mac, values):
     """The size of preferences with these values, and what a run with them took."""
     write(mac, PREFERENCES, {"Values": values})
     size = mac.path(PREFERENCES).stat().st_size
-    result = mac.run(program="/usr/bin/python3", args=("-c", MEASURED_RUN), timeout=300)
-    assert (result.status, result.stderr) == (0, "")
+    took = mac.measured_run()
     assert read(mac, PREFERENCES) == {"Values": values, "AutoFillPasswords": "1"}
-    return size, *json.loads(result.stdout)
+    return size, *took
 
 
+@pytest.mark.large
 @pytest.mark.parametrize(
     "values",
-    [[f"{number:08}" * 25 for number in range(250_000)], range(1_000_000)],
+    [[f"{number:08}" * 25 for number in range(25_000)], range(100_000)],
     ids=["strings of 200 bytes", "small integers"],
 )
 def test_large_preferences(mac, values, record_property):
     """In time that grows like the file, in memory of at most 20 times its size."""
+    at_rest, without = mac.measured_run()
     _, _, seconds_of_a_quarter = measured(mac, list(values[: len(values) // 4]))
     size, peak, seconds = measured(mac, list(values))
-    report = f"{size} bytes: {peak / size:.1f} times that at the peak, {seconds:.1f} seconds"
+    times = (peak - at_rest) / size
+    report = f"{size} bytes: {times:.1f} times that at the peak, {seconds - without:.2f} seconds"
     record_property("measured", report)
     print(report)
-    assert peak <= 20 * size
-    assert seconds <= 8 * seconds_of_a_quarter
+    # AddressSanitizer keeps what is freed; scripts/test --all measures the build for people.
+    assert build.is_sanitized() or times <= 20
+    assert seconds - without <= 8 * (seconds_of_a_quarter - without) + 0.2

@@ -2,6 +2,7 @@
 
 What it changes and what it logs stand in tests/run/typical/, to be read by people: `.changes` holds
 the lines of the manifests before (-, without the content) and after (+) that differ, `.log` the log.
+`scripts/test --renew-pins` writes them anew.
 """
 
 import difflib
@@ -28,20 +29,29 @@ def changes(before, after):
         yield "\t".join(line.split("\t")[:4]) if line.startswith("-") else line
 
 
-def pinned(name):
-    return (PINNED / name).read_text(encoding="utf-8")
+@pytest.fixture
+def pinned(renew_pins):
+    """The text of a pin, which is what was found where pins are renewed."""
+    def text(name, found):
+        if renew_pins:
+            (PINNED / name).write_text(found, encoding="utf-8")
+        return (PINNED / name).read_text(encoding="utf-8")
+
+    return text
 
 
 @pytest.mark.parametrize(
     "verdict, outcome, prompts",
     [("allow", "allowed", 2), ("refuse", "refused", 2), ("cancel", "refused", 2)],
 )
-def test_a_typical_mac(mac, verdict, outcome, prompts):
+def test_a_typical_mac(mac, pinned, verdict, outcome, prompts):
     before = mac.manifest()
     result = mac.run("--admin", verdict, "--at", "2024-03-05 09:07:02")
     assert (result.status, result.stderr) == (0, "")
-    assert list(changes(before, mac.manifest())) == pinned(outcome + ".changes").splitlines()
-    assert mac.path(LOG).read_text(encoding="utf-8") == pinned(outcome + ".log")
+    changed = "".join(line + "\n" for line in changes(before, mac.manifest()))
+    assert changed == pinned(outcome + ".changes", changed)
+    logged = mac.path(LOG).read_text(encoding="utf-8")
+    assert logged == pinned(outcome + ".log", logged)
     assert result.asked == [{"command": "'/var/tmp/script.sh' ", "verdict": verdict}] * prompts
 
 

@@ -7,9 +7,9 @@
 
 #include "logging/CLogger.h"
 #include "settings/KSEnvironement.h"
-#include "tests/logging/LogFile.h"
 #include "tests/settings/FailureBeforeMain.h"
 #include "tests/support/Files.h"
+#include "tests/support/LogFile.h"
 #include "tests/support/ReplacedMethod.h"
 
 namespace {

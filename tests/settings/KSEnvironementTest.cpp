@@ -9,8 +9,8 @@
 #include "logging/CLogger.h"
 #include "platform/UtilsBridges.h"
 #include "settings/LocalSettings.h"
-#include "tests/settings/SettingsFiles.h"
 #include "tests/support/Files.h"
+#include "tests/support/SettingsFiles.h"
 
 namespace fs = std::filesystem;
 

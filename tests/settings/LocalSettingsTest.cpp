@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-#include "tests/settings/SettingsFiles.h"
 #include "tests/support/Files.h"
+#include "tests/support/SettingsFiles.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 
 #include "settings/KSEnvironement.h"
 #include "settings/KSGlobals.h"
-#include "tests/settings/SettingsFiles.h"
+#include "tests/support/SettingsFiles.h"
 
 namespace {
 
@@ -103,6 +103,7 @@ class MachineFacts : public SettingsFiles {
         machineName = "x86_64";
         machineIsRegistered = true;
         property = nullptr;
+        propertiesHandedOut = 0;
     }
     ~MachineFacts() override {
         EXPECT_EQ(machinesHeld, 0);

@@ -1,10 +1,8 @@
 #include "tests/support/Files.h"
 
-#include <stdlib.h>
 #include <sys/stat.h>
 
 #include <array>
-#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -36,17 +34,4 @@ mode_t ModeOf(const std::string& path) {
         throw std::runtime_error("nothing at " + path);
     }
     return status.st_mode & 07777;
-}
-
-TemporaryFolder::TemporaryFolder() {
-    char name[] = "/private/tmp/testXXXXXX";
-    if (mkdtemp(name) == nullptr) {
-        throw std::runtime_error("no temporary folder");
-    }
-    path = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
 }

@@ -12,19 +12,3 @@ void WriteFile(const std::string& path, const std::string& bytes);
 
 /// Permission bits of what is at a path, links followed. Throws std::runtime_error when nothing is.
 mode_t ModeOf(const std::string& path);
-
-/// A folder for one test under /private/tmp, gone with all it holds at the end.
-class TemporaryFolder {
-  public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::string& Path() const { return path; }
-    /// A path inside it.
-    std::string operator/(const std::string& name) const { return path + "/" + name; }
-
-  private:
-    std::string path;
-};

@@ -56,6 +56,12 @@ class Mac:
         return Result(done.returncode, done.stdout, "".join(theirs),
                       [json.loads(line) for line in noted], theirs != lines)
 
+    def measured_run(self, *options):
+        """What a run of the installer took: bytes at its peak, seconds of processor."""
+        result = self.run(*options, program=build.program("measured-run"), timeout=300)
+        assert (result.status, result.stderr) == (0, "")
+        return json.loads(result.stdout)
+
     def path(self, inside):
         """Where this host finds a path of the Mac."""
         return self.tree / inside.lstrip("/")

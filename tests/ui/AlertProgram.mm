@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <fstream>
 
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 
 namespace {
 

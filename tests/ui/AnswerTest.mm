@@ -1,13 +1,13 @@
-// A person in front of the alert: every way to answer it, again and again.
+// A user in front of the alert: every way to answer it, again and again.
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
 
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 #include "ui/QWIAlertUtils.h"
 
 namespace {
 
-constexpr int kTimes = 100;
+constexpr int kTimes = 20;
 
 // The middle of the buttons' row, and of each button, where three are centred.
 constexpr int kRow = 38;
@@ -22,15 +22,15 @@ constexpr Color kBlack = {0, 0, 0};
 class Answer : public testing::Test {
   protected:
     int AskAndClick(const Question& question, int x) {
-        return AskPerson(
-            person, [&] { return Ask(question); }, [&] { person.Click(x, kRow); });
+        return AskUser(
+            user, [&] { return Ask(question); }, [&] { user.Click(x, kRow); });
     }
     int AskAndType(const Question& question, unsigned long key, unsigned long held = 0) {
-        return AskPerson(
-            person, [&] { return Ask(question); }, [&] { person.Type(key, held); });
+        return AskUser(
+            user, [&] { return Ask(question); }, [&] { user.Type(key, held); });
     }
 
-    Person person;
+    DesktopUser user;
 };
 
 /// The buttons of a pair are two; both have to answer.
@@ -48,7 +48,7 @@ TEST_F(Answer, AShortClickOnAButtonIsItsResult) {
     }
 }
 
-TEST_F(Answer, AHundredAlertsInARowAreAllAnswered) {
+TEST_F(Answer, ManyAlertsInARowAreAllAnswered) {
     for (int i = 0; i < kTimes; ++i) {
         const int places[] = {kOk, kCancel, kIgnore};
         ASSERT_EQ(AskAndClick({}, places[i % 3]), i % 3) << "alert " << i;
@@ -57,30 +57,30 @@ TEST_F(Answer, AHundredAlertsInARowAreAllAnswered) {
 
 TEST_F(Answer, ASlowPressIsSeenBlackAndAnswersOnRelease) {
     for (const Question& question : {Question(), AllOrange()}) {
-        const int result = AskPerson(
-            person, [&] { return Ask(question); },
+        const int result = AskUser(
+            user, [&] { return Ask(question); },
             [&] {
-                person.MoveTo(kCancel, kRow);
-                person.Press();
-                person.SeeColor(kCancel - kBeside, kRow, kBlack);
-                person.Release();
+                user.MoveTo(kCancel, kRow);
+                user.Press();
+                user.SeeColor(kCancel - kBeside, kRow, kBlack);
+                user.Release();
             });
         EXPECT_EQ(result, kAlertCancel);
     }
 }
 
 TEST_F(Answer, APressThatLeavesTheButtonIsNoAnswer) {
-    const int result = AskPerson(
-        person, [] { return Ask({}); },
+    const int result = AskUser(
+        user, [] { return Ask({}); },
         [&] {
-            const Color atRest = person.ColorAt(kOk - kBeside, kRow);
-            person.MoveTo(kOk, kRow);
-            person.Press();
-            person.SeeColor(kOk - kBeside, kRow, kBlack);
-            person.MoveTo(kOk, kRow + 60);
-            person.SeeColor(kOk - kBeside, kRow, atRest);
-            person.Release();
-            person.Click(kIgnore, kRow);
+            const Color atRest = user.ColorAt(kOk - kBeside, kRow);
+            user.MoveTo(kOk, kRow);
+            user.Press();
+            user.SeeColor(kOk - kBeside, kRow, kBlack);
+            user.MoveTo(kOk, kRow + 60);
+            user.SeeColor(kOk - kBeside, kRow, atRest);
+            user.Release();
+            user.Click(kIgnore, kRow);
         });
     EXPECT_EQ(result, kAlertIgnore);
 }
@@ -93,11 +93,11 @@ TEST_F(Answer, ReturnPressesOk) {
 TEST_F(Answer, ReturnPressesNoOkThatIsNotThere) {
     Question question;
     question.ok = @"";
-    const int result = AskPerson(
-        person, [&] { return Ask(question); },
+    const int result = AskUser(
+        user, [&] { return Ask(question); },
         [&] {
-            person.Type(XK_Return);
-            person.Click(kCancel, kRow);
+            user.Type(XK_Return);
+            user.Click(kCancel, kRow);
         });
     EXPECT_EQ(result, kAlertCancel);
 }
@@ -106,13 +106,13 @@ TEST_F(Answer, TabGoesFromButtonToButtonAndSpacePressesIt) {
     const int results[] = {kAlertOk, kAlertIgnore, kAlertCancel, kAlertOk};
     for (const Question& question : {Question(), AllOrange()}) {
         for (int tabs = 0; tabs < 4; ++tabs) {
-            const int result = AskPerson(
-                person, [&] { return Ask(question); },
+            const int result = AskUser(
+                user, [&] { return Ask(question); },
                 [&] {
                     for (int i = 0; i < tabs; ++i) {
-                        person.Type(XK_Tab);
+                        user.Type(XK_Tab);
                     }
-                    person.Type(XK_space);
+                    user.Type(XK_space);
                 });
             EXPECT_EQ(result, results[tabs]) << tabs << " tabs";
         }
@@ -120,12 +120,12 @@ TEST_F(Answer, TabGoesFromButtonToButtonAndSpacePressesIt) {
 }
 
 TEST_F(Answer, TheMessageTakesNoKeys) {
-    const int result = AskPerson(
-        person, [] { return Ask({}); },
+    const int result = AskUser(
+        user, [] { return Ask({}); },
         [&] {
-            person.Click(kIgnore, 140);
-            person.Type(XK_x);
-            person.Type(XK_Return);
+            user.Click(kIgnore, 140);
+            user.Type(XK_x);
+            user.Type(XK_Return);
         });
     EXPECT_EQ(result, kAlertOk);
 }
@@ -158,9 +158,9 @@ TEST_F(Answer, TheShortFormAndTheTopMostOneAnswerToo) {
                                               TitleColor:red
                                                  NibName:@"QWSyleAlert"];
     };
-    const auto click = [&] { person.Click(kOnlyOk, kRow); };
-    EXPECT_EQ(AskPerson(person, simple, click), kAlertOk);
-    EXPECT_EQ(AskPerson(person, topMost, click), kAlertOk);
+    const auto click = [&] { user.Click(kOnlyOk, kRow); };
+    EXPECT_EQ(AskUser(user, simple, click), kAlertOk);
+    EXPECT_EQ(AskUser(user, topMost, click), kAlertOk);
     const auto close = [](QWStyleAlert*) {};
     EXPECT_EQ(AskAndLook(simple, close), kAlertClosed);
     EXPECT_EQ(AskAndLook(topMost, close), kAlertClosed);
@@ -169,13 +169,13 @@ TEST_F(Answer, TheShortFormAndTheTopMostOneAnswerToo) {
 /// Where somebody frames the windows.
 class FramedAnswer : public Answer {
   protected:
-    void SetUp() override { ASSERT_TRUE(person.HasWindowManager()); }
+    void SetUp() override { ASSERT_TRUE(user.HasWindowManager()); }
 };
 
 TEST_F(FramedAnswer, TheCloseButtonIsNoButtonOfTheAlert) {
     for (int i = 0; i < kTimes / 4; ++i) {
-        const int result = AskPerson(
-            person, [] { return Ask({}); }, [&] { person.ClickCloseButton(); });
+        const int result = AskUser(
+            user, [] { return Ask({}); }, [&] { user.ClickCloseButton(); });
         ASSERT_EQ(result, kAlertClosed) << "alert " << i;
     }
 }
@@ -188,11 +188,11 @@ TEST_F(FramedAnswer, AltF4IsNoButtonOfTheAlert) {
 
 TEST_F(FramedAnswer, TheFrameIsAsWideAsItsMakerSays) {
     XRectangle frame = {};
-    AskPerson(
-        person, [] { return Ask({}); },
+    AskUser(
+        user, [] { return Ask({}); },
         [&] {
-            frame = person.Frame();
-            person.Click(kOk, kRow);
+            frame = user.Frame();
+            user.Click(kOk, kRow);
         });
     const NSRect content = NSMakeRect(0, 0, 482, 220);
     const NSRect whole =
@@ -207,8 +207,8 @@ TEST_F(FramedAnswer, TheFrameIsAsWideAsItsMakerSays) {
 TEST_F(FramedAnswer, AnAlertTakesTheKeyboardAfterAnotherWasClosedFromOutside) {
     for (int i = 0; i < kTimes / 10; ++i) {
         ASSERT_EQ(AskAndType({}, XK_Return), kAlertOk) << "alert " << i;
-        AskPerson(
-            person, [] { return Ask({}); }, [&] { person.ClickCloseButton(); });
+        AskUser(
+            user, [] { return Ask({}); }, [&] { user.ClickCloseButton(); });
     }
 }
 

@@ -1,7 +1,7 @@
 // What the alert shows and where, for every choice of texts, colours and layout.
 #include <gtest/gtest.h>
 
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 #include "tests/ui/NSLoggerLines.h"
 #include "ui/QWIAlertUtils.h"
 

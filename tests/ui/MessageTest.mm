@@ -1,7 +1,7 @@
 // Messages of every kind: they stand in their own room and can be read to the end.
 #include <gtest/gtest.h>
 
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ struct Shown {
 };
 
 Shown Show(NSString* message) {
-    Person person;
+    DesktopUser user;
     Picture picture;
     QWStyleAlert* alert = NewAlert();
     [alert setAlertText:message];
@@ -43,17 +43,17 @@ Shown Show(NSString* message) {
     [alert setButtonsTexts:@"OK":@"":@""];
     NSScrollView* view = [MessageView(alert) enclosingScrollView];
     const NSRect room = [view frame];
-    AskPerson(
-        person,
+    AskUser(
+        user,
         [&] {
             [NSApp runModalForWindow:[alert window]];
             return [alert closeRez];
         },
         [&] {
-            picture = person.Look();
-            person.MoveTo(static_cast<int>(NSMidX(room)), static_cast<int>(NSMidY(room)));
-            person.Wheel(kTurnsToTheEnd);
-            person.Click(kOk, kRow);
+            picture = user.Look();
+            user.MoveTo(static_cast<int>(NSMidX(room)), static_cast<int>(NSMidY(room)));
+            user.Wheel(kTurnsToTheEnd);
+            user.Click(kOk, kRow);
         });
 
     const int top = picture.height - static_cast<int>(NSMaxY(room));

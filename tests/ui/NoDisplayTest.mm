@@ -10,7 +10,7 @@
 #include <cstring>
 #include <thread>
 
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 #include "tests/ui/NSLoggerLines.h"
 #include "ui/QWIAlertUtils.h"
 

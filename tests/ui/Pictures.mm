@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <thread>
 
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 #include "ui/QWIAlertUtils.h"
 
 namespace {
@@ -50,11 +50,11 @@ class Album {
     /// Asks, and keeps a picture of the alert before somebody presses the button at `x`.
     void Add(NSString* name, const std::function<int()>& ask, int x) {
         Picture picture;
-        AskPerson(person, ask, [&] {
-            person.SeeKeyboardTaken();
+        AskUser(user, ask, [&] {
+            user.SeeKeyboardTaken();
             std::this_thread::sleep_for(kDrawing);
-            picture = person.LookWithFrame();
-            person.Click(x, kRow);
+            picture = user.LookWithFrame();
+            user.Click(x, kRow);
         });
         NSString* path = [folder stringByAppendingPathComponent:name];
         if (![PNG(picture) writeToFile:path atomically:YES]) {
@@ -65,7 +65,7 @@ class Album {
 
   private:
     NSString* const folder;
-    Person person;
+    DesktopUser user;
 };
 
 Question AboutBrowsers() {

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 #include "ui/QWIControlsUtils.h"
 #include "ui/QWINSButtonGray.h"
 #include "ui/QWINSButtonOrange.h"
@@ -102,16 +102,16 @@ class Pixels : public testing::Test {
   protected:
     Picture PictureOf(const Question& question) {
         Picture picture;
-        AskPerson(
-            person, [&] { return Ask(question); },
+        AskUser(
+            user, [&] { return Ask(question); },
             [&] {
-                picture = person.Look();
-                person.Click(303 + kButtonWidth / 2, kRow);
+                picture = user.Look();
+                user.Click(303 + kButtonWidth / 2, kRow);
             });
         return picture;
     }
 
-    Person person;
+    DesktopUser user;
 };
 
 TEST_F(Pixels, PlainButtonsAreFlatGrayWithWhiteTitles) {
@@ -140,14 +140,14 @@ TEST_F(Pixels, APressedButtonIsBlackWithItsTitleStillWhite) {
         Question question = WithSolidTitles();
         question.isOkOrange = orange;
         Picture pressed;
-        AskPerson(
-            person, [&] { return Ask(question); },
+        AskUser(
+            user, [&] { return Ask(question); },
             [&] {
-                person.MoveTo(303 + kButtonWidth / 2, kRow);
-                person.Press();
-                person.SeeColor(303 + 6, kRow, kBlack);
-                pressed = person.Look();
-                person.Release();
+                user.MoveTo(303 + kButtonWidth / 2, kRow);
+                user.Press();
+                user.SeeColor(303 + 6, kRow, kBlack);
+                pressed = user.Look();
+                user.Release();
             });
         EXPECT_GE(Share(pressed, ButtonAt(303), kBlack), 80) << "orange: " << orange;
         EXPECT_TRUE(IsNear(Ink(pressed, ButtonAt(303), kBlack), kWhite)) << "orange: " << orange;
@@ -160,16 +160,16 @@ TEST_F(Pixels, ADisabledButtonIsLighterWithANearWhiteTitleAndDoesNotAnswer) {
     [alert setButtonsTexts:kSolid:kSolid:kSolid];
     [alert centerButtons:YES];
     [Button(alert, @"ignoreButton") setEnabled:NO];
-    AskPerson(
-        person,
+    AskUser(
+        user,
         [&] {
             [NSApp runModalForWindow:[alert window]];
             return [alert closeRez];
         },
         [&] {
-            person.Click(77 + kButtonWidth / 2, kRow);
-            picture = person.Look();
-            person.Click(303 + kButtonWidth / 2, kRow);
+            user.Click(77 + kButtonWidth / 2, kRow);
+            picture = user.Look();
+            user.Click(303 + kButtonWidth / 2, kRow);
         });
     EXPECT_EQ([alert closeRez], kAlertOk);
     EXPECT_GE(Share(picture, ButtonAt(77), kDisabledGray), 80);

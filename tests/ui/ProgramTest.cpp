@@ -13,8 +13,8 @@
 #include <memory>
 #include <string>
 
-#include "tests/linux/PrivateDisplay.h"
-#include "tests/ui/Person.h"
+#include "tests/support/DesktopUser.h"
+#include "tests/support/PrivateDisplay.h"
 
 namespace {
 
@@ -36,9 +36,9 @@ class Program : public testing::Test {
     int Answer(const std::string& command) {
         const auto start = std::chrono::steady_clock::now();
         const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen(command.c_str(), "r"), &pclose);
-        person.SeeAlert();
+        user.SeeAlert();
         const auto seen = std::chrono::steady_clock::now();
-        person.Click(kIgnore, kRow);
+        user.Click(kIgnore, kRow);
         int result = -2;
         long waited = 0;
         EXPECT_EQ(std::fscanf(pipe.get(), "%d %ld", &result, &waited), 2);
@@ -47,7 +47,7 @@ class Program : public testing::Test {
         return result;
     }
 
-    Person person;
+    DesktopUser user;
     /// Without the time for which the machine was busy with something else.
     std::chrono::milliseconds tookToAppear = {};
 };
@@ -89,7 +89,7 @@ int CountProcesses() {
 TEST_F(Program, IsToldThatItsAlertWasClosedWhenTheDisplayGoes) {
     auto display = std::make_unique<PrivateDisplay>();
     const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen(kProgram.c_str(), "r"), &pclose);
-    Person().SeeAlert();
+    DesktopUser().SeeAlert();
     display.reset();
     int result = 0;
     EXPECT_EQ(std::fscanf(pipe.get(), "%d", &result), 1);

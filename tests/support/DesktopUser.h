@@ -31,12 +31,12 @@ struct Picture {
 ///
 /// Whatever does not happen within twenty seconds ends the whole program, loudly: an alert that
 /// nobody closes would wait for ever.
-class Person {
+class DesktopUser {
   public:
-    Person();
-    ~Person();
-    Person(const Person&) = delete;
-    Person& operator=(const Person&) = delete;
+    DesktopUser();
+    ~DesktopUser();
+    DesktopUser(const DesktopUser&) = delete;
+    DesktopUser& operator=(const DesktopUser&) = delete;
 
     /// Whether a window manager frames the windows; the one that is expected has been waited for.
     bool HasWindowManager() const;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/linux/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 /// An X display of a test's own, which DISPLAY names while it lives.
 class PrivateDisplay {

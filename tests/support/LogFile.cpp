@@ -1,4 +1,4 @@
-#include "tests/logging/LogFile.h"
+#include "tests/support/LogFile.h"
 
 #include <stdlib.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "tests/linux/PrivateDisplay.h"
+#include "tests/support/PrivateDisplay.h"
 
 #include <X11/Xlib.h>
 

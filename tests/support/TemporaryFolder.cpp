@@ -1,4 +1,4 @@
-#include "tests/linux/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -44,7 +44,8 @@ void OpenFolders(const fs::path& folder) {
 }  // namespace
 
 TemporaryFolder::TemporaryFolder() {
-    std::string name = fs::temp_directory_path() / "standins-XXXXXX";
+    const fs::path ofAMac = "/private/tmp";  // by its real name, which results name too
+    std::string name = (fs::exists(ofAMac) ? ofAMac : fs::temp_directory_path()) / "test-XXXXXX";
     Require(mkdtemp(name.data()) != nullptr, name);
     path_ = name;
     Require(chmod(path_.c_str(), 0777) == 0, path_);

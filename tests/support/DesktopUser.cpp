@@ -1,4 +1,4 @@
-#include "tests/ui/Person.h"
+#include "tests/support/DesktopUser.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
@@ -104,7 +104,7 @@ Color Picture::At(int x, int yFromTop) const {
     return pixels.at(static_cast<size_t>(yFromTop) * width + x);
 }
 
-Person::Person() : display(XOpenDisplay(nullptr)) {
+DesktopUser::DesktopUser() : display(XOpenDisplay(nullptr)) {
     if (!display) {
         GiveUp("a display; run this through tests/ui/run-with-display");
     }
@@ -115,15 +115,15 @@ Person::Person() : display(XOpenDisplay(nullptr)) {
     }
 }
 
-Person::~Person() {
+DesktopUser::~DesktopUser() {
     XCloseDisplay(display);
 }
 
-bool Person::HasWindowManager() const {
+bool DesktopUser::HasWindowManager() const {
     return !Property<Window>(display, root, "_NET_SUPPORTING_WM_CHECK").empty();
 }
 
-void Person::WaitFor(const std::string& what, const std::function<bool()>& happened) {
+void DesktopUser::WaitFor(const std::string& what, const std::function<bool()>& happened) {
     const auto end = std::chrono::steady_clock::now() + kPatience;
     while (!happened()) {
         if (std::chrono::steady_clock::now() > end) {
@@ -133,7 +133,7 @@ void Person::WaitFor(const std::string& what, const std::function<bool()>& happe
     }
 }
 
-bool Person::FindAlert() {
+bool DesktopUser::FindAlert() {
     TakeErrors();
     for (Window window : Windows(display)) {
         if (IsShown(display, window) && IsNamed(display, window, kWindowName)) {
@@ -145,7 +145,7 @@ bool Person::FindAlert() {
 }
 
 // The light ground is there from one edge to the other and up to the texts, and so is a button.
-bool Person::IsDrawn() const {
+bool DesktopUser::IsDrawn() const {
     const Picture picture = Look();
     if (picture.pixels.empty()) {
         return false;
@@ -167,28 +167,28 @@ bool Person::IsDrawn() const {
     return false;
 }
 
-void Person::SeeAlert() {
+void DesktopUser::SeeAlert() {
     WaitFor("the alert", [this] { return FindAlert() && IsDrawn(); });
 }
 
-void Person::SeeKeyboardTaken() {
+void DesktopUser::SeeKeyboardTaken() {
     WaitFor("the alert to take the keyboard", [this] { return HasKeyboard(); });
 }
 
-void Person::SeeNoAlert() {
+void DesktopUser::SeeNoAlert() {
     WaitFor("the alert to go", [this] { return !FindAlert(); });
 }
 
-void Person::SeeColor(int x, int y, const Color& color) {
+void DesktopUser::SeeColor(int x, int y, const Color& color) {
     WaitFor("a colour", [=] { return ColorAt(x, y) == color; });
 }
 
-Color Person::ColorAt(int x, int y) const {
+Color DesktopUser::ColorAt(int x, int y) const {
     const Picture picture = Look();
     return picture.pixels.empty() ? Color{-1, -1, -1} : picture.At(x, picture.height - 1 - y);
 }
 
-XRectangle Person::Place() const {
+XRectangle DesktopUser::Place() const {
     XWindowAttributes attributes = {};
     int x = 0;
     int y = 0;
@@ -202,11 +202,11 @@ XRectangle Person::Place() const {
             static_cast<unsigned short>(attributes.height)};
 }
 
-Picture Person::Look() const {
+Picture DesktopUser::Look() const {
     return PictureOf(Place());
 }
 
-XRectangle Person::Frame() const {
+XRectangle DesktopUser::Frame() const {
     std::vector<long> extents = Property<long>(display, alert, "_NET_FRAME_EXTENTS");
     extents.resize(4);  // left, right, top, bottom; nothing where nobody frames windows
     return {static_cast<short>(extents[0]), static_cast<short>(extents[2]),
@@ -214,7 +214,7 @@ XRectangle Person::Frame() const {
             static_cast<unsigned short>(extents[2] + extents[3])};
 }
 
-Picture Person::LookWithFrame() const {
+Picture DesktopUser::LookWithFrame() const {
     const XRectangle place = Place();
     const XRectangle frame = Frame();
     return PictureOf({static_cast<short>(place.x - frame.x), static_cast<short>(place.y - frame.y),
@@ -223,7 +223,7 @@ Picture Person::LookWithFrame() const {
 }
 
 // From the screen, not from the window: what covers the alert would be seen.
-Picture Person::PictureOf(const XRectangle& place) const {
+Picture DesktopUser::PictureOf(const XRectangle& place) const {
     Picture picture;
     if (!place.width) {
         return picture;
@@ -248,30 +248,30 @@ Picture Person::PictureOf(const XRectangle& place) const {
     return picture;
 }
 
-void Person::MoveTo(int x, int y) {
+void DesktopUser::MoveTo(int x, int y) {
     const XRectangle place = Place();
     XTestFakeMotionEvent(display, -1, place.x + x, place.y + place.height - 1 - y, CurrentTime);
     XSync(display, False);
 }
 
-void Person::Press() {
+void DesktopUser::Press() {
     XTestFakeButtonEvent(display, kLeftButton, True, CurrentTime);
     XSync(display, False);
 }
 
-void Person::Release() {
+void DesktopUser::Release() {
     XTestFakeButtonEvent(display, kLeftButton, False, CurrentTime);
     XSync(display, False);
 }
 
-void Person::Click(int x, int y) {
+void DesktopUser::Click(int x, int y) {
     MoveTo(x, y);
     XTestFakeButtonEvent(display, kLeftButton, True, CurrentTime);
     XTestFakeButtonEvent(display, kLeftButton, False, CurrentTime);
     XSync(display, False);
 }
 
-void Person::Wheel(int steps) {
+void DesktopUser::Wheel(int steps) {
     for (int i = 0; i < steps; ++i) {
         XTestFakeButtonEvent(display, kWheelDown, True, CurrentTime);
         XTestFakeButtonEvent(display, kWheelDown, False, CurrentTime);
@@ -279,14 +279,14 @@ void Person::Wheel(int steps) {
     XSync(display, False);
 }
 
-bool Person::HasKeyboard() const {
+bool DesktopUser::HasKeyboard() const {
     Window focused = 0;
     int revert = 0;
     XGetInputFocus(display, &focused, &revert);
     return focused == alert;
 }
 
-void Person::Type(unsigned long key, unsigned long held) {
+void DesktopUser::Type(unsigned long key, unsigned long held) {
     SeeKeyboardTaken();
     const KeyCode keyCode = XKeysymToKeycode(display, key);
     const KeyCode heldCode = held ? XKeysymToKeycode(display, held) : 0;
@@ -301,7 +301,7 @@ void Person::Type(unsigned long key, unsigned long held) {
     XSync(display, False);
 }
 
-void Person::ClickCloseButton() {
+void DesktopUser::ClickCloseButton() {
     const int titleHeight = Frame().y;
     if (titleHeight == 0) {
         GiveUp("a frame with a close button");

@@ -1,4 +1,4 @@
-#include "tests/settings/SettingsFiles.h"
+#include "tests/support/SettingsFiles.h"
 
 #include <filesystem>
 

@@ -1,4 +1,4 @@
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 
 #include <thread>
 
@@ -47,12 +47,12 @@ int Ask(const Question& question) {
                                        andNib:question.nib];
 }
 
-int AskPerson(Person& person, const std::function<int()>& ask,
-              const std::function<void()>& answer) {
+int AskUser(DesktopUser& user, const std::function<int()>& ask,
+            const std::function<void()>& answer) {
     std::thread thread([&] {
-        person.SeeAlert();
+        user.SeeAlert();
         answer();
-        person.SeeNoAlert();
+        user.SeeNoAlert();
     });
     const int result = ask();
     thread.join();

@@ -1,4 +1,4 @@
-#include "tests/linux/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #include <sched.h>
 #include <spawn.h>

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/ui/Person.h"
+#include "tests/support/DesktopUser.h"
 #include "ui/QWStyleAlert.h"
 
 /// What a test asks: everything that the longest form of the factory takes.
@@ -28,8 +28,9 @@ struct Question {
 /// Asks by the factory's longest form.
 int Ask(const Question& question);
 
-/// Asks, while a person answers on a thread of their own; returns after both.
-int AskPerson(Person& person, const std::function<int()>& ask, const std::function<void()>& answer);
+/// Asks, while a user answers on a thread of their own; returns after both.
+int AskUser(DesktopUser& user, const std::function<int()>& ask,
+            const std::function<void()>& answer);
 
 /// Asks, and as soon as the alert runs looks at it and closes it, on this thread. The result of the
 /// alert is the return value.
