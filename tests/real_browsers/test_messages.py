@@ -1,0 +1,24 @@
+"""An extension speaks to the product's native host through the manifest that a run installed."""
+
+NOT_FOUND = {"error": "Error: Specified native messaging host not found."}
+FORBIDDEN = {"error": "Error: Access to the specified native messaging host is forbidden."}
+NO_SUCH = {"error": "Error: No such native application com.corvendale.ksnative"}
+
+NONE = {"Chrome": NOT_FOUND, "Edge": NOT_FOUND, "Firefox": NO_SUCH}
+ALL = dict.fromkeys(NONE, "echo")
+
+
+def test_messages_are_answered_where_the_integration_is_installed_and_only_there(mac):
+    verdicts = ["allow"] * 3 + ["refuse"] * 5 + ["allow"]
+    heard = mac.play("messages.life", *(word for verdict in verdicts for word in ("--admin", verdict)))
+    assert heard == {
+        "before the run": NONE,
+        "after an allowed run": ALL,
+        "after a removal": NONE,
+        "after a refused run": {**ALL, "Chrome": NOT_FOUND},
+        "after a run with the folder script allowed alone": ALL,
+    }
+
+
+def test_a_broken_payload_is_heard_of(mac):
+    assert mac.play("messages.broken") == {}
