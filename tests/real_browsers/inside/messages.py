@@ -45,8 +45,12 @@ def _in_short(answer):
     return "echo" if answer == _MESSAGE else answer
 
 
+def _uninstall():
+    product.call("uninstall")
+
+
 def life():
-    """An integration's life. Verdicts: three allowed, four refused, the last one allowed."""
+    """An integration's life; five verdicts are refusals, the others not."""
     heard = {}
     with contextlib.ExitStack() as stack:
         browsers = _Browsers(stack)
@@ -56,10 +60,11 @@ def life():
             heard[when] = browsers.answers()
 
         listen("before the run", lambda: None)
-        listen("after an allowed run", product.install)
-        listen("after a removal", lambda: product.call("uninstall"))
         listen("after a refused run", product.install)
         listen("after a run with the folder script allowed alone", product.install)
+        listen("after a removal", _uninstall)
+        listen("after an allowed run", product.install)
+        listen("after a second removal", _uninstall)
     return heard
 
 

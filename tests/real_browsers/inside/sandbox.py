@@ -1,0 +1,26 @@
+"""The browsers' own sandboxes, in the browsers' own words and in the kernel's."""
+
+import glob
+import os
+
+from inside import product
+from inside.chromium import Chromium
+from inside.firefox import Firefox
+
+
+def of_chromium(*options):
+    """What Chromium says about its sandbox."""
+    with Chromium(product.CHROME, "--headless=new", *options) as browser:
+        return browser.evaluate("chrome://sandbox", "document.body.innerText").splitlines()
+
+
+def of_firefox():
+    """The kernel's filter of each process that shows pages: 2 where it checks system calls."""
+    with Firefox(product.FIREFOX, "--headless", "--no-remote"):
+        found = [_status(path) for path in glob.glob("/proc/[0-9]*/status")]
+    return [status["Seccomp"] for status in found if status["Name"].endswith("Web Content")]
+
+
+def _status(path):
+    with open(path, encoding="utf-8") as lines:
+        return dict(line.rstrip().split(":\t", 1) for line in lines if ":\t" in line)
