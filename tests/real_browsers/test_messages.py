@@ -2,6 +2,7 @@
 
 NOT_FOUND = {"error": "Error: Specified native messaging host not found."}
 FORBIDDEN = {"error": "Error: Access to the specified native messaging host is forbidden."}
+FAILED = {"error": "Error: An unexpected error occurred"}
 NO_SUCH = {"error": "Error: No such native application com.corvendale.ksnative"}
 
 NONE = {"Chrome": NOT_FOUND, "Edge": NOT_FOUND, "Firefox": NO_SUCH}
@@ -23,5 +24,13 @@ def test_messages_are_answered_where_the_integration_is_installed_and_only_there
     }
 
 
-def test_a_broken_payload_is_heard_of(mac):
-    assert mac.play("messages.broken") == {}
+def test_a_broken_payload_is_not_answered(mac):
+    assert mac.play("messages.broken") == {
+        "no origins": NONE,
+        "another extension's origin": {"Chrome": FORBIDDEN, "Edge": FORBIDDEN, "Firefox": NO_SUCH},
+        "another name": NONE,
+        "a path to nothing": {**NONE, "Firefox": FAILED},
+        "a relative path": NONE,
+        "a host that is not executable": {"Chrome": "dead", "Edge": "dead", "Firefox": FAILED},
+        "nothing broken": ALL,
+    }

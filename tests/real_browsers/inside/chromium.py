@@ -57,10 +57,15 @@ class Chromium:
             return {"error": thrown.get("exception", {}).get("description", thrown["text"])}
         return answer["result"].get("value")
 
-    def titles(self):
-        """The titles of all pages."""
-        targets = self.call("Target.getTargets")["targetInfos"]
-        return [target["title"] for target in targets if target["type"] == "page"]
+    def windows(self):
+        """Place and size of the windows: left, top, width, height."""
+        windows = {}
+        for target in self.call("Target.getTargets")["targetInfos"]:
+            if target["type"] == "page":
+                window = self.call("Browser.getWindowForTarget", targetId=target["targetId"])
+                windows[window["windowId"]] = window["bounds"]
+        return [[bounds[name] for name in ("left", "top", "width", "height")]
+                for bounds in windows.values()]
 
     def call(self, method, session=None, **parameters):
         """One command of the protocol and its result."""

@@ -1,5 +1,6 @@
 """What Chromium makes of the descriptors that let it fetch extensions from their stores."""
 
+import os
 import re
 import tempfile
 from urllib.parse import parse_qs, urlsplit
@@ -9,19 +10,33 @@ from inside.chromium import Chromium
 from inside.web import Web
 
 _FOLDERS = {"Chrome": product.CHROME, "Edge": product.EDGE}
+_IDENTIFIER = "kmcoedhplnbajgfiehkcpamdobnlgjie"
 _TELL = ["--enable-logging=stderr", "--vmodule=external*=3,load_error_reporter=3"]
 _SOURCES = re.compile(r"external_\w+\.cc|load_error_reporter\.cc")
 
 
 def read(browser, *awaited):
-    """After a run: what was asked of which store, and what the browser complained of.
-
-    It runs until it has asked for each of the awaited extensions.
-    """
+    """After a run: what the browser asked of which store, and what it complained of."""
     product.install()
+    return _read(_FOLDERS[browser], awaited)
+
+
+def read_changed(awaited, name, *content):
+    """The same after a run for this user alone, whose descriptor then got another name or content."""
+    product.install()
+    path = f"{product.CHROME}/External Extensions/{_IDENTIFIER}.json"
+    for text in content:
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+    os.rename(path, f"{os.path.dirname(path)}/{name}.json")
+    return _read(product.CHROME, [awaited])
+
+
+def _read(user_data, awaited):
+    """It runs until it has asked for each of the awaited extensions."""
     asked = {}
     with Web(secure=True) as web, tempfile.TemporaryFile("w+") as log:
-        with Chromium(_FOLDERS[browser], "--headless=new", *_TELL, "--ignore-certificate-errors",
+        with Chromium(user_data, "--headless=new", *_TELL, "--ignore-certificate-errors",
                       f"--host-resolver-rules=MAP * {web.address}", stderr=log):
             while not set(awaited).issubset(sum(asked.values(), [])):
                 address, _ = web.wait_for(lambda address: "/crx?" in address)

@@ -71,26 +71,33 @@ class Firefox:
 
     def show(self, title):
         """Turns to the tab of that title, which what follows is about; waits until it is there."""
+        self._turn_to("WebDriver:GetTitle", title)
+
+    def show_address(self, address):
+        """The same with the tab of that address."""
+        self._turn_to("WebDriver:GetCurrentURL", address)
+
+    def _turn_to(self, question, wanted):
         end = time.monotonic() + PATIENCE
         while time.monotonic() < end:
             for handle in self.call("WebDriver:GetWindowHandles"):
                 self.call("WebDriver:SwitchToWindow", handle=handle)
-                if self.call("WebDriver:GetTitle")["value"] == title:
+                if self.call(question)["value"] == wanted:
                     return
-        raise TimeoutError(f"Firefox shows no {title!r}")
+        raise TimeoutError(f"Firefox shows no {wanted!r}")
 
     def evaluate(self, expression):
         """The value of an expression, awaited, on this page; {"error": text} when it throws."""
-        return self._wait_for(expression, "content")
+        return self._wait_for(f"return {expression};", "content")
 
-    def evaluate_inside(self, expression):
-        """The same with the browser's own rights."""
-        return self._wait_for(expression, "chrome")
+    def evaluate_inside(self, body):
+        """What a function of that body returns, run with the browser's own rights."""
+        return self._wait_for(body, "chrome")
 
-    def _wait_for(self, expression, context):
+    def _wait_for(self, body, context):
         self.call("Marionette:SetContext", value=context)
         script = f"""const [done] = arguments;
-            (async () => {expression})().then(done, error => done({{error: String(error)}}));"""
+            (async () => {{{body}}})().then(done, error => done({{error: String(error)}}));"""
         result = self.call("WebDriver:ExecuteAsyncScript", script=script, args=[], sandbox=None)
         self.call("Marionette:SetContext", value="content")
         return result["value"]

@@ -41,8 +41,13 @@ def _send(api, host):
     return f"{api}.runtime.sendNativeMessage('{host}', {_MESSAGE})"
 
 
+# Chromium says either of a host that ends at once, as it comes.
+_DEAD = ({"error": "Error: Native host has exited."},
+         {"error": "Error: Error when communicating with the native messaging host."})
+
+
 def _in_short(answer):
-    return "echo" if answer == _MESSAGE else answer
+    return "echo" if answer == _MESSAGE else "dead" if answer in _DEAD else answer
 
 
 def _uninstall():

@@ -1,5 +1,6 @@
 """The browsers' own sandboxes, in the browsers' own words and in the kernel's."""
 
+import contextlib
 import glob
 import os
 
@@ -17,10 +18,11 @@ def of_chromium(*options):
 def of_firefox():
     """The kernel's filter of each process that shows pages: 2 where it checks system calls."""
     with Firefox(product.FIREFOX, "--headless", "--no-remote"):
-        found = [_status(path) for path in glob.glob("/proc/[0-9]*/status")]
+        found = list(filter(None, map(_status, glob.glob("/proc/[0-9]*/status"))))
     return [status["Seccomp"] for status in found if status["Name"].endswith("Web Content")]
 
 
 def _status(path):
-    with open(path, encoding="utf-8") as lines:
-        return dict(line.rstrip().split(":\t", 1) for line in lines if ":\t" in line)
+    """Nothing of a process that has just ended."""
+    with contextlib.suppress(OSError), open(path, encoding="utf-8") as lines:
+        return dict(line.rstrip("\n").split(":\t", 1) for line in lines)
