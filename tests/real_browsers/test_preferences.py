@@ -28,4 +28,4 @@ def test_a_policy_switches_the_password_manager_off(mac):
     policies = mac.path("/opt/policies")
     policies.mkdir(parents=True)
     (policies / "passwords.json").write_text('{"PasswordManagerEnabled": false}')
-    assert mac.play("preferences.of_today")["offers to save passwords"] is False
+    assert mac.play("preferences.offers") is False

@@ -28,11 +28,11 @@ def _rights():
 
 
 def _make_profile():
-    """A profile of a name of its own, last written by Chromium."""
+    """A profile of a name of its own, written by Chromium."""
     shutil.rmtree(product.CHROME)
-    with _chromium():
-        pass
-    product.rewrite(_FILE, lambda preferences: preferences["profile"].update(name=_NAME))
+    os.makedirs(_PROFILE)
+    with open(_FILE, "w", encoding="utf-8") as file:
+        json.dump({"profile": {"name": _NAME}}, file)
     with _chromium():
         pass
 
@@ -60,6 +60,12 @@ def _loaded():
             "keeps the profile's name": json.loads(_text())["profile"].get("name") == _NAME,
             "put aside": sorted(name for name in set(os.listdir(_PROFILE)) - before
                                 if name.startswith("Preferences"))}
+
+
+def offers():
+    """Whether Chromium offers to save passwords, whatever the preferences."""
+    with _chromium() as browser:
+        return _offers_to_save_passwords(browser)
 
 
 def of_today():
