@@ -20,14 +20,16 @@
 + (BOOL)IsExtensionInstalled;
 
 /// Installs for all users or, when that fails, for the current user after removing what is there;
-/// then edits Chrome's preferences to switch its password manager off. Touches nothing when Chrome is not installed.
+/// then edits Chrome's preferences to switch its password manager off. Touches nothing when Chrome
+/// is not installed.
 /// @return always YES
 + (BOOL)InstallExtension;
 
 /// `UninstallExtension:` with YES.
 + (BOOL)UninstallExtension;
 
-/// Edits Chrome's preferences to switch its password manager on again, whether or not Chrome is installed.
+/// Edits Chrome's preferences to switch its password manager on again, whether or not Chrome is
+/// installed.
 /// @param removeFiles  whether to remove the integration first: for all users or, when that fails,
 ///                     for the current user
 /// @return always YES

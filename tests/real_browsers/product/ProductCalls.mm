@@ -1,4 +1,5 @@
-// product_calls OPERATION [ARGUMENT...]: one operation of the product, for tests with real browsers.
+// product_calls OPERATION [ARGUMENT...]: one operation of the product, for tests with real
+// browsers.
 #include <cstdio>
 #include <functional>
 #include <iostream>
