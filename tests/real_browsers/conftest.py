@@ -38,7 +38,6 @@ class BrowserMac(Mac):
         assert result.status == 0, result.stderr
         return json.loads(result.stdout)
 
-
     def make_applications_real(self):
         """From then on the applications start the real browsers, instead of waiting for ever."""
         for path, command in APPLICATIONS.items():

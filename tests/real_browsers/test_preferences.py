@@ -1,6 +1,6 @@
 """What a run does to Chrome's preferences, judged by a real Chromium. See docs/real-browsers.md."""
 
-LOADED = {"keeps the profile's name": True, "put aside": []}
+LOADED = {"keeps the profile": True, "put aside": []}
 
 
 def test_preferences_of_today_stay_byte_for_byte(mac):
@@ -16,7 +16,7 @@ def test_preferences_of_years_ago_are_edited_and_loaded(mac):
 
 def test_preferences_that_an_edit_broke_would_be_reset(mac):
     assert mac.play("preferences.broken") == {
-        "offers to save passwords": True, "keeps the profile's name": False,
+        "offers to save passwords": True, "keeps the profile": False,
         "put aside": ["Preferences.bad"]}
 
 

@@ -9,7 +9,8 @@ from inside.chromium import Chromium
 
 _PROFILE = f"{product.CHROME}/Default"
 _FILE = f"{_PROFILE}/Preferences"
-_NAME = "Alex \u2013 Zuhause"
+# The name alone would come back after a reset: "Local State" has it, too.
+_OWN = {"profile": {"name": "Alex \u2013 Zuhause"}, "bookmark_bar": {"show_on_all_tabs": True}}
 _ADDED = '"exited_cleanly": true, \n        "password_manager_enabled": false'
 
 
@@ -28,11 +29,11 @@ def _rights():
 
 
 def _make_profile():
-    """A profile of a name of its own, written by Chromium."""
+    """A profile of its own name and choice, written by Chromium."""
     shutil.rmtree(product.CHROME)
     os.makedirs(_PROFILE)
     with open(_FILE, "w", encoding="utf-8") as file:
-        json.dump({"profile": {"name": _NAME}}, file)
+        json.dump(_OWN, file)
     with _chromium():
         pass
 
@@ -52,12 +53,14 @@ def _offers_to_save_passwords(browser):
 
 
 def _loaded():
-    """What Chromium makes of the file: the switch, the profile's name, files that it put aside."""
+    """What Chromium makes of the file: the switch, name and choice, files that it put aside."""
     before = set(os.listdir(_PROFILE))
     with _chromium() as browser:
         offers = _offers_to_save_passwords(browser)
+    left = json.loads(_text())
     return {"offers to save passwords": offers,
-            "keeps the profile's name": json.loads(_text())["profile"].get("name") == _NAME,
+            "keeps the profile": all(own.items() <= left.get(part, {}).items()
+                                     for part, own in _OWN.items()),
             "put aside": sorted(name for name in set(os.listdir(_PROFILE)) - before
                                 if name.startswith("Preferences"))}
 

@@ -2,7 +2,6 @@
 
 import contextlib
 import glob
-import os
 
 from inside import product
 from inside.chromium import Chromium
