@@ -5,7 +5,8 @@
 /// Google Chrome. The integration is an external-extension descriptor, with which Chrome fetches
 /// the extension from its store, and the native-messaging host manifest. They are installed for all
 /// users, by a script with administrator rights; where these are refused, for the current user
-/// alone. Chrome's own password manager is off while the product is installed.
+/// alone. The password manager of a Chrome of years ago is off while the product is installed; that
+/// of today's stays as it is (browsers/ChromePreferences.h).
 @interface ChromeInstall : NSObject <OptionalBrowserInstaller>
 
 /// Logs the success "The app's URL is: %@", the warning "App not found", or the failure "An error
@@ -19,14 +20,16 @@
 + (BOOL)IsExtensionInstalled;
 
 /// Installs for all users or, when that fails, for the current user after removing what is there;
-/// then switches Chrome's password manager off. Touches nothing when Chrome is not installed.
+/// then edits Chrome's preferences to switch its password manager off. Touches nothing when Chrome
+/// is not installed.
 /// @return always YES
 + (BOOL)InstallExtension;
 
 /// `UninstallExtension:` with YES.
 + (BOOL)UninstallExtension;
 
-/// Switches Chrome's password manager on again, whether or not Chrome is installed.
+/// Edits Chrome's preferences to switch its password manager on again, whether or not Chrome is
+/// installed.
 /// @param removeFiles  whether to remove the integration first: for all users or, when that fails,
 ///                     for the current user
 /// @return always YES

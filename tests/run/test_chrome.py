@@ -349,6 +349,18 @@ def test_a_setting_that_the_removal_adds_is_switched_by_the_installation(mac):
     assert entry(mac, PREFERENCES) == ["f", "0600", "501:20"]
 
 
+def test_preferences_as_chrome_of_today_writes_them_keep_their_bytes(mac):
+    # Compact, and without the keys that the edit looks for; the switch of today is not touched.
+    content = (
+        '{"browser":{"check_default_browser":false},"credentials_enable_service":true,'
+        '"profile":{"exit_type":"Normal","name":"Alex – Zuhause","was_signed_in":false}}'
+    ).encode()
+    mac.path(PREFERENCES).write_bytes(content)
+    run(mac)
+    assert mac.path(PREFERENCES).read_bytes() == content
+    assert entry(mac, PREFERENCES) == ["f", "0600", "501:20"]
+
+
 # ---- odd homes
 
 

@@ -7,7 +7,7 @@ from macroot.machines.system import LIBRARIES, LIBRARY, SUPPORT, SUPPORTS, USERS
 FOREIGN_EXTENSION = "aaaabbbbccccddddeeeeffffgggghhhh"
 
 _STORE = "https://clients2.google.com/service/update2/crx"
-_EXTENSION = "kmcoedhplnbajgfiehkcpamdobnlgjie"
+EXTENSION = "kmcoedhplnbajgfiehkcpamdobnlgjie"
 _BUTTON = "pbjaclkhgedmfonipcabhlmgkdjeoifn"
 _APPLICATION = "/Applications/Google Chrome.app"
 _BUILT_IN = f"{_APPLICATION}/Contents/Extensions"
@@ -44,7 +44,7 @@ def _packages(folder):
 
 
 def _descriptors(folder):
-    return [external_extension(folder, identifier, _STORE) for identifier in (_EXTENSION, _BUTTON)]
+    return [external_extension(folder, identifier, _STORE) for identifier in (EXTENSION, _BUTTON)]
 
 
 LEFTOVERS = [

@@ -7,7 +7,7 @@ from macroot.machines.system import USERS_SUPPORT
 
 _STORE = "https://edge.microsoft.com/extensionwebstorebase/v1/crx"
 _OLD_STORE = "https://old.example/crx"
-_EXTENSION = "ljdimbpkaehcfognojlkbmcpiedhfagk"
+EXTENSION = "ljdimbpkaehcfognojlkbmcpiedhfagk"
 _PROFILE = f"{USERS_SUPPORT}/Microsoft Edge"
 _HOSTS = f"{_PROFILE}/NativeMessagingHosts"
 _EXTERNAL_FOLDER = f"{_PROFILE}/External Extensions"
@@ -20,7 +20,7 @@ INSTALLED = [
 LEFTOVERS = [
     native_host(_HOSTS, CHROME_HOST, OLD_HOST_PROGRAM),
     native_host(_HOSTS, "org.example.printer"),
-    external_extension(_EXTERNAL_FOLDER, _EXTENSION, _OLD_STORE),
+    external_extension(_EXTERNAL_FOLDER, EXTENSION, _OLD_STORE),
     external_extension(_EXTERNAL_FOLDER, FOREIGN_EXTENSION, _STORE),
-    external_extension(f"{EXTENSIONS}/edge", _EXTENSION, _OLD_STORE),
+    external_extension(f"{EXTENSIONS}/edge", EXTENSION, _OLD_STORE),
 ]

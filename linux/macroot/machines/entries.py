@@ -32,9 +32,9 @@ def external_extension(folder, identifier, url):
     return text(f"{folder}/{identifier}.json", f'{{ "external_update_url": "{url}" }}')
 
 
-def native_host(folder, name, program="/opt/example/host", suffix=".json"):
-    """What lets an extension speak to a program of the machine."""
-    manifest = {"name": name, "description": name, "path": program, "type": "stdio"}
+def native_host(folder, name, program="/opt/example/host", suffix=".json", **admitted):
+    """What lets an extension speak to a program of the machine; browsers refuse one that admits none."""
+    manifest = {"name": name, "description": name, "path": program, "type": "stdio", **admitted}
     return text(f"{folder}/{name}{suffix}", json.dumps(manifest, indent=2) + "\n")
 
 

@@ -11,22 +11,22 @@ OLD_HOST_PROGRAM = f"{BUNDLE}/Contents/KeystrelOLD/host"
 SETTINGS_FOLDER = f"{SHARED}/Keystrel"
 
 _TOOLS = f"{BUNDLE}/Contents/Keystrel/Bin"
-_HOST_PROGRAM = f"{_TOOLS}/KSNativeHost"
+HOST_PROGRAM = f"{_TOOLS}/KSNativeHost"
 
 APPLICATION = [
     *application(BUNDLE, "com.corvendale.keystrel"),
     *application(f"{BUNDLE}/Contents/Keystrel/Keystrel.app", "com.corvendale.keystrel.main"),
     *application(f"{_TOOLS}/KSUpdater.app", "com.corvendale.keystrel.updater"),
-    File(_HOST_PROGRAM, executable.waiting_program(), 0o755),
+    File(HOST_PROGRAM, executable.waiting_program(), 0o755),
     Folder(EXTENSIONS),
 ]
 
 PAYLOAD = [
-    native_host(f"{EXTENSIONS}/chrome", CHROME_HOST, _HOST_PROGRAM),
+    native_host(f"{EXTENSIONS}/chrome", CHROME_HOST, HOST_PROGRAM),
     text(f"{EXTENSIONS}/chrome/Keystrel.crx", "Cr24 Keystrel, this version\n"),
     text(f"{EXTENSIONS}/chrome/KeystrelButton.crx", "Cr24 Keystrel Button, this version\n"),
-    native_host(f"{EXTENSIONS}/edge", CHROME_HOST, _HOST_PROGRAM),
-    native_host(EXTENSIONS, FIREFOX_HOST, _HOST_PROGRAM),
+    native_host(f"{EXTENSIONS}/edge", CHROME_HOST, HOST_PROGRAM),
+    native_host(EXTENSIONS, FIREFOX_HOST, HOST_PROGRAM),
 ]
 
 SETTINGS = [

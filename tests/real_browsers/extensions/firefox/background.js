@@ -1,0 +1,2 @@
+// Marionette opens no page of an extension, so this opens one.
+browser.tabs.create({url: browser.runtime.getURL("page.html")});
