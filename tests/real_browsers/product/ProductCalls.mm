@@ -11,7 +11,7 @@
 #include "browsers/EdgeInstall.h"
 #include "browsers/FFoxInstall.h"
 #include "platform/AppWorkspaceUtils.h"
-#include "tests/ui/Asking.h"
+#include "tests/support/Asking.h"
 
 namespace {
 
@@ -26,10 +26,10 @@ int Uninstall() {
 
 // With somebody who waits until the alert is to be seen, and presses "Exit".
 int Verify() {
-    Person person;
-    return AskPerson(
-        person, [] { return [BrowserUtils VerifyBrowsers:YES]; },
-        [&person] { person.Click(kExit, kRow); });
+    DesktopUser user;
+    return AskUser(
+        user, [] { return [BrowserUtils VerifyBrowsers:YES]; },
+        [&user] { user.Click(kExit, kRow); });
 }
 
 int Open(NSString* address, NSString* browser) {
