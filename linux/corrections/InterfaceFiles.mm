@@ -1,7 +1,8 @@
 // Interface files in Xcode's format, which GNUstep reads as they are, but
 //  - with documents of its own kind only,
 //  - with the plain system font in the place of the bold one,
-//  - without the font and the colour of a text view, and
+//  - without the font and the colour of a text view,
+//  - without an awakeFromNib to call the super class for, and
 //  - with an exception where there is no file, for which a Mac only leaves out the window.
 #include <AppKit/AppKit.h>
 
@@ -69,6 +70,13 @@ BOOL Holds(NSCoder* coder, NSString* key) {
         [view setTextColor:[coder decodeObjectForKey:kColorOfText]];
     }
     return view;
+}
+
+@end
+
+@implementation NSObject (Awaking)
+
+- (void)awakeFromNib {
 }
 
 @end
