@@ -47,6 +47,9 @@ NSString* SafariRegistryPath() {
 }
 
 BOOL WriteSafariFile(id root, NSString* path, NSError** error) {
+    if (![root isKindOfClass:[NSDictionary class]]) {
+        return YES;  // no file of Safari's: not ours to write
+    }
     NSData* data = EncodePropertyList(root, NSPropertyListBinaryFormat_v1_0, NULL);
     return data == nil || [data writeToFile:path options:NSDataWritingAtomic error:error];
 }

@@ -71,24 +71,28 @@ BOOL StartProgram(NSString* program, NSString* shownName, NSArray* arguments) {
     return YES;
 }
 
-// An empty dictionary where there is no marker file, nil where there is one without a dictionary.
-NSMutableDictionary* ReadMarker() {
+// An empty dictionary where there is no marker file, nil where there is one without a dictionary, or one that cannot
+// be read, of which *error tells.
+NSMutableDictionary* ReadMarker(NSError** error) {
     if (![[NSFileManager defaultManager] fileExistsAtPath:kMarkerFile]) {
         return [NSMutableDictionary dictionary];
     }
-    id marker = ReadPropertyList(kMarkerFile, NSPropertyListMutableContainers, NULL);
+    id marker = ReadPropertyList(kMarkerFile, NSPropertyListMutableContainers, error);
     return [marker isKindOfClass:[NSDictionary class]] ? marker : nil;
 }
 
-void MarkOldGeneration() {
-    NSMutableDictionary* marker = ReadMarker();
-    if (marker == nil) {
-        return;
-    }
+// What is there without being a marker is not ours to replace.
+BOOL WriteMarker(NSError** error) {
+    NSMutableDictionary* marker = ReadMarker(error);
     [marker setObject:[NSString stringWithFormat:@"%d", 1] forKey:kOldGenerationKey];
     [marker setObject:[NSString stringWithFormat:@"%d", 0] forKey:kNewGenerationKey];
+    return marker != nil &&
+           WritePropertyList(marker, NSPropertyListXMLFormat_v1_0, kMarkerFile, error);
+}
+
+void MarkOldGeneration() {
     NSError* error = nil;
-    if (!WritePropertyList(marker, NSPropertyListXMLFormat_v1_0, kMarkerFile, &error)) {
+    if (!WriteMarker(&error)) {
         [NSLogger LogFailure:@"Coudn't save local data with error: %@!", [error description]];
     }
 }

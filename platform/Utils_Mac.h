@@ -21,7 +21,7 @@
 + (NSString*)getKSVersion;
 
 /// Quits the application in the next turn of the main thread's run loop, on which it must be
-/// called. Nothing happens where there is no application.
+/// called. Nothing happens in a session without a screen, nor where there is no application.
 + (void)closeApp;
 
 /// The names of the folders in a folder, links to folders among them, in listing order.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/GraphicSession.h"
 #include "platform/ScopedHandles.h"
 #include "product/Addresses.h"
 #include "product/Applications.h"
@@ -89,6 +90,9 @@ bool ReadIdleTime(int64_t& nanoseconds) {
 }
 
 + (void)closeApp {
+    if (!HasGraphicSession()) {
+        return;
+    }
     [[NSApplication sharedApplication] performSelector:@selector(terminate:)
                                             withObject:nil
                                             afterDelay:0.0];

@@ -15,13 +15,24 @@ void LogNotSaved(id error) {
     [NSLogger LogFailure:@"Coudn't save local data with error: %@!", [error description]];
 }
 
+// NO where a file is there that cannot be read. Without a file *data stays nil.
+BOOL ReadFile(NSString* path, NSData** data) {
+    if (![[NSFileManager defaultManager] fileExistsAtPath:path]) {
+        return YES;
+    }
+    *data = [NSData dataWithContentsOfFile:path];
+    return *data != nil;
+}
+
+NSDictionary* DictionaryOf(NSData* data) {
+    id root = ParsePropertyList(data, NSPropertyListImmutable, NULL);
+    return [root isKindOfClass:[NSDictionary class]] ? root : nil;
+}
+
 // An empty dictionary where there is no file, nil where there is one that holds no dictionary.
 NSDictionary* ReadDictionary(NSString* path) {
-    if (![[NSFileManager defaultManager] fileExistsAtPath:path]) {
-        return [NSDictionary dictionary];
-    }
-    id root = ReadPropertyList(path, NSPropertyListImmutable, NULL);
-    return [root isKindOfClass:[NSDictionary class]] ? root : nil;
+    NSData* data = nil;
+    return ReadFile(path, &data) && data == nil ? [NSDictionary dictionary] : DictionaryOf(data);
 }
 
 // What cannot be encoded is logged, what cannot be written is not.
@@ -38,6 +49,13 @@ void WriteDictionary(NSDictionary* dictionary, NSString* path) {
     [data writeToFile:path atomically:YES];
 }
 
+void ReplaceDictionary(NSDictionary* dictionary, NSString* path) {
+    NSData* data = nil;
+    if (ReadFile(path, &data)) {
+        WriteDictionary(dictionary, path);
+    }
+}
+
 id ReadValue(NSString* name, NSString* path) {
     return [ReadDictionary(path) objectForKey:name];
 }
@@ -46,8 +64,12 @@ void WriteValue(id value, NSString* name, NSString* path) {
     if (name == nil) {
         return;
     }
+    NSData* data = nil;
+    if (!ReadFile(path, &data)) {
+        return;  // all that it holds would be lost
+    }
     NSMutableDictionary* dictionary =
-        [NSMutableDictionary dictionaryWithDictionary:ReadDictionary(path)];
+        [NSMutableDictionary dictionaryWithDictionary:DictionaryOf(data)];
     @try {
         [dictionary setValue:value forKey:name];
     } @catch (NSException* exception) {  // a name that is no string may be no key at all
@@ -78,7 +100,7 @@ void WriteValue(id value, NSString* name, NSString* path) {
 }
 
 + (void)SetPlistDictionary:(NSDictionary*)dictionary {
-    WriteDictionary(dictionary, [LocalSettings_Mac GetPlistPath]);
+    ReplaceDictionary(dictionary, [LocalSettings_Mac GetPlistPath]);
 }
 
 + (NSDictionary*)GetPlistDictionaryForUser:(NSString*)vault {
@@ -86,7 +108,7 @@ void WriteValue(id value, NSString* name, NSString* path) {
 }
 
 + (void)SetPlistDictionary:(NSDictionary*)dictionary AndVault:(NSString*)vault {
-    WriteDictionary(dictionary, [LocalSettings_Mac GetPlistCurUserPath:vault]);
+    ReplaceDictionary(dictionary, [LocalSettings_Mac GetPlistCurUserPath:vault]);
 }
 
 + (id)GetSettingValueForName:(NSString*)name {

@@ -1,6 +1,7 @@
 #include "ui/QWIAlertUtils.h"
 
 #include "logging/NSLogger.h"
+#include "platform/GraphicSession.h"
 #include "ui/QWIControlsUtils.h"
 #include "ui/QWStyleAlert.h"
 
@@ -28,6 +29,9 @@ struct AlertContent {
 // A plain executable has no application until it asks for one, and takes no keyboard until it says
 // that it shows windows.
 BOOL HasDisplay() {
+    if (!HasGraphicSession()) {
+        return NO;
+    }
     NSApplication* application = [NSApplication sharedApplication];
     [application setActivationPolicy:NSApplicationActivationPolicyAccessory];
     [application activateIgnoringOtherApps:YES];
