@@ -95,7 +95,7 @@ class ChromeInstallTest : public testing::Test {
 
     // The log, errors cut behind their code.
     std::string Log() {
-        static const std::regex error(R"(Error Domain=\w+ (Code=\d+) "[^\n]*)");
+        static const std::regex error(R"(Error Domain=\w+ (Code=\d+) "[^\n]*(\n    \w+\n\)\})?)");
         return std::regex_replace(WithoutTime(log.Bytes()), error, "$1");
     }
 
