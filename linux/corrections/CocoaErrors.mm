@@ -151,8 +151,25 @@ NSError* FileError(NSInteger code, NSString* sentence, NSString* path, NSDiction
     return [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info];
 }
 
-/// What is known of an error by its domain and number alone.
-NSString* KnownText(NSString* domain, NSInteger code) {
+/// Of a text that is not in the encoding asked for: written when it is asked for, so that who makes
+/// such an error need not know it.
+NSString* EncodingSentence(NSDictionary* userInfo) {
+    const auto encoding = static_cast<NSStringEncoding>(
+        [[userInfo objectForKey:NSStringEncodingErrorKey] unsignedLongValue]);
+    return [NSString stringWithFormat:@"The file %@ couldn’t be opened using text encoding %@.",
+                                      Quoted([userInfo objectForKey:NSFilePathErrorKey]),
+                                      encoding == NSUTF8StringEncoding
+                                          ? @"Unicode (UTF-8)"
+                                          : [NSString localizedNameOfStringEncoding:encoding]];
+}
+
+/// What is known of an error by its domain and number.
+NSString* KnownText(NSError* error) {
+    NSString* domain = [error domain];
+    const NSInteger code = [error code];
+    if ([domain isEqual:NSCocoaErrorDomain] && code == NSFileReadInapplicableStringEncodingError) {
+        return EncodingSentence([error userInfo]);
+    }
     if ([domain isEqual:NSOSStatusErrorDomain] && code == kMissingFileStatus) {
         return kMissingFile;
     }
@@ -208,18 +225,15 @@ BOOL FailEncoding(NSError** slot, FileAction action, NSStringEncoding encoding, 
     if (slot == nullptr) {
         return NO;
     }
-    NSString* sentence =
-        IsReading(action)
-            ? [NSString stringWithFormat:@"The file %@ couldn’t be opened using text encoding %@.",
-                                         Quoted(path),
-                                         encoding == NSUTF8StringEncoding
-                                             ? @"Unicode (UTF-8)"
-                                             : [NSString localizedNameOfStringEncoding:encoding]]
-            : Filled(Sentence(action, NSFileWriteInapplicableStringEncodingError), path, nil);
-    *slot = FileError(IsReading(action) ? NSFileReadInapplicableStringEncodingError
-                                        : NSFileWriteInapplicableStringEncodingError,
-                      sentence, path,
-                      @{NSStringEncodingErrorKey : [NSNumber numberWithUnsignedLong:encoding]});
+    NSMutableDictionary* info =
+        [NSMutableDictionary dictionaryWithObject:[NSNumber numberWithUnsignedLong:encoding]
+                                           forKey:NSStringEncodingErrorKey];
+    [info setObject:path forKey:NSFilePathErrorKey];
+    const NSInteger code = IsReading(action) ? NSFileReadInapplicableStringEncodingError
+                                             : NSFileWriteInapplicableStringEncodingError;
+    *slot = IsReading(action)
+                ? [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info]
+                : FileError(code, Filled(Sentence(action, code), path, nil), path, info);
     return NO;
 }
 
@@ -231,7 +245,7 @@ BOOL FailEncoding(NSError** slot, FileAction action, NSStringEncoding encoding, 
         text = [[self userInfo] objectForKey:NSLocalizedDescriptionKey];
     }
     if (text == nil) {
-        text = KnownText([self domain], [self code]);
+        text = KnownText(self);
     }
     NSString* info = UserInfoText([self userInfo]);
     NSString* head = [NSString stringWithFormat:@"Error Domain=%@ Code=%ld \"%@\"", [self domain],
@@ -245,9 +259,12 @@ BOOL FailEncoding(NSError** slot, FileAction action, NSStringEncoding encoding, 
     if (text != nil) {
         return text;
     }
+    if ([[self domain] isEqual:NSCocoaErrorDomain] && KnownText(self) != nil) {
+        return KnownText(self);
+    }
     NSString* known =
         [[self domain] isEqual:NSPOSIXErrorDomain]
-            ? KnownText([self domain], [self code])
+            ? KnownText(self)
             : [NSString stringWithFormat:@"(%@ error %ld.)", [self domain], (long)[self code]];
     return [@"The operation couldn’t be completed. " stringByAppendingString:known];
 }

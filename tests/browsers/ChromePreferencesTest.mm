@@ -137,13 +137,16 @@ TEST_F(ChromePreferencesTest, ACombiningCharacterHidesNoSetting) {
 }
 
 TEST_F(ChromePreferencesTest, InvalidUtf8IsLeftAloneAndReported) {
-    for (const std::string& bad :
-         {"\xFF\xFE"s, "\xC3"s, "\xED\xA0\x80"s, "\xC0\x80"s, "\xF4\x90\x80\x80"s, "\x80"s}) {
+    for (const std::string& bad : {"\xFF\xFE"s, "\xC3"s, "\xED\xA0\x80"s, "\xC0\x80"s,
+                                   "\xF4\x90\x80\x80"s, "\x80"s, "\xA9"s, "\xA9 1999"s}) {
         for (const BOOL on : {YES, NO}) {
             WriteFile(kFile, kOn + kOff + bad);
             NSError* error = nil;
             EXPECT_FALSE(SwitchChromePasswordManager(on, &error));
             EXPECT_EQ([error code], NSFileReadInapplicableStringEncodingError);
+            EXPECT_TRUE([[error description]
+                hasPrefix:@"Error Domain=NSCocoaErrorDomain Code=261 \"The file “Preferences” "
+                          @"couldn’t be opened using text encoding Unicode (UTF-8).\" "]);
             EXPECT_EQ(ReadFile(kFile), kOn + kOff + bad);
         }
     }

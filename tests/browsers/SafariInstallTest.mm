@@ -256,10 +256,12 @@ TEST_F(SafariInstallTest, AutoFillInPreferencesThatCannotBeParsedDoesNothingWith
     EXPECT_EQ(Log(), "");
 }
 
-TEST_F(SafariInstallTest, AutoFillInAnArrayIsWrittenBackAsItIs) {
-    WriteFile(kPreferences, Encoded("['AutoFillPasswords']", "XML"));
-    [SafariInstall setFillPasswords:NO];
-    EXPECT_EQ(Decoded(kPreferences), "['AutoFillPasswords']");
+TEST_F(SafariInstallTest, AutoFillInWhatIsNoDictionaryIsNotWritten) {
+    for (const std::string& bytes : {Encoded("['AutoFillPasswords']", "XML"), "b"s}) {
+        WriteFile(kPreferences, bytes);
+        [SafariInstall setFillPasswords:NO];
+        EXPECT_EQ(ReadFile(kPreferences), bytes);
+    }
 }
 
 TEST_F(SafariInstallTest, AutoFillThatCannotBeWrittenIsToldAsInformation) {

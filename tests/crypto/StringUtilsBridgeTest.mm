@@ -4,6 +4,7 @@
 
 #include <clocale>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -64,22 +65,29 @@ TEST(CocoaToWide, GivesNothingForNil) {
     EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:nil], L"");
 }
 
-// There is no UTF-8 of it, which in a locale that has every character is seen apart.
-TEST(CocoaToWide, GivesNothingForAnUnpairedSurrogate) {
+// Built from single characters: GNUstep makes no string of a half in any other way.
+NSString* TextOf(const std::vector<unichar>& units) {
+    NSMutableString* text = [NSMutableString string];
+    for (const unichar unit : units) {
+        [text appendFormat:@"%C", unit];
+    }
+    return text;
+}
+
+// In a locale that has every character, so that it can be seen.
+TEST(CocoaToWide, GivesAReplacementForAnUnpairedSurrogate) {
     const Locale utf8("C.UTF-8");
     @autoreleasepool {
-        const unichar half[] = {'a', 0xD83D, 'b'};
-        NSString* text = [NSString stringWithCharacters:half length:3];
-        EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:text], L"");
-        const unichar whole[] = {'a', 0xD83D, 0xDE00, 'b'};
-        text = [NSString stringWithCharacters:whole length:4];
-        EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:text], L"a\U0001F600b");
+        EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:TextOf({'a', 0xD83D, 'b'})],
+                  L"a\uFFFDb");
+        EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:TextOf({'a', 0xD83D, 0xDE00, 'b'})],
+                  L"a\U0001F600b");
     }
 }
 
-TEST(CocoaToWide, GivesNothingForWhatTheLocaleRejects) {
+TEST(CocoaToWide, GivesACharacterAByteOfTheUtf8Form) {
     @autoreleasepool {
         NSString* text = [NSString stringWithUTF8String:"caf\u00E9"];
-        EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:text], L"");
+        EXPECT_EQ([StringUtilsBridge ConvertNSStringToWString:text], L"caf\u00C3\u00A9");
     }
 }

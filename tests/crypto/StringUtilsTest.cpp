@@ -65,10 +65,11 @@ TEST(BytesToWide, StopsAtTheFirstNul) {
     EXPECT_EQ(ConvertStringToWString(Bytes({0, 'b'})), L"");
 }
 
-TEST(BytesToWide, GivesNothingForAByteThatTheLocaleRejects) {
+// As macOS's C locale has it: no byte means nothing, and none begins a longer character.
+TEST(BytesToWide, TakesEveryByteForTheCharacterOfItsValue) {
     ASSERT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
-    EXPECT_EQ(ConvertStringToWString("caf\xC3\xA9"), L"");
-    EXPECT_EQ(ConvertStringToWString(Bytes({'a', 0, 0xFF})), L"a") << "behind the end";
+    EXPECT_EQ(ConvertStringToWString("caf\xC3\xA9"), Wide({'c', 'a', 'f', 0xC3, 0xA9}));
+    EXPECT_EQ(ConvertStringToWString(Bytes({0x80, 0xFF})), Wide({0x80, 0xFF}));
 }
 
 TEST(Utf16ToWide, GivesOneCharacterACodePoint) {
@@ -261,14 +262,20 @@ TEST(LineBreaks, BecomeBlanksOneForOne) {
 TEST(LowerCase, FollowsUnicode) {
     EXPECT_EQ(LowerCase(""), "");
     EXPECT_EQ(LowerCase("HKEY Keystrel 123"), "hkey keystrel 123");
-    EXPECT_EQ(LowerCase("\u00C4\u00D1\u0416"), "\u00E4\u00F1\u0436");
+}
+
+// The bytes are taken for Mac Roman, as a Western user's Mac takes them, and come back as UTF-8.
+TEST(LowerCase, TakesBytesForMacRoman) {
+    EXPECT_EQ(LowerCase("\x80\x84\xAE"), "\u00E4\u00F1\u00E6");
+    EXPECT_EQ(LowerCase("\u00C4"), "\u221A\u00F1") << "UTF-8 is something else there";
 }
 
 TEST(LowerCase, StopsAtTheFirstNul) {
     EXPECT_EQ(LowerCase(Bytes({'A', 0, 'B'})), "a");
 }
 
-TEST(LowerCase, GivesNothingForBytesThatAreNoText) {
-    EXPECT_EQ(LowerCase("A\xFF"), "");
-    EXPECT_EQ(LowerCase("\xED\xA0\x80"), "");
+TEST(LowerCase, KnowsEveryByte) {
+    for (int byte = 1; byte < 256; ++byte) {
+        EXPECT_NE(LowerCase(std::string(1, static_cast<char>(byte))), "") << byte;
+    }
 }

@@ -1,6 +1,7 @@
 #include "platform/Utils_Mac.h"
 
 #include <AppKit/AppKit.h>
+#include <Security/Security.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -247,6 +248,7 @@ TEST(HidReset, IsAPlaceholder) {
 }
 
 QuitRecorder* application = nil;
+bool hasScreen = true;
 
 id SharedApplication(id /*receiver*/, SEL /*selector*/) {
     return application;
@@ -278,4 +280,26 @@ TEST(Quitting, WithoutAnApplicationIsNothing) {
     RunTheLoop();
 }
 
+id NeverAsked(id /*receiver*/, SEL /*selector*/) {
+    ADD_FAILURE() << "without a screen AppKit may end the program, or hang";
+    return nil;
+}
+
+TEST(Quitting, WithoutAScreenDoesNotAskAppKit) {
+    const ReplacedMethod shared(ReplacedMethod::ClassMethod, [NSApplication class],
+                                @selector(sharedApplication), reinterpret_cast<IMP>(NeverAsked));
+    hasScreen = false;
+    [Utils_Mac closeApp];
+    hasScreen = true;
+    RunTheLoop();
+}
+
 }  // namespace
+
+// In the place of the platform's.
+OSStatus SessionGetInfo(SecuritySessionId session, SecuritySessionId*,
+                        SessionAttributeBits* attributes) {
+    EXPECT_EQ(session, callerSecuritySession);
+    *attributes = hasScreen ? sessionHasGraphicAccess : 0;
+    return errSessionSuccess;
+}

@@ -241,13 +241,16 @@ TEST_F(BadFile, CountsAsEmptyStaysAsItIsByReadingAndIsReplacedByASetter) {
     }
 }
 
-TEST_F(BadFile, ThatCannotBeReadCountsAsEmpty) {
+TEST_F(BadFile, ThatCannotBeReadCountsAsEmptyAndStays) {
     WriteXml(file, "{'k': 'v'}");
     const std::string bytes = ReadFile(file);
     ASSERT_EQ(chmod(file.c_str(), 0), 0);
     ExpectNothingIsRead();
+    [LocalSettings_Mac SetSettingValue:@"w" withName:@"k"];
+    [LocalSettings_Mac RemoveSettingForName:@"k"];
+    [LocalSettings_Mac SetPlistDictionary:[NSDictionary dictionary]];
     ASSERT_EQ(chmod(file.c_str(), 0644), 0);
-    EXPECT_EQ(ReadFile(file), bytes);
+    EXPECT_EQ(ReadFile(file), bytes) << "no setter replaces what nobody could read";
 }
 
 TEST_F(BadFile, ThatIsAFolderStaysOne) {
