@@ -1,5 +1,6 @@
 """Firefox, driven by Marionette: messages as JSON with their length before them."""
 
+import contextlib
 import json
 import os
 import re
@@ -60,9 +61,9 @@ class Firefox:
         return self
 
     def __exit__(self, *_):
-        if self.process.poll() is None:
+        with contextlib.suppress(EOFError, ConnectionError):  # it may have ended already
             self.call("Marionette:Quit", flags=["eAttemptQuit"])
-            self.process.communicate(timeout=PATIENCE)
+        self.process.communicate(timeout=PATIENCE)
         self._socket.close()
 
     def load(self, folder, temporary=True):
