@@ -11,8 +11,8 @@ from tests.support import build
 from tests.support.mac import Mac
 
 HERE = pathlib.Path(__file__).parent
-PROGRAMS = ("KSExtensionInstaller", "product_calls", "libmacos-standins.so", "Resources")
-
+PROGRAMS = ("KSExtensionInstaller", "product_calls")
+BESIDE_THEM = ("libmacos-standins.so", "Resources")
 
 # The applications' programs, by their names in a Mac root (see places).
 APPLICATIONS = {
@@ -46,10 +46,10 @@ class BrowserMac(Mac):
 
 def furnish(mac):
     """Puts the build's programs on a Mac."""
-    for name in PROGRAMS:
-        source, target = build.folder() / "bin" / name, mac.path("/opt/product") / name
-        target.parent.mkdir(parents=True, exist_ok=True)
-        (shutil.copytree if source.is_dir() else shutil.copy)(source, target)
+    folder = mac.path("/opt/product")
+    folder.mkdir(parents=True)
+    for source in (*map(build.program, PROGRAMS), *(build.folder() / "bin" / name for name in BESIDE_THEM)):
+        (shutil.copytree if source.is_dir() else shutil.copy)(source, folder / source.name)
 
 
 @pytest.fixture(scope="session", autouse=True)

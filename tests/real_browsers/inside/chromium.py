@@ -1,5 +1,6 @@
 """Chromium, driven over a pipe of its own: one JSON object a message, ended by NUL."""
 
+import contextlib
 import json
 import os
 import select
@@ -38,9 +39,9 @@ class Chromium:
         return self
 
     def __exit__(self, *_):
-        if self.process.poll() is None:
+        with contextlib.suppress(EOFError, BrokenPipeError):  # it may have ended already
             self.call("Browser.close")
-            self.process.wait(PATIENCE)
+        self.process.wait(PATIENCE)
         os.close(self._read)
         os.close(self._write)
 

@@ -1,5 +1,6 @@
 """Firefox, driven by Marionette: messages as JSON with their length before them."""
 
+import contextlib
 import json
 import os
 import re
@@ -25,7 +26,7 @@ _PREFERENCES = {
 _LISTENING = re.compile(rb"Listening on port (\d+)")
 
 
-def prepare(profile, **more):
+def _prepare(profile):
     """Makes a profile ready to be driven, and a Mac's folder of host manifests the one that is read."""
     os.makedirs(profile, exist_ok=True)
     hosts = os.path.expanduser("~/.mozilla/native-messaging-hosts")
@@ -33,7 +34,7 @@ def prepare(profile, **more):
         os.makedirs(os.path.dirname(hosts), exist_ok=True)
         os.symlink("../Library/Application Support/Mozilla/NativeMessagingHosts", hosts)
     with open(f"{profile}/user.js", "w", encoding="utf-8") as file:
-        for name, value in {**_PREFERENCES, **more}.items():
+        for name, value in _PREFERENCES.items():
             file.write(f"user_pref({json.dumps(name)}, {json.dumps(value)});\n")
 
 
@@ -41,7 +42,7 @@ class Firefox:
     """A running browser; `with` ends it as a person does."""
 
     def __init__(self, profile, *options, program=PROGRAM):
-        prepare(profile)
+        _prepare(profile)
         self.process = subprocess.Popen(
             [program, "--marionette", "--remote-allow-system-access", "--profile", profile, *options],
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
@@ -60,9 +61,9 @@ class Firefox:
         return self
 
     def __exit__(self, *_):
-        if self.process.poll() is None:
+        with contextlib.suppress(EOFError, ConnectionError):  # it may have ended already
             self.call("Marionette:Quit", flags=["eAttemptQuit"])
-            self.process.communicate(timeout=PATIENCE)
+        self.process.communicate(timeout=PATIENCE)
         self._socket.close()
 
     def load(self, folder, temporary=True):

@@ -27,5 +27,5 @@ def open_address(browser):
         processes.wait_until_none()
         with start() as running:
             shown["running"] = opened("running")
-            shown["same process"] = processes.main_processes() == [running.process.pid]
+            shown["same process"] = processes.is_alone(running.process.pid)
         return shown

@@ -3,6 +3,7 @@
 import json
 import os
 import shutil
+import signal
 
 from inside import product
 from inside.chromium import Chromium
@@ -103,9 +104,11 @@ def broken():
 def overwritten():
     """Whether the edit is there after a run beside a running Chromium, and after that has ended."""
     _make_profile()
-    _write_as_years_ago()
     with _chromium() as browser:
         _offers_to_save_passwords(browser)  # by then it has read the file
+        browser.process.send_signal(signal.SIGSTOP)  # it writes the file whenever it likes
+        _write_as_years_ago()
         product.install()
         there = ["password_manager_enabled" in _text()]
+        browser.process.send_signal(signal.SIGCONT)
     return [*there, "password_manager_enabled" in _text()]

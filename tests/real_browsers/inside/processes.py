@@ -28,13 +28,29 @@ def main_processes():
             and "crash" not in command]
 
 
+def is_alone(number):
+    """Whether that is the only main process, once those have ended that only hand an address on."""
+    for other in main_processes():
+        if other != number:
+            _has_ended(other)
+    return main_processes() == [number]
+
+
 def wait_until_none():
     """Waits until all have ended that run, and those that they start meanwhile."""
-    while numbers := running():
-        for number in numbers:
-            with contextlib.suppress(ProcessLookupError):
-                ended = os.pidfd_open(number)
-                is_there = select.select([ended], [], [], PATIENCE)[0]
-                os.close(ended)
-                if not is_there:
-                    raise TimeoutError(f"still running: {numbers[number]}")
+    while commands := running():
+        for number, command in commands.items():
+            if not _has_ended(number):
+                raise TimeoutError(f"still running: {command}")
+
+
+def _has_ended(number):
+    """Waits for that, but not for ever."""
+    try:
+        end = os.pidfd_open(number)
+    except ProcessLookupError:
+        return True
+    try:
+        return bool(select.select([end], [], [], PATIENCE)[0])
+    finally:
+        os.close(end)

@@ -65,4 +65,4 @@ def cleaned():
                 "registry mentions the product": "Keystrel" in open(
                     f"{product.FIREFOX}/extensions.rdf", encoding="utf-8").read(),
                 "add-on is active": browser.evaluate_inside(_IS_ACTIVE),
-                "same process": processes.main_processes() == [browser.process.pid]}
+                "same process": processes.is_alone(browser.process.pid)}

@@ -2,10 +2,11 @@
 
 import contextlib
 import glob
+import time
 
 from inside import product
 from inside.chromium import Chromium
-from inside.firefox import Firefox
+from inside.firefox import PATIENCE, Firefox
 
 
 def of_chromium(*options):
@@ -15,13 +16,20 @@ def of_chromium(*options):
 
 
 def of_firefox():
-    """The kernel's filter of each process that shows pages: 2 where it checks system calls."""
+    """The kernel's filter of each process that shows pages: 2 where it checks system calls. One that
+    has just been started has none yet, and is waited for.
+    """
+    end = time.monotonic() + PATIENCE
     with Firefox(product.FIREFOX, "--headless", "--no-remote"):
-        found = list(filter(None, map(_status, glob.glob("/proc/[0-9]*/status"))))
-    return [status["Seccomp"] for status in found if status["Name"].endswith("Web Content")]
+        while True:
+            filters = [status["Seccomp"] for status in map(_status, glob.glob("/proc/[0-9]*/status"))
+                       if status.get("Name", "").endswith("Web Content")]
+            if filters and set(filters) == {"2"} or time.monotonic() > end:
+                return filters
 
 
 def _status(path):
     """Nothing of a process that has just ended."""
     with contextlib.suppress(OSError), open(path, encoding="utf-8") as lines:
         return dict(line.rstrip("\n").split(":\t", 1) for line in lines)
+    return {}
