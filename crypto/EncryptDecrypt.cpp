@@ -4,7 +4,7 @@
 
 namespace {
 
-void ProcessChunks(AesEngine::Cipher cipher, const AesEngine::Schedule& schedule, int32_t rounds,
+void ProcessChunks(decltype(rijndaelEncrypt) cipher, const AesEngine::Schedule& schedule, int32_t rounds,
                    const std::string& in, uint8_t* out, int32_t length) {
     uint8_t inputBlock[kRijndaelBlockBytes] = {};
     uint8_t outputBlock[kRijndaelBlockBytes];
