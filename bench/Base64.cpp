@@ -1,5 +1,5 @@
-// Base64 of 48 kB. The peers write into memory that is there; our functions return a new string, and
-// making it counts.
+// Base64 of 48 kB. The peers write into memory that is there; our functions return a new string,
+// and making it counts.
 #include <glib.h>
 #include <openssl/evp.h>
 

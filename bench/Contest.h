@@ -6,8 +6,8 @@
 #include <random>
 #include <string>
 
-/// Registers one contestant of a row as "ROW/WHO". All contestants of a row do the same work; one that
-/// gives another result than `expected` fails the bench.
+/// Registers one contestant of a row as "ROW/WHO". All contestants of a row do the same work; one
+/// that gives another result than `expected` fails the bench.
 /// @param bytes  what one turn works through; 0 where turns are counted
 /// @param work   one turn: called with the string that receives the result, already of its size
 template <typename Work>

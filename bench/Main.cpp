@@ -1,5 +1,5 @@
-// KS_BENCH_PORTABLE=1 keeps libgcrypt from what the processor has beyond its basic instructions; the other
-// libraries take variables of their own.
+// KS_BENCH_PORTABLE=1 keeps libgcrypt from what the processor has beyond its basic instructions;
+// the other libraries take variables of their own.
 #include <gcrypt.h>
 
 #include <cstdlib>

@@ -18,9 +18,9 @@ constexpr Tables kDecipher = MakeTables(MakeInverse(kSBox), {14, 9, 13, 11});
 constexpr int kEncipherShift = 1;
 constexpr int kDecipherShift = 3;
 
-// The address of a table is read where the compiler cannot foresee it. One register then serves for all
-// five tables; knowing the address, clang computes that of each table anew for every look-up, which
-// makes enciphering a quarter slower.
+// The address of a table is read where the compiler cannot foresee it. One register then serves for
+// all five tables; knowing the address, clang computes that of each table anew for every look-up,
+// which makes enciphering a quarter slower.
 const Tables* const volatile kEncipherAddress = &kEncipher;
 const Tables* const volatile kDecipherAddress = &kDecipher;
 
@@ -49,16 +49,18 @@ uint32_t InvMixColumn(uint32_t word) {
     return mixed;
 }
 
-[[gnu::always_inline]] inline void LoadState(const unsigned long* rk, const uint8_t* in, uint32_t* state) {
+[[gnu::always_inline]] inline void LoadState(const unsigned long* rk, const uint8_t* in,
+                                             uint32_t* state) {
     for (int c = 0; c < kColumns; ++c) {
         state[c] = Load(in + 4 * c) ^ static_cast<uint32_t>(rk[c]);
     }
 }
 
-/// A round but the last one. Word by word of the old state: each is done with after its four look-ups,
-/// so that old and new state need no more registers together than there are.
+/// A round but the last one. Word by word of the old state: each is done with after its four
+/// look-ups, so that old and new state need no more registers together than there are.
 template <int shift>
-[[gnu::always_inline]] inline void Round(const Tables& tables, const unsigned long* rk, uint32_t* state) {
+[[gnu::always_inline]] inline void Round(const Tables& tables, const unsigned long* rk,
+                                         uint32_t* state) {
     State next;
     for (int c = 0; c < kColumns; ++c) {
         next[c] = static_cast<uint32_t>(rk[c]);
@@ -73,20 +75,20 @@ template <int shift>
 }
 
 template <int shift>
-[[gnu::always_inline]] inline void LastRound(const Tables& tables, const unsigned long* rk, const uint32_t* state, uint8_t* out) {
+[[gnu::always_inline]] inline void LastRound(const Tables& tables, const unsigned long* rk,
+                                             const uint32_t* state, uint8_t* out) {
     for (int c = 0; c < kColumns; ++c) {
         const auto substituted = [&](int row) {
             return tables.sbox[Byte(state[(c + row * shift) % kColumns], row)];
         };
-        const uint32_t word =
-            Word(substituted(0), substituted(1), substituted(2), substituted(3));
+        const uint32_t word = Word(substituted(0), substituted(1), substituted(2), substituted(3));
         Store(word ^ static_cast<uint32_t>(rk[c]), out + 4 * c);
     }
 }
 
 template <int shift>
-void ProcessBlock(const Tables& tables, const unsigned long* rk, int32_t nrounds,
-                  const uint8_t* in, uint8_t* out) {
+void ProcessBlock(const Tables& tables, const unsigned long* rk, int32_t nrounds, const uint8_t* in,
+                  uint8_t* out) {
     State state;
     LoadState(rk, in, state);
     for (int32_t round = 1; round < nrounds; ++round) {
@@ -96,9 +98,10 @@ void ProcessBlock(const Tables& tables, const unsigned long* rk, int32_t nrounds
     LastRound<shift>(tables, rk + kColumns, state, out);
 }
 
-/// Two blocks at once: they do not depend on each other, so the processor starts the look-ups of one
-/// while those of the other are under way. The fences, which become no instruction, keep the compiler from mixing
-/// the rounds of the two any finer than this, for which there are too few registers.
+/// Two blocks at once: they do not depend on each other, so the processor starts the look-ups of
+/// one while those of the other are under way. The fences, which become no instruction, keep the
+/// compiler from mixing the rounds of the two any finer than this, for which there are too few
+/// registers.
 template <int shift>
 void ProcessTwoBlocks(const Tables& tables, const unsigned long* rk, int32_t nrounds,
                       const uint8_t* in, uint8_t* out) {
@@ -149,15 +152,19 @@ int32_t rijndaelSetupEncrypt(unsigned long* rk, const uint8_t* key, int32_t keyb
     }
     uint8_t roundConstant = 1;
     for (int first = keyWords; first < words; first += keyWords) {
-        word = SubWord(word << 8 | word >> 24) ^ uint32_t{roundConstant} << 24;
+        word = SubWord(word << 8 | word >> 24) ^ uint32_t { roundConstant } << 24;
         roundConstant = Multiply(roundConstant, 2);
+        // Summed up aside, the old words do not wait for the look-ups of the new one.
+        uint32_t sum = 0;
         for (int i = first; i < std::min(first + keyWords, words); ++i) {
             if (keyWords > 6 && i == first + 4) {
-                word = SubWord(word);
+                word = SubWord(word ^ sum);
+                sum = 0;
             }
-            word ^= static_cast<uint32_t>(rk[i - keyWords]);
-            rk[i] = word;
+            sum ^= static_cast<uint32_t>(rk[i - keyWords]);
+            rk[i] = word ^ sum;
         }
+        word ^= sum;
     }
     return nrounds;
 }

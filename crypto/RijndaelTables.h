@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdint>
 
-/// The look-up tables of AES. They follow from the arithmetic of GF(2^8) and are made by the compiler.
-/// For the files of the cipher only.
+/// The look-up tables of AES. They follow from the arithmetic of GF(2^8) and are made by the
+/// compiler. For the files of the cipher only.
 namespace rijndael {
 
 /// Words of a block, which are the columns of its state.
