@@ -15,8 +15,8 @@ constexpr Tables kEncipher = MakeTables(kSBox, {2, 1, 1, 3});
 constexpr Tables kDecipher = MakeTables(MakeInverse(kSBox), {14, 9, 13, 11});
 
 // Row r takes its byte r * shift columns further right.
-constexpr int kEncipherShift = 1;
-constexpr int kDecipherShift = 3;
+constexpr size_t kEncipherShift = 1;
+constexpr size_t kDecipherShift = 3;
 
 // The address of a table is read where the compiler cannot foresee it. One register then serves for
 // all five tables; knowing the address, clang computes that of each table anew for every look-up,
@@ -31,7 +31,7 @@ uint32_t Load(const uint8_t* bytes) {
 }
 
 void Store(uint32_t word, uint8_t* bytes) {
-    for (int i = 0; i < 4; ++i) {
+    for (size_t i = 0; i < 4; ++i) {
         bytes[i] = Byte(word, i);
     }
 }
@@ -43,7 +43,7 @@ uint32_t SubWord(uint32_t word) {
 
 uint32_t InvMixColumn(uint32_t word) {
     uint32_t mixed = 0;
-    for (int row = 0; row < kColumns; ++row) {
+    for (size_t row = 0; row < kColumns; ++row) {
         mixed ^= kDecipher.mixed[row][kSBox[Byte(word, row)]];  // the S-boxes cancel out
     }
     return mixed;
@@ -51,34 +51,34 @@ uint32_t InvMixColumn(uint32_t word) {
 
 [[gnu::always_inline]] inline void LoadState(const unsigned long* rk, const uint8_t* in,
                                              uint32_t* state) {
-    for (int c = 0; c < kColumns; ++c) {
+    for (size_t c = 0; c < kColumns; ++c) {
         state[c] = Load(in + 4 * c) ^ static_cast<uint32_t>(rk[c]);
     }
 }
 
 /// A round but the last one. Word by word of the old state: each is done with after its four
 /// look-ups, so that old and new state need no more registers together than there are.
-template <int shift>
+template <size_t shift>
 [[gnu::always_inline]] inline void Round(const Tables& tables, const unsigned long* rk,
                                          uint32_t* state) {
     State next;
-    for (int c = 0; c < kColumns; ++c) {
+    for (size_t c = 0; c < kColumns; ++c) {
         next[c] = static_cast<uint32_t>(rk[c]);
     }
-    for (int c = 0; c < kColumns; ++c) {
-        for (int row = kColumns - 1; row >= 0; --row) {
-            const int target = (c + row * (kColumns - shift)) % kColumns;
+    for (size_t c = 0; c < kColumns; ++c) {
+        for (size_t row = kColumns; row-- > 0;) {
+            const size_t target = (c + row * (kColumns - shift)) % kColumns;
             next[target] ^= tables.mixed[row][Byte(state[c], row)];
         }
     }
     std::copy_n(next, kColumns, state);
 }
 
-template <int shift>
+template <size_t shift>
 [[gnu::always_inline]] inline void LastRound(const Tables& tables, const unsigned long* rk,
                                              const uint32_t* state, uint8_t* out) {
-    for (int c = 0; c < kColumns; ++c) {
-        const auto substituted = [&](int row) {
+    for (size_t c = 0; c < kColumns; ++c) {
+        const auto substituted = [&](size_t row) {
             return tables.sbox[Byte(state[(c + row * shift) % kColumns], row)];
         };
         const uint32_t word = Word(substituted(0), substituted(1), substituted(2), substituted(3));
@@ -86,7 +86,7 @@ template <int shift>
     }
 }
 
-template <int shift>
+template <size_t shift>
 void ProcessBlock(const Tables& tables, const unsigned long* rk, int32_t nrounds, const uint8_t* in,
                   uint8_t* out) {
     State state;
@@ -102,7 +102,7 @@ void ProcessBlock(const Tables& tables, const unsigned long* rk, int32_t nrounds
 /// one while those of the other are under way. The fences, which become no instruction, keep the
 /// compiler from mixing the rounds of the two any finer than this, for which there are too few
 /// registers.
-template <int shift>
+template <size_t shift>
 void ProcessTwoBlocks(const Tables& tables, const unsigned long* rk, int32_t nrounds,
                       const uint8_t* in, uint8_t* out) {
     const auto fence = [] { std::atomic_signal_fence(std::memory_order_seq_cst); };
@@ -123,7 +123,7 @@ void ProcessTwoBlocks(const Tables& tables, const unsigned long* rk, int32_t nro
     LastRound<shift>(tables, rk, second, out + kRijndaelBlockBytes);
 }
 
-template <int shift>
+template <size_t shift>
 void ProcessBlocks(const Tables& tables, const unsigned long* rk, int32_t nrounds,
                    const uint8_t* in, uint8_t* out, size_t count) {
     for (; count >= 2; count -= 2) {
@@ -142,21 +142,21 @@ int32_t rijndaelSetupEncrypt(unsigned long* rk, const uint8_t* key, int32_t keyb
     if (keybits != 128 && keybits != 192 && keybits != 256) {
         return 0;
     }
-    const int keyWords = keybits / 32;
-    const int32_t nrounds = keyWords + 6;
-    const int words = kColumns * (nrounds + 1);
+    const size_t keyWords = static_cast<size_t>(keybits) / 32;
+    const size_t rounds = keyWords + 6;
+    const size_t words = kColumns * (rounds + 1);
     uint32_t word = 0;
-    for (int i = 0; i < keyWords; ++i) {
+    for (size_t i = 0; i < keyWords; ++i) {
         word = Load(key + 4 * i);
         rk[i] = word;
     }
     uint8_t roundConstant = 1;
-    for (int first = keyWords; first < words; first += keyWords) {
-        word = SubWord(word << 8 | word >> 24) ^ uint32_t { roundConstant } << 24;
+    for (size_t first = keyWords; first < words; first += keyWords) {
+        word = SubWord(word << 8 | word >> 24) ^ uint32_t{roundConstant} << 24;
         roundConstant = Multiply(roundConstant, 2);
         // Summed up aside, the old words do not wait for the look-ups of the new one.
         uint32_t sum = 0;
-        for (int i = first; i < std::min(first + keyWords, words); ++i) {
+        for (size_t i = first; i < std::min(first + keyWords, words); ++i) {
             if (keyWords > 6 && i == first + 4) {
                 word = SubWord(word ^ sum);
                 sum = 0;
@@ -166,16 +166,16 @@ int32_t rijndaelSetupEncrypt(unsigned long* rk, const uint8_t* key, int32_t keyb
         }
         word ^= sum;
     }
-    return nrounds;
+    return static_cast<int32_t>(rounds);
 }
 
 int32_t rijndaelSetupDecrypt(unsigned long* rk, const uint8_t* key, int32_t keybits) {
     const int32_t nrounds = rijndaelSetupEncrypt(rk, key, keybits);
-    for (int first = 0, last = kColumns * nrounds; first < last;
-         first += kColumns, last -= kColumns) {
+    const size_t lastKey = kColumns * static_cast<size_t>(nrounds);
+    for (size_t first = 0, last = lastKey; first < last; first += kColumns, last -= kColumns) {
         std::swap_ranges(rk + first, rk + first + kColumns, rk + last);
     }
-    for (int i = kColumns; i < kColumns * nrounds; ++i) {
+    for (size_t i = kColumns; i < lastKey; ++i) {
         rk[i] = InvMixColumn(static_cast<uint32_t>(rk[i]));
     }
     return nrounds;

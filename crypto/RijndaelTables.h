@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 /// The look-up tables of AES. They follow from the arithmetic of GF(2^8) and are made by the
@@ -8,7 +9,7 @@
 namespace rijndael {
 
 /// Words of a block, which are the columns of its state.
-constexpr int kColumns = 4;
+constexpr size_t kColumns = 4;
 
 /// a * b modulo x^8 + x^4 + x^3 + x + 1.
 constexpr uint8_t Multiply(uint8_t a, uint8_t b) {
@@ -37,7 +38,7 @@ constexpr uint32_t Word(uint8_t b0, uint8_t b1, uint8_t b2, uint8_t b3) {
 }
 
 /// Byte `index` of a word, 0 being the most significant one.
-constexpr uint8_t Byte(uint32_t word, int index) {
+constexpr uint8_t Byte(uint32_t word, size_t index) {
     return static_cast<uint8_t>(word >> (24 - 8 * index));
 }
 
@@ -46,7 +47,7 @@ using WordTable = std::array<uint32_t, 256>;
 
 constexpr ByteTable MakeSBox() {
     ByteTable sbox{};
-    for (int x = 0; x < 256; ++x) {
+    for (size_t x = 0; x < 256; ++x) {
         const uint8_t inverse = Invert(static_cast<uint8_t>(x));
         int value = 0x63;
         for (int rotation = 0; rotation <= 4; ++rotation) {
@@ -59,7 +60,7 @@ constexpr ByteTable MakeSBox() {
 
 constexpr ByteTable MakeInverse(const ByteTable& sbox) {
     ByteTable inverse{};
-    for (int x = 0; x < 256; ++x) {
+    for (size_t x = 0; x < 256; ++x) {
         inverse[sbox[x]] = static_cast<uint8_t>(x);
     }
     return inverse;
@@ -75,7 +76,7 @@ struct Tables {
 /// @param column  the first column of the mixing matrix; the others are its rotations
 constexpr Tables MakeTables(const ByteTable& sbox, const std::array<uint8_t, 4>& column) {
     Tables tables{sbox, {}};
-    for (int x = 0; x < 256; ++x) {
+    for (size_t x = 0; x < 256; ++x) {
         const uint8_t s = sbox[x];
         uint32_t word = Word(Multiply(s, column[0]), Multiply(s, column[1]), Multiply(s, column[2]),
                              Multiply(s, column[3]));

@@ -10,7 +10,7 @@ using namespace sha256;
 // its end for the end of the rounds. clang else computes an address anew in every round: 4 % slower.
 const uint32_t* const volatile kRoundConstantsEnd = kRoundConstants.data() + kRounds;
 
-constexpr int kWords = 16;
+constexpr size_t kWords = 16;
 
 uint32_t RotateRight(uint32_t word, int bits) {
     return word >> bits | word << (32 - bits);
@@ -38,8 +38,8 @@ using Words = std::array<uint32_t, kWords>;
 /// Round `i`. The working variables are not moved on by one place a round: the round finds them `i`
 /// places further back, and changes two.
 /// @param bXorC  b ^ c; left as that of the next round, whose b and c are this one's a and b
-void Round(Hash& variables, uint32_t& bXorC, int i, uint32_t input) {
-    const auto variable = [&](int place) -> uint32_t& { return variables[(place - i) & 7]; };
+void Round(Hash& variables, uint32_t& bXorC, size_t i, uint32_t input) {
+    const auto variable = [&](size_t place) -> uint32_t& { return variables[(place - i) & 7]; };
     uint32_t &a = variable(0), &b = variable(1), &d = variable(3);
     uint32_t &e = variable(4), &f = variable(5), &g = variable(6), &h = variable(7);
     h += input;
@@ -66,7 +66,7 @@ void sha256::ProcessBlocksPlainly(Hash& hash, const uint8_t* blocks, size_t coun
         const uint32_t* constants = constantsEnd - kRounds;
         // Unrolled, every place is a constant and stays in a register.
 #pragma clang loop unroll(full)
-        for (int i = 0; i < kWords; ++i) {
+        for (size_t i = 0; i < kWords; ++i) {
             words[i] = uint32_t{blocks[4 * i]} << 24 | uint32_t{blocks[4 * i + 1]} << 16 |
                        uint32_t{blocks[4 * i + 2]} << 8 | blocks[4 * i + 3];
             Round(variables, bXorC, i, words[i] + constants[i]);
@@ -75,7 +75,7 @@ void sha256::ProcessBlocksPlainly(Hash& hash, const uint8_t* blocks, size_t coun
 #pragma clang loop unroll(disable)
         for (; constants != constantsEnd; constants += kWords) {
 #pragma clang loop unroll(full)
-            for (int i = 0; i < kWords; ++i) {
+            for (size_t i = 0; i < kWords; ++i) {
                 words[i] += Sigma0(words[(i + 1) % kWords]) + words[(i + 9) % kWords] +
                             Sigma1(words[(i + 14) % kWords]);
                 Round(variables, bXorC, i, words[i] + constants[i]);

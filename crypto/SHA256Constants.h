@@ -10,7 +10,7 @@
 /// computes them. For the files of the digest only.
 namespace sha256 {
 
-constexpr int kRounds = 64;
+constexpr size_t kRounds = 64;
 
 template <size_t Count>
 constexpr std::array<uint32_t, Count> FirstPrimes() {

@@ -44,7 +44,7 @@ KS_SHA_INSTRUCTIONS void Process(Hash& hash, const uint8_t* blocks, size_t count
         const __m128i cdghBefore = cdgh;
         __m128i words[4];
 #pragma clang loop unroll(full)
-        for (int i = 0; i < kRounds / 4; ++i) {
+        for (size_t i = 0; i < kRounds / 4; ++i) {
             __m128i& four = words[i % 4];
             if (i < 4) {
                 four = _mm_shuffle_epi8(Load(blocks + 16 * i), bytesInOrder);
@@ -91,7 +91,7 @@ void Process(Hash& hash, const uint8_t* blocks, size_t count) {
         const uint32x4_t efghBefore = efgh;
         uint32x4_t words[4];
 #pragma clang loop unroll(full)
-        for (int i = 0; i < kRounds / 4; ++i) {
+        for (size_t i = 0; i < kRounds / 4; ++i) {
             uint32x4_t& four = words[i % 4];
             if (i < 4) {
                 four = vreinterpretq_u32_u8(vrev32q_u8(vld1q_u8(blocks + 16 * i)));
