@@ -152,7 +152,7 @@ int32_t rijndaelSetupEncrypt(unsigned long* rk, const uint8_t* key, int32_t keyb
     }
     uint8_t roundConstant = 1;
     for (size_t first = keyWords; first < words; first += keyWords) {
-        word = SubWord(word << 8 | word >> 24) ^ uint32_t{roundConstant} << 24;
+        word = SubWord(word << 8 | word >> 24) ^ uint32_t { roundConstant } << 24;
         roundConstant = Multiply(roundConstant, 2);
         // Summed up aside, the old words do not wait for the look-ups of the new one.
         uint32_t sum = 0;

@@ -6,8 +6,9 @@ namespace {
 
 using namespace sha256;
 
-// Read where the compiler cannot foresee it, one address in a register serves for all constants, and
-// its end for the end of the rounds. clang else computes an address anew in every round: 4 % slower.
+// Read where the compiler cannot foresee it, one address in a register serves for all constants,
+// and its end for the end of the rounds. clang else computes an address anew in every round: 4 %
+// slower.
 const uint32_t* const volatile kRoundConstantsEnd = kRoundConstants.data() + kRounds;
 
 constexpr size_t kWords = 16;

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The compression of SHA-256, which works whole blocks into the hash words. For the files of the digest
-/// only.
+/// The compression of SHA-256, which works whole blocks into the hash words. For the files of the
+/// digest only.
 namespace sha256 {
 
 constexpr size_t kBlockBytes = 64;

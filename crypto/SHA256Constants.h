@@ -6,8 +6,8 @@
 
 #include "crypto/SHA256Blocks.h"
 
-/// The constants of SHA-256: the first 32 fractional bits of roots of the first primes. The compiler
-/// computes them. For the files of the digest only.
+/// The constants of SHA-256: the first 32 fractional bits of roots of the first primes. The
+/// compiler computes them. For the files of the digest only.
 namespace sha256 {
 
 constexpr size_t kRounds = 64;
