@@ -12,7 +12,7 @@ from pathlib import Path
 from bench.programs import ROOT, WrongResult
 from bench.rows import ROWS
 
-ROUNDS = 5
+ROUNDS = 9
 PROGRAMS = ["bench_crypto", "bench_crypto_portable"]
 # What the peers and we ask the processor for.
 FEATURES = "aes sha_ni pclmulqdq ssse3 sse4_1 avx avx2 bmi1 bmi2 vaes avx512bw avx512_vbmi".split()

@@ -17,8 +17,8 @@ ROOT = Path(__file__).resolve().parent.parent
 # when they are loaded, which is why it takes a process of its own.
 PORTABLE = {"OPENSSL_ia32cap": "0:0", "NETTLE_FAT_OVERRIDE": "none", "KS_BENCH_PORTABLE": "1"}
 
-REPETITIONS = 5  # a round; their order is drawn by lot
-SECONDS = 0.02  # a repetition: short ones share the machine's good and bad moments evenly
+REPETITIONS = 11  # a round; their order is drawn by lot
+SECONDS = 0.004  # a repetition: short ones share the good and the bad moments of the machine evenly
 
 
 class WrongResult(Exception):

@@ -1,4 +1,5 @@
-// The one file of this room that asks which architecture it is compiled for.
+// The one file of this room that asks which architecture it is compiled for. Elsewhere than on
+// x86-64 the digest is made in plain C++.
 #include "crypto/SHA256Blocks.h"
 #include "crypto/SHA256Constants.h"
 
@@ -65,51 +66,6 @@ KS_SHA_INSTRUCTIONS void Process(Hash& hash, const uint8_t* blocks, size_t count
     const __m128i dchg = _mm_shuffle_epi32(cdgh, 0xB1);
     Store(&hash[0], _mm_blend_epi16(feba, dchg, 0xF0));
     Store(&hash[4], _mm_alignr_epi8(dchg, feba, 8));
-}
-
-}  // namespace
-
-#elif defined(__ARM_FEATURE_SHA2)
-
-#include <arm_neon.h>
-
-namespace {
-
-using namespace sha256;
-
-// Every processor that this is compiled for has them.
-bool HasInstructions() {
-    return true;
-}
-
-void Process(Hash& hash, const uint8_t* blocks, size_t count) {
-    uint32x4_t abcd = vld1q_u32(&hash[0]);
-    uint32x4_t efgh = vld1q_u32(&hash[4]);
-
-    for (; count > 0; --count, blocks += kBlockBytes) {
-        const uint32x4_t abcdBefore = abcd;
-        const uint32x4_t efghBefore = efgh;
-        uint32x4_t words[4];
-#pragma clang loop unroll(full)
-        for (size_t i = 0; i < kRounds / 4; ++i) {
-            uint32x4_t& four = words[i % 4];
-            if (i < 4) {
-                four = vreinterpretq_u32_u8(vrev32q_u8(vld1q_u8(blocks + 16 * i)));
-            } else {
-                four = vsha256su0q_u32(four, words[(i + 1) % 4]);
-                four = vsha256su1q_u32(four, words[(i + 2) % 4], words[(i + 3) % 4]);
-            }
-            const uint32x4_t input = vaddq_u32(four, vld1q_u32(&kRoundConstants[4 * i]));
-            const uint32x4_t abcdOld = abcd;
-            abcd = vsha256hq_u32(abcd, efgh, input);
-            efgh = vsha256h2q_u32(efgh, abcdOld, input);
-        }
-        abcd = vaddq_u32(abcd, abcdBefore);
-        efgh = vaddq_u32(efgh, efghBefore);
-    }
-
-    vst1q_u32(&hash[0], abcd);
-    vst1q_u32(&hash[4], efgh);
 }
 
 }  // namespace

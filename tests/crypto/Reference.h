@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <string>
 
-/// Plain forms of the crypto room's operations, step by step as the standards write them, which share
-/// nothing with the fast ones: what those are compared with on random input.
+/// Plain forms of the crypto room's operations, step by step as the standards write them, which
+/// share nothing with the fast ones: what those are compared with on random input.
 namespace reference {
 
 /// AES (FIPS-197) of whole blocks, byte by byte.

@@ -55,8 +55,7 @@ void ProcessBlock(std::array<uint32_t, 8>& hash, const uint8_t* block) {
     for (size_t t = 0; t < 64; ++t) {
         const uint32_t sum1 = Rotated(e, 6) ^ Rotated(e, 11) ^ Rotated(e, 25);
         const uint32_t sum0 = Rotated(a, 2) ^ Rotated(a, 13) ^ Rotated(a, 22);
-        const uint32_t t1 =
-            h + sum1 + ((e & f) ^ (~e & g)) + kConstants[t] + w[t];
+        const uint32_t t1 = h + sum1 + ((e & f) ^ (~e & g)) + kConstants[t] + w[t];
         const uint32_t t2 = sum0 + ((a & b) ^ (a & c) ^ (b & c));
         h = g;
         g = f;
