@@ -6,11 +6,6 @@ namespace {
 
 constexpr size_t kClearedScheduleBytes = 32;
 
-/// Zeroes memory that nobody reads any more, which the optimiser would leave out.
-void Clear(void* memory, size_t length) {
-    std::fill_n(static_cast<volatile uint8_t*>(memory), length, uint8_t{0});
-}
-
 }  // namespace
 
 AesEngine::Key AesEngine::PrepareKey(const uint8_t* key, size_t length) {
@@ -20,24 +15,25 @@ AesEngine::Key AesEngine::PrepareKey(const uint8_t* key, size_t length) {
 }
 
 AesEngine::AesEngine(Setup setup, const uint8_t* key, uint32_t keyLength)
-    : schedule{}, inputBlock{}, outputBlock{} {
+    : inputBlock{}, outputBlock{} {
     rounds = setup(schedule.data(), PrepareKey(key, keyLength).data(), kKeyBits);
 }
 
 AesEngine::~AesEngine() {
-    Clear(&rounds, sizeof(rounds));
-    Clear(schedule.data(), kClearedScheduleBytes);
+    // Volatile: nobody reads this any more, and the optimiser would leave it out.
+    const_cast<volatile int32_t&>(rounds) = 0;
+    std::fill_n(const_cast<volatile unsigned long*>(schedule.data()),
+                kClearedScheduleBytes / sizeof(unsigned long), 0ul);
 }
 
 void AesEngine::Process(Cipher cipher, const uint8_t* in, uint8_t* out, size_t length) {
-    for (; length >= kRijndaelBlockBytes; length -= kRijndaelBlockBytes) {
-        cipher(schedule.data(), rounds, in, out);
-        in += kRijndaelBlockBytes;
-        out += kRijndaelBlockBytes;
-    }
-    if (length > 0) {
-        std::copy_n(in, length, inputBlock.begin());
-        cipher(schedule.data(), rounds, inputBlock.data(), outputBlock.data());
-        std::copy_n(outputBlock.begin(), length, out);
+    const size_t blocks = length / kRijndaelBlockBytes;
+    cipher(schedule.data(), rounds, in, out, blocks);
+    const size_t whole = blocks * kRijndaelBlockBytes;
+    const size_t tail = length - whole;
+    if (tail > 0) {
+        std::copy_n(in + whole, tail, inputBlock.begin());
+        cipher(schedule.data(), rounds, inputBlock.data(), outputBlock.data(), 1);
+        std::copy_n(outputBlock.begin(), tail, out + whole);
     }
 }

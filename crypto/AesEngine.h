@@ -12,7 +12,7 @@
 class AesEngine {
   public:
     using Setup = decltype(rijndaelSetupEncrypt);
-    using Cipher = decltype(rijndaelEncrypt);
+    using Cipher = decltype(rijndaelEncryptBlocks);
 
     static constexpr int32_t kKeyBits = 256;
     static constexpr size_t kKeyBytes = kKeyBits / 8;
@@ -38,7 +38,7 @@ class AesEngine {
     /// than a block is processed at the start of a block whose other bytes are those of the
     /// engine's earlier tails (zeros at first), and the result is cut to its length: such a tail
     /// cannot be brought back.
-    /// @param cipher  rijndaelEncrypt or rijndaelDecrypt, as the set-up was
+    /// @param cipher  rijndaelEncryptBlocks or rijndaelDecryptBlocks, as the set-up was
     void Process(Cipher cipher, const uint8_t* in, uint8_t* out, size_t length);
 
   private:

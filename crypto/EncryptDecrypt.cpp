@@ -4,8 +4,8 @@
 
 namespace {
 
-void ProcessChunks(AesEngine::Cipher cipher, const AesEngine::Schedule& schedule, int32_t rounds,
-                   const std::string& in, uint8_t* out, int32_t length) {
+void ProcessChunks(decltype(rijndaelEncrypt) cipher, const AesEngine::Schedule& schedule,
+                   int32_t rounds, const std::string& in, uint8_t* out, int32_t length) {
     uint8_t inputBlock[kRijndaelBlockBytes] = {};
     uint8_t outputBlock[kRijndaelBlockBytes];
     size_t remaining = std::min(static_cast<size_t>(std::max(length, 0)), in.size());

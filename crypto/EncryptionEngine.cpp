@@ -4,10 +4,10 @@ EncryptionEngine::EncryptionEngine(const uint8_t* key, uint32_t keyLength)
     : engine(rijndaelSetupEncrypt, key, keyLength) {}
 
 void EncryptionEngine::Encrypt(const uint8_t* in, uint8_t* out, uint32_t length) {
-    engine.Process(rijndaelEncrypt, in, out, length);
+    engine.Process(rijndaelEncryptBlocks, in, out, length);
 }
 
 void EncryptionEngine::Encrypt(std::string& text) {
     uint8_t* const bytes = reinterpret_cast<uint8_t*>(&text[0]);
-    engine.Process(rijndaelEncrypt, bytes, bytes, text.size());
+    engine.Process(rijndaelEncryptBlocks, bytes, bytes, text.size());
 }

@@ -2,103 +2,36 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+
+#include "crypto/RijndaelTables.h"
+
+using namespace rijndael;
 
 namespace {
 
-constexpr int kColumns = 4;  // 32-bit words of a block
-
-// The tables follow from the arithmetic of GF(2^8) and are made by the compiler.
-
-/// a * b modulo x^8 + x^4 + x^3 + x + 1.
-constexpr uint8_t Multiply(uint8_t a, uint8_t b) {
-    uint8_t product = 0;
-    for (; b != 0; b >>= 1) {
-        if (b & 1) {
-            product ^= a;
-        }
-        a = static_cast<uint8_t>(a << 1 ^ (a & 0x80 ? 0x1B : 0));
-    }
-    return product;
-}
-
-/// a^254: the inverse, and 0 for 0.
-constexpr uint8_t Invert(uint8_t a) {
-    uint8_t inverse = 1;
-    for (int power = 2; power <= 128; power *= 2) {
-        a = Multiply(a, a);
-        inverse = Multiply(inverse, a);
-    }
-    return inverse;
-}
-
-constexpr uint32_t Word(uint8_t b0, uint8_t b1, uint8_t b2, uint8_t b3) {
-    return uint32_t{b0} << 24 | uint32_t{b1} << 16 | uint32_t{b2} << 8 | b3;
-}
-
-/// Byte `index` of a word, 0 being the most significant one.
-constexpr uint8_t Byte(uint32_t word, int index) {
-    return static_cast<uint8_t>(word >> (24 - 8 * index));
-}
-
-using ByteTable = std::array<uint8_t, 256>;
-using WordTable = std::array<uint32_t, 256>;
-
-constexpr ByteTable MakeSBox() {
-    ByteTable sbox{};
-    for (size_t x = 0; x < 256; ++x) {
-        const uint8_t inverse = Invert(static_cast<uint8_t>(x));
-        int value = 0x63;
-        for (int rotation = 0; rotation <= 4; ++rotation) {
-            value ^= inverse << rotation | inverse >> (8 - rotation);
-        }
-        sbox[x] = static_cast<uint8_t>(value);
-    }
-    return sbox;
-}
-
-constexpr ByteTable MakeInverse(const ByteTable& sbox) {
-    ByteTable inverse{};
-    for (size_t x = 0; x < 256; ++x) {
-        inverse[sbox[x]] = static_cast<uint8_t>(x);
-    }
-    return inverse;
-}
-
-/// One direction of the cipher.
-struct Direction {
-    ByteTable sbox;
-    /// What a byte of row 0 to 3 contributes to its column after the S-box and the column mixing.
-    std::array<WordTable, kColumns> mixed;
-    /// Row r takes its byte r * shift columns further right.
-    int shift;
-};
-
-/// @param column  the first column of the mixing matrix; the others are its rotations
-constexpr Direction MakeDirection(const ByteTable& sbox, const std::array<uint8_t, 4>& column,
-                                  int shift) {
-    Direction direction{sbox, {}, shift};
-    for (size_t x = 0; x < 256; ++x) {
-        const uint8_t s = sbox[x];
-        uint32_t word = Word(Multiply(s, column[0]), Multiply(s, column[1]), Multiply(s, column[2]),
-                             Multiply(s, column[3]));
-        for (WordTable& table : direction.mixed) {
-            table[x] = word;
-            word = word >> 8 | word << 24;
-        }
-    }
-    return direction;
-}
-
 constexpr ByteTable kSBox = MakeSBox();
-constexpr Direction kEncipher = MakeDirection(kSBox, {2, 1, 1, 3}, 1);
-constexpr Direction kDecipher = MakeDirection(MakeInverse(kSBox), {14, 9, 13, 11}, 3);
+constexpr Tables kEncipher = MakeTables(kSBox, {2, 1, 1, 3});
+constexpr Tables kDecipher = MakeTables(MakeInverse(kSBox), {14, 9, 13, 11});
+
+// Row r takes its byte r * shift columns further right.
+constexpr size_t kEncipherShift = 1;
+constexpr size_t kDecipherShift = 3;
+
+// The address of a table is read where the compiler cannot foresee it. One register then serves for
+// all five tables; knowing the address, clang computes that of each table anew for every look-up,
+// which makes enciphering a quarter slower.
+const Tables* const volatile kEncipherAddress = &kEncipher;
+const Tables* const volatile kDecipherAddress = &kDecipher;
+
+using State = uint32_t[kColumns];
 
 uint32_t Load(const uint8_t* bytes) {
     return Word(bytes[0], bytes[1], bytes[2], bytes[3]);
 }
 
 void Store(uint32_t word, uint8_t* bytes) {
-    for (int i = 0; i < 4; ++i) {
+    for (size_t i = 0; i < 4; ++i) {
         bytes[i] = Byte(word, i);
     }
 }
@@ -110,37 +43,96 @@ uint32_t SubWord(uint32_t word) {
 
 uint32_t InvMixColumn(uint32_t word) {
     uint32_t mixed = 0;
-    int row = 0;
-    for (const WordTable& table : kDecipher.mixed) {
-        mixed ^= table[kSBox[Byte(word, row++)]];  // the S-boxes cancel out
+    for (size_t row = 0; row < kColumns; ++row) {
+        mixed ^= kDecipher.mixed[row][kSBox[Byte(word, row)]];  // the S-boxes cancel out
     }
     return mixed;
 }
 
-template <const Direction& direction>
-void ProcessBlock(const unsigned long* rk, int32_t nrounds, const uint8_t* in, uint8_t* out) {
-    uint32_t state[kColumns];
-    const auto byte = [&state](int column, int row) {
-        return Byte(state[(column + row * direction.shift) % kColumns], row);
-    };
-    for (int c = 0; c < kColumns; ++c) {
+[[gnu::always_inline]] inline void LoadState(const unsigned long* rk, const uint8_t* in,
+                                             uint32_t* state) {
+    for (size_t c = 0; c < kColumns; ++c) {
         state[c] = Load(in + 4 * c) ^ static_cast<uint32_t>(rk[c]);
     }
+}
+
+/// A round but the last one. Word by word of the old state: each is done with after its four
+/// look-ups, so that old and new state need no more registers together than there are.
+template <size_t shift>
+[[gnu::always_inline]] inline void Round(const Tables& tables, const unsigned long* rk,
+                                         uint32_t* state) {
+    State next;
+    for (size_t c = 0; c < kColumns; ++c) {
+        next[c] = static_cast<uint32_t>(rk[c]);
+    }
+    for (size_t c = 0; c < kColumns; ++c) {
+        for (size_t row = kColumns; row-- > 0;) {
+            const size_t target = (c + row * (kColumns - shift)) % kColumns;
+            next[target] ^= tables.mixed[row][Byte(state[c], row)];
+        }
+    }
+    std::copy_n(next, kColumns, state);
+}
+
+template <size_t shift>
+[[gnu::always_inline]] inline void LastRound(const Tables& tables, const unsigned long* rk,
+                                             const uint32_t* state, uint8_t* out) {
+    for (size_t c = 0; c < kColumns; ++c) {
+        const auto substituted = [&](size_t row) {
+            return tables.sbox[Byte(state[(c + row * shift) % kColumns], row)];
+        };
+        const uint32_t word = Word(substituted(0), substituted(1), substituted(2), substituted(3));
+        Store(word ^ static_cast<uint32_t>(rk[c]), out + 4 * c);
+    }
+}
+
+template <size_t shift>
+void ProcessBlock(const Tables& tables, const unsigned long* rk, int32_t nrounds, const uint8_t* in,
+                  uint8_t* out) {
+    State state;
+    LoadState(rk, in, state);
     for (int32_t round = 1; round < nrounds; ++round) {
         rk += kColumns;
-        uint32_t next[kColumns];
-        for (int c = 0; c < kColumns; ++c) {
-            next[c] = direction.mixed[0][byte(c, 0)] ^ direction.mixed[1][byte(c, 1)] ^
-                      direction.mixed[2][byte(c, 2)] ^ direction.mixed[3][byte(c, 3)] ^
-                      static_cast<uint32_t>(rk[c]);
-        }
-        std::copy_n(next, kColumns, state);
+        Round<shift>(tables, rk, state);
+    }
+    LastRound<shift>(tables, rk + kColumns, state, out);
+}
+
+/// Two blocks at once: they do not depend on each other, so the processor starts the look-ups of
+/// one while those of the other are under way. The fences, which become no instruction, keep the
+/// compiler from mixing the rounds of the two any finer than this, for which there are too few
+/// registers.
+template <size_t shift>
+void ProcessTwoBlocks(const Tables& tables, const unsigned long* rk, int32_t nrounds,
+                      const uint8_t* in, uint8_t* out) {
+    const auto fence = [] { std::atomic_signal_fence(std::memory_order_seq_cst); };
+    State first;
+    LoadState(rk, in, first);
+    State second;
+    LoadState(rk, in + kRijndaelBlockBytes, second);
+    for (int32_t round = 1; round < nrounds; ++round) {
+        rk += kColumns;
+        Round<shift>(tables, rk, first);
+        fence();
+        Round<shift>(tables, rk, second);
+        fence();
     }
     rk += kColumns;
-    for (int c = 0; c < kColumns; ++c) {
-        const uint32_t substituted = Word(direction.sbox[byte(c, 0)], direction.sbox[byte(c, 1)],
-                                          direction.sbox[byte(c, 2)], direction.sbox[byte(c, 3)]);
-        Store(substituted ^ static_cast<uint32_t>(rk[c]), out + 4 * c);
+    LastRound<shift>(tables, rk, first, out);
+    fence();
+    LastRound<shift>(tables, rk, second, out + kRijndaelBlockBytes);
+}
+
+template <size_t shift>
+void ProcessBlocks(const Tables& tables, const unsigned long* rk, int32_t nrounds,
+                   const uint8_t* in, uint8_t* out, size_t count) {
+    for (; count >= 2; count -= 2) {
+        ProcessTwoBlocks<shift>(tables, rk, nrounds, in, out);
+        in += 2 * kRijndaelBlockBytes;
+        out += 2 * kRijndaelBlockBytes;
+    }
+    if (count > 0) {
+        ProcessBlock<shift>(tables, rk, nrounds, in, out);
     }
 }
 
@@ -150,32 +142,40 @@ int32_t rijndaelSetupEncrypt(unsigned long* rk, const uint8_t* key, int32_t keyb
     if (keybits != 128 && keybits != 192 && keybits != 256) {
         return 0;
     }
-    const int keyWords = keybits / 32;
-    const int32_t nrounds = keyWords + 6;
-    for (int i = 0; i < keyWords; ++i) {
-        rk[i] = Load(key + 4 * i);
+    const size_t keyWords = static_cast<size_t>(keybits) / 32;
+    const size_t rounds = keyWords + 6;
+    const size_t words = kColumns * (rounds + 1);
+    uint32_t word = 0;
+    for (size_t i = 0; i < keyWords; ++i) {
+        word = Load(key + 4 * i);
+        rk[i] = word;
     }
     uint8_t roundConstant = 1;
-    for (int i = keyWords; i < kColumns * (nrounds + 1); ++i) {
-        uint32_t word = static_cast<uint32_t>(rk[i - 1]);
-        if (i % keyWords == 0) {
-            word = SubWord(word << 8 | word >> 24) ^ uint32_t { roundConstant } << 24;
-            roundConstant = Multiply(roundConstant, 2);
-        } else if (keyWords > 6 && i % keyWords == 4) {
-            word = SubWord(word);
+    for (size_t first = keyWords; first < words; first += keyWords) {
+        word = SubWord(word << 8 | word >> 24) ^ uint32_t { roundConstant } << 24;
+        roundConstant = Multiply(roundConstant, 2);
+        // Summed up aside, the old words do not wait for the look-ups of the new one.
+        uint32_t sum = 0;
+        for (size_t i = first; i < std::min(first + keyWords, words); ++i) {
+            if (keyWords > 6 && i == first + 4) {
+                word = SubWord(word ^ sum);
+                sum = 0;
+            }
+            sum ^= static_cast<uint32_t>(rk[i - keyWords]);
+            rk[i] = word ^ sum;
         }
-        rk[i] = rk[i - keyWords] ^ word;
+        word ^= sum;
     }
-    return nrounds;
+    return static_cast<int32_t>(rounds);
 }
 
 int32_t rijndaelSetupDecrypt(unsigned long* rk, const uint8_t* key, int32_t keybits) {
     const int32_t nrounds = rijndaelSetupEncrypt(rk, key, keybits);
-    for (int first = 0, last = kColumns * nrounds; first < last;
-         first += kColumns, last -= kColumns) {
+    const size_t lastKey = kColumns * static_cast<size_t>(nrounds);
+    for (size_t first = 0, last = lastKey; first < last; first += kColumns, last -= kColumns) {
         std::swap_ranges(rk + first, rk + first + kColumns, rk + last);
     }
-    for (int i = kColumns; i < kColumns * nrounds; ++i) {
+    for (size_t i = kColumns; i < lastKey; ++i) {
         rk[i] = InvMixColumn(static_cast<uint32_t>(rk[i]));
     }
     return nrounds;
@@ -184,11 +184,21 @@ int32_t rijndaelSetupDecrypt(unsigned long* rk, const uint8_t* key, int32_t keyb
 void rijndaelEncrypt(const unsigned long* rk, int32_t nrounds,
                      const uint8_t plaintext[kRijndaelBlockBytes],
                      uint8_t ciphertext[kRijndaelBlockBytes]) {
-    ProcessBlock<kEncipher>(rk, nrounds, plaintext, ciphertext);
+    ProcessBlock<kEncipherShift>(*kEncipherAddress, rk, nrounds, plaintext, ciphertext);
 }
 
 void rijndaelDecrypt(const unsigned long* rk, int32_t nrounds,
                      const uint8_t ciphertext[kRijndaelBlockBytes],
                      uint8_t plaintext[kRijndaelBlockBytes]) {
-    ProcessBlock<kDecipher>(rk, nrounds, ciphertext, plaintext);
+    ProcessBlock<kDecipherShift>(*kDecipherAddress, rk, nrounds, ciphertext, plaintext);
+}
+
+void rijndaelEncryptBlocks(const unsigned long* rk, int32_t nrounds, const uint8_t* plaintext,
+                           uint8_t* ciphertext, size_t count) {
+    ProcessBlocks<kEncipherShift>(*kEncipherAddress, rk, nrounds, plaintext, ciphertext, count);
+}
+
+void rijndaelDecryptBlocks(const unsigned long* rk, int32_t nrounds, const uint8_t* ciphertext,
+                           uint8_t* plaintext, size_t count) {
+    ProcessBlocks<kDecipherShift>(*kDecipherAddress, rk, nrounds, ciphertext, plaintext, count);
 }

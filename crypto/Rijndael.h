@@ -40,3 +40,12 @@ void rijndaelEncrypt(const unsigned long* rk, int32_t nrounds,
 void rijndaelDecrypt(const unsigned long* rk, int32_t nrounds,
                      const uint8_t ciphertext[kRijndaelBlockBytes],
                      uint8_t plaintext[kRijndaelBlockBytes]);
+
+/// Enciphers `count` blocks, each by itself. `plaintext` and `ciphertext` may be the same buffer.
+/// Two blocks side by side take little longer than one.
+void rijndaelEncryptBlocks(const unsigned long* rk, int32_t nrounds, const uint8_t* plaintext,
+                           uint8_t* ciphertext, size_t count);
+
+/// Deciphers in the same way.
+void rijndaelDecryptBlocks(const unsigned long* rk, int32_t nrounds, const uint8_t* ciphertext,
+                           uint8_t* plaintext, size_t count);

@@ -1,7 +1,6 @@
 #include "crypto/StringUtils.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
@@ -20,24 +19,6 @@ constexpr char kFromBytesError[] = "wstring_convert: from_bytes error";
 constexpr char kToBytesError[] = "wstring_convert: to_bytes error";
 
 constexpr size_t kConversionError = static_cast<size_t>(-1);
-
-constexpr char kBase64Alphabet[] =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-constexpr char kBase64Padding = '=';
-constexpr uint8_t kForeignCharacter = 255;
-
-constexpr std::array<uint8_t, 256> MakeBase64Values() {
-    std::array<uint8_t, 256> values{};
-    for (size_t character = 0; character < values.size(); ++character) {
-        values[character] = kForeignCharacter;
-    }
-    for (uint8_t value = 0; value < 64; ++value) {
-        values[static_cast<uint8_t>(kBase64Alphabet[value])] = value;
-    }
-    return values;
-}
-
-constexpr std::array<uint8_t, 256> kBase64Values = MakeBase64Values();
 
 bool IsHighSurrogate(char32_t c) {
     return c >= 0xD800 && c <= 0xDBFF;
@@ -156,46 +137,6 @@ std::u16string StringUtils::ConvertWStringToU16String(const std::wstring& text) 
         }
     }
     return units;
-}
-
-std::string StringUtils::Base64Encode(const std::string& bytes) {
-    std::string text;
-    text.reserve((bytes.size() + 2) / 3 * 4);
-    for (size_t at = 0; at < bytes.size(); at += 3) {
-        const size_t count = std::min<size_t>(3, bytes.size() - at);
-        uint8_t b[3] = {};
-        std::copy_n(&bytes[at], count, b);
-        const char group[4] = {
-            kBase64Alphabet[b[0] >> 2],
-            kBase64Alphabet[(b[0] & 3) << 4 | b[1] >> 4],
-            kBase64Alphabet[(b[1] & 15) << 2 | b[2] >> 6],
-            kBase64Alphabet[b[2] & 63],
-        };
-        text.append(group, count + 1);
-        text.append(3 - count, kBase64Padding);
-    }
-    return text;
-}
-
-std::string StringUtils::Base64Decode(const std::string& text) {
-    const size_t length = std::min(text.find(kBase64Padding), text.size());
-    std::string bytes;
-    bytes.reserve(length / 4 * 3 + 2);
-    for (size_t at = 0; at < length; at += 4) {
-        const size_t count = std::min<size_t>(4, length - at);
-        uint8_t v[4] = {};
-        for (size_t i = 0; i < count; ++i) {
-            v[i] = kBase64Values[static_cast<uint8_t>(text[at + i])];
-        }
-        // Only a foreign character's 255 has bits that the masks cut off.
-        const char group[3] = {
-            static_cast<char>(v[0] << 2 | (v[1] >> 4 & 3)),
-            static_cast<char>(v[1] << 4 | (v[2] >> 2 & 15)),
-            static_cast<char>(v[2] << 6 | v[3]),
-        };
-        bytes.append(group, count - 1);
-    }
-    return bytes;
 }
 
 std::string StringUtils::LowerCase(const std::string& text) {

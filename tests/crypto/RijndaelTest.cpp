@@ -137,3 +137,27 @@ TEST(RijndaelBlock, MayBeProcessedInPlace) {
                     Data(block), Data(block));
     EXPECT_EQ(block, plaintext);
 }
+
+TEST(RijndaelBlocks, AreProcessedEachByItself) {
+    const std::string key = FromHex("000102030405060708090a0b0c0d0e0f");
+    std::string text;
+    for (int i = 0; i < 7 * 16; ++i) {
+        text += static_cast<char>(i * i);
+    }
+    Schedule schedule;
+    for (size_t count = 0; count <= 7; ++count) {
+        const std::string blocks = text.substr(0, count * kRijndaelBlockBytes);
+        const std::string enciphered =
+            EachBlock(rijndaelSetupEncrypt, rijndaelEncrypt, key, blocks);
+        const std::string behind = text.substr(blocks.size());
+        std::string buffer = text;
+        rijndaelEncryptBlocks(schedule.data(),
+                              rijndaelSetupEncrypt(schedule.data(), Data(key), 128), Data(buffer),
+                              Data(buffer), count);
+        EXPECT_EQ(ToHex(buffer), ToHex(enciphered + behind)) << count;
+        rijndaelDecryptBlocks(schedule.data(),
+                              rijndaelSetupDecrypt(schedule.data(), Data(key), 128), Data(buffer),
+                              Data(buffer), count);
+        EXPECT_EQ(ToHex(buffer), ToHex(text)) << count;
+    }
+}
