@@ -257,7 +257,7 @@ TEST_F(SafariInstallTest, AutoFillInPreferencesThatCannotBeParsedDoesNothingWith
 }
 
 TEST_F(SafariInstallTest, AutoFillInWhatIsNoDictionaryIsNotWritten) {
-    for (const std::string& bytes : {Encoded("['AutoFillPasswords']", "XML"), "b"s}) {
+    for (const std::string& bytes : {Encoded("['AutoFillPasswords']", "XML"), std::string("b")}) {
         WriteFile(kPreferences, bytes);
         [SafariInstall setFillPasswords:NO];
         EXPECT_EQ(ReadFile(kPreferences), bytes);

@@ -408,8 +408,11 @@ WRONG_REGISTRIES = {
 @pytest.mark.parametrize("content", WRONG_REGISTRIES.values(), ids=WRONG_REGISTRIES)
 def test_what_does_not_match_is_written_back_as_it_is(mac, content):
     write(mac, REGISTRY, content, plistlib.FMT_XML)
+    before = mac.path(REGISTRY).read_bytes()
     assert run(mac) == (removal(), removal())
     assert read(mac, REGISTRY) == content
+    # A list whose root is no dictionary is not Safari's, and not ours to write.
+    assert (mac.path(REGISTRY).read_bytes() == before) == (not isinstance(content, dict))
 
 
 def test_entries_of_other_types_hide_none_of_ours(mac):
