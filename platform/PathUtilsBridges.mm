@@ -91,7 +91,7 @@ bool KSMoveFileBridge(const std::string& source, const std::string& destination,
     @autoreleasepool {
         NSString* file = CocoaString(source);
         const BOOL copied = [PathUtils_Mac KSCopyFolder:file:CocoaString(destination):overwrite];
-        const BOOL deleted = [PathUtils_Mac KSDeleteFile:file:nullptr];  // meant: copied or not
+        const BOOL deleted = [PathUtils_Mac KSDeleteFile:file:nullptr];  // meant: even if the copy failed
         return copied && deleted;
     }
 }

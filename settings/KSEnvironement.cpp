@@ -257,7 +257,7 @@ std::string KSEnvironement::GetOSArhitecture() {
 std::string KSEnvironement::OSTypeToString(int type) {
     switch (type) {
         case 0:
-            return "Unknown Operating Sistem";  // meant
+            return "Unknown Operating Sistem";  // meant: "Sistem" is spelled so
         case 1:
             return "Windows";
         case kOSX:
