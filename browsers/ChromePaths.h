@@ -5,7 +5,7 @@
 #include "product/Extensions.h"
 
 // Where Chrome and the product's payload for it keep their files; every function gives an absolute
-// path.
+// path, autoreleased, and asks nobody whether it exists.
 
 NSString* ChromePayload(NSString* name);  ///< a file of the payload folder in the product's bundle
 NSString* ChromeUserExternal(NSString* name);    ///< a file of the user's external folder

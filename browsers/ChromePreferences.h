@@ -3,8 +3,8 @@
 #include <Foundation/Foundation.h>
 
 /// Switches Chrome's own password manager by editing its preferences as plain text, read and
-/// written as UTF-8, atomically; the write's result is not looked at. A preferences file whose keys
-/// are not followed by exactly one blank is written back unchanged: that is meant.
+/// written as UTF-8, atomically; the write's result is not looked at. Nothing is logged. Meant:
+/// only one blank behind a colon is understood. A file written otherwise is written back unchanged.
 ///
 /// The edit fits Chrome of years ago. Chrome of today writes its preferences without blanks and
 /// without these keys, so it keeps what it had: its switch is "credentials_enable_service", which

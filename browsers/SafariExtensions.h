@@ -4,7 +4,7 @@
 
 #include "product/Extensions.h"
 
-// Safari's extensions as it keeps them on disk and in its lists.
+// Safari's extensions as it keeps them on disk and in its lists. Nothing here logs.
 
 /// The archives of the old extension and of the old toolbar button.
 static NSString* const kSafariExtensionArchive = @KS_SAFARI_ARCHIVE;

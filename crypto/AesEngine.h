@@ -8,8 +8,8 @@
 
 /// What EncryptionEngine and DecryptionEngine have in common: AES-256 (FIPS 197) block by block
 /// with one key, without chaining (ECB) and without padding of its own. Nothing is allocated,
-/// nothing is logged, nothing fails. The block buffers are shared scratch space: one engine must not
-/// be used by two threads at once.
+/// nothing is logged, nothing fails. The block buffers are shared scratch space: one engine must
+/// not be used by two threads at once.
 class AesEngine {
   public:
     using Setup = decltype(rijndaelSetupEncrypt);

@@ -6,8 +6,8 @@
 #include "crypto/AesEngine.h"
 
 /// AES-256 (FIPS 197) for strings, keyed from a password: block by block without chaining (ECB),
-/// without padding. Nothing is allocated, nothing is logged, nothing fails. Once keyed, it may be used
-/// by several threads at once.
+/// without padding. Nothing is allocated, nothing is logged, nothing fails. Once keyed, it may be
+/// used by several threads at once.
 class EncryptDecrypt {
   public:
     /// Must come before Encrypt and Decrypt.

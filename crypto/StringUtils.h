@@ -34,12 +34,13 @@ std::u16string ConvertU8StringtoU16String(const std::string& text);
 /// out.
 std::u16string ConvertWStringToU16String(const std::wstring& text);
 
-/// Base64 (RFC 4648, section 4) of all bytes, NUL included, with "=" at the end and without line breaks.
+/// Base64 (RFC 4648, section 4) of all bytes, NUL included, with "=" at the end and without line
+/// breaks.
 std::string Base64Encode(const std::string& bytes);
 
 /// The bytes of a Base64 text (RFC 4648, section 4) up to its first "="; the rest is ignored. Never
-/// fails. Meant: a byte outside the alphabet, a blank and a line break too, is taken as the value 255,
-/// neither skipped nor refused. A last group of n characters gives n - 1 bytes.
+/// fails. Meant: a byte outside the alphabet, a blank and a line break too, is taken as the value
+/// 255, neither skipped nor refused. A last group of n characters gives n - 1 bytes.
 std::string Base64Decode(const std::string& text);
 
 /// See LowerCaseBridge.

@@ -61,11 +61,11 @@ class CLogger {
     bool InitLogger(const std::string& path, const std::string& name, bool encrypt,
                     const uint8_t* key, uint32_t keyLength, LogLevel level);
 
-    /// The default set-up on every platform, whatever its name says: takes the log folder from the environment (it is made
-    /// even when logging is off), the switch "KSLoggingEnabled" and the password
-    /// "KSLoggingPassword" from the settings, and starts a file named after the local time with
-    /// threshold LevelInfo. The password's first 32 bytes, followed by zero bytes, are the key.
-    /// Nothing is logged.
+    /// The default set-up on every platform, whatever its name says: takes the log folder from the
+    /// environment (it is made even when logging is off), the switch "KSLoggingEnabled" and the
+    /// password "KSLoggingPassword" from the settings, and starts a file named after the local time
+    /// with threshold LevelInfo. The password's first 32 bytes, followed by zero bytes, are the
+    /// key. Nothing is logged.
     /// @return whether logging is on; false also when the file cannot be opened
     bool DefaultInitWindows();
 
@@ -76,8 +76,8 @@ class CLogger {
     /// @return always false
     bool SetupEmptyLogger();
 
-    /// Writes one message. Does nothing while logging is off or when `level` is above the threshold.
-    /// Write errors are ignored.
+    /// Writes one message. Does nothing while logging is off or when `level` is above the
+    /// threshold. Write errors are ignored.
     /// @param level   1 to 4 write a header before the text; any other level that passes the
     ///                threshold writes the text alone, and standard output then shows what the
     ///                message before left in the buffer

@@ -8,14 +8,13 @@ static NSString* const kBrowserFirefox = @"FF";
 static NSString* const kBrowserChrome = @"Chrome";
 
 /// The applications of this session: which ones run, and starting the product's own. No state.
-/// Launches are never waited for, and nothing is thrown. Main thread only. Meant: "Launchig" is spelled
-/// so in every line.
+/// Launches are never waited for, and nothing is thrown. Meant: "Launchig" is spelled so.
 @interface AppWorkspaceUtils : NSObject
 
 /// Whether an application with this bundle identifier runs and has finished launching. The
 /// identifier must match exactly, letter case included; names of processes, programs or bundles are
-/// never looked at. Lets the main run loop take one turn, in which the list of applications becomes
-/// current. Nothing is logged.
+/// never looked at. Main thread only: its run loop takes one turn, in which the list of
+/// applications becomes current. Nothing is logged.
 /// @param bundleIdentifier  nil matches nothing
 + (BOOL)IsAppRunning:(NSString*)bundleIdentifier;
 
@@ -36,8 +35,8 @@ static NSString* const kBrowserChrome = @"Chrome";
 /// Logs the information "Launchig application: %@" with the program's path, or a failure:
 ///  - "Can't launch legacy Wizard: %@. File Not Found" with the path
 ///  - "Can't launch legacy Wizard: %@" with the path of a program that does not start
-///  - "Coudn't save local data with error: %@!" with the error's description, when the marker cannot
-///    be written; the wizard runs and counts as started all the same
+///  - "Coudn't save local data with error: %@!" with the error's description, when the marker
+///    cannot be written; the wizard runs and counts as started all the same
 /// @param arguments  the program's arguments, strings
 /// @return whether it was started
 + (BOOL)StartKSWizardOldWithArguments:(NSArray*)arguments;

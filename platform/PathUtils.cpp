@@ -84,7 +84,7 @@ std::wstring PathUtils::EnsureIsEndingInSeparator(const std::wstring& path) {
 }
 
 std::string PathUtils::CombinePaths(const std::string& first, const std::string& second) {
-    // Meant: tested for a backslash, joined with slashes
+    // Meant: tested for a backslash, joined with slashes.
     return IsEndingInSeparator(first) ? first + second : first + kJoint + second;
 }
 

@@ -24,8 +24,8 @@
 /// @return the platform's success
 + (BOOL)CreateDirectory:(NSString*)path;
 
-/// Makes the folder, as CreateDirectory: does, where nothing exists at the path. Meant: tells what was
-/// there before.
+/// Makes the folder, as CreateDirectory: does, where nothing exists at the path. Meant: tells what
+/// was there before.
 /// @return YES only when the folder was there already: NO for a file, for a folder that could not
 ///         be made, and for one that was made just now
 + (BOOL)EnsureFolderPath:(NSString*)path;

@@ -14,8 +14,8 @@ long hid_resetCPP();            ///< Utils_Mac hid_reset
 long GetSystemIdleTime();       ///< Utils_Mac GetSystemIdleTime, in seconds
 bool areConnectedCPP();         ///< Utils_Mac areConnected
 
-/// The wall-clock time in whole seconds since the Unix epoch. Meant: seconds, though the name promises
-/// milliseconds since the start of the system.
+/// The wall-clock time in whole seconds since the Unix epoch. Meant: whole seconds, though the name
+/// promises milliseconds since the start of the system.
 time_t GetTickCount();
 
 long GetCurrentProcessIdBridge();

@@ -2,8 +2,9 @@
 
 #include <Foundation/Foundation.h>
 
-/// Small questions about the machine and the process. No instances, no state. A question that cannot
-/// be answered has a neutral answer and no line in the log; getKSVersion alone may log, as it says.
+/// Small questions about the machine and the process. No instances, no state. A question that
+/// cannot be answered has a neutral answer and no line in the log; getKSVersion alone may log, as
+/// it says.
 @interface Utils_Mac : NSObject
 
 /// The process identifier.

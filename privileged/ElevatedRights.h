@@ -13,8 +13,8 @@
 /// the user cancelled the prompt (AppleScript's error -128), else AppleScript's message, else an
 /// empty text. The other one is not touched.
 ///
-/// Meant: one script file, /var/tmp/script.sh. So run one script at a time. An operation that runs a file
-/// logs nothing by itself.
+/// Meant: one script file, /var/tmp/script.sh. So run one script at a time. An operation that runs
+/// a file logs nothing by itself.
 @interface ElevatedRights : NSObject {
     AuthorizationRef authorizationRef;
     BOOL isAuthorizationFreed;  // the reference stays all the same
@@ -55,7 +55,7 @@
     errorDescription:(NSString**)errorDescription;
 
 /// Requests the right "com.mycompany.myapplication.command2PA" with a new authorization. Nothing is
-/// logged. Meant: that is the right's name.
+/// logged. Meant: the right has this name.
 /// @param authorization  gets the reference, which the caller frees, also when the right is refused
 /// @return the platform's status, 0 on success
 + (OSStatus)elevate:(AuthorizationRef*)authorization;
@@ -66,8 +66,9 @@
 - (OSStatus)GetElevatedRights;
 
 /// The object's authorization, made and requested first if there is none. A refused request shows
-/// the alert "Invalid credentials". Meant: the reference stays, so the next call returns it without the
-/// right and without asking. Logs nothing but what QWIAlertUtils logs where it cannot show an alert.
+/// the alert "Invalid credentials". Meant: the reference stays, so the next call returns it without
+/// the right and without asking. Logs nothing but what QWIAlertUtils logs where it cannot show an
+/// alert.
 /// @return NULL when the request was refused; owned by the object
 - (AuthorizationRef)GetAuthorization;
 
@@ -76,9 +77,10 @@
 /// TMPDIR to "/private/tmp/" for the process, and sleeps a second before and one after.
 ///
 /// Logs the information "PATH ELEVL %@" with the copy's path; when the job is not blessed the
-/// information "SMJOB FAILS FOR PATH ELEVL %@", and the authorization is freed; the failure "Fail to set
-/// TMPFIR" when TMPDIR cannot be set, and goes on. Meant: "ELEVL" and "TMPFIR" are spelled so. Meant:
-/// the object keeps the freed reference. With it launchd is not asked: the job counts as not blessed.
+/// information "SMJOB FAILS FOR PATH ELEVL %@", and the authorization is freed; the failure "Fail
+/// to set TMPFIR" when TMPDIR cannot be set, and goes on. Meant: "ELEVL" and "TMPFIR" are spelled
+/// so. Meant: the object keeps the freed reference. With it launchd is not asked: the job counts as
+/// not blessed.
 /// @param path  the script; one that cannot be read is blessed all the same
 /// @return whether the job was blessed; NO, without a line, when GetAuthorization returns NULL
 - (BOOL)executeScriptWithRights:(NSString*)path;

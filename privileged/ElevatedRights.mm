@@ -20,7 +20,7 @@ NSString* const kWithRights = @"do shell script \"%@\" with administrator privil
 NSString* const kWithoutRights = @"do shell script \"%@\"";
 
 const char* const kAdministratorRight = "system.privilege.admin";
-// Meant: that is the right's name.
+// Meant: the right has this name.
 const char* const kCommandRight = "com.mycompany.myapplication.command2PA";
 
 NSString* const kJobScript = @"/private/tmp/%@.sh";

@@ -13,11 +13,11 @@
 ///
 /// Folder values hold doubled separators, which are part of the values: the file system takes a run
 /// of them for one. Nothing here reports an error: a setting that cannot be read is an empty one, a
-/// folder that cannot be made is not made. An operation logs only where it says so; in addition, what
-/// stores a setting logs the failure of LocalSettings_Mac when the settings cannot be encoded.
+/// folder that cannot be made is not made. An operation logs only where it says so; in addition,
+/// what stores a setting logs the failure of LocalSettings_Mac when the settings cannot be encoded.
 ///
-/// Building an instance has effects of its own, those of LoadRegistryData, and so have the operations
-/// that build one for themselves: GetInstallDataPassword, DefaultDumpDataFolder,
+/// Building an instance has effects of its own, those of LoadRegistryData, and so have the
+/// operations that build one for themselves: GetInstallDataPassword, DefaultDumpDataFolder,
 /// CreateCrashDumpPathFolder, CreateLogPathFolder and LogPath.
 ///
 /// An instance takes no lock: Clear, FolderInit, LoadRegistryData and Reload must not run while
@@ -86,8 +86,8 @@ class KSEnvironement {
     /// @return always true
     bool GenerateExtraPID(std::string& extraPID) const;
 
-    /// Store the value, UTF-8, under "PID", "KSVersion" or "KSTemporaryFolder". An instance sees a new
-    /// PID or version after Reload; the temporary folder is never read back.
+    /// Store the value, UTF-8, under "PID", "KSVersion" or "KSTemporaryFolder". An instance sees a
+    /// new PID or version after Reload; the temporary folder is never read back.
     /// @return always true
     bool writePID(const std::string& value) const;
     bool writeVersion(const std::string& value) const;
@@ -154,8 +154,8 @@ class KSEnvironement {
     /// system does not tell. Meant: the labels are crossed.
     static std::string GetOSArhitecture();
 
-    /// The name of an operating system: 1 "Windows", 2 "OSX", 3 "Android", 4 "iOS", 0 "Unknown Operating
-    /// Sistem", any other "Other unknown OS". Meant: "Sistem" is spelled so.
+    /// The name of an operating system: 1 "Windows", 2 "OSX", 3 "Android", 4 "iOS", 0 "Unknown
+    /// Operating Sistem", any other "Other unknown OS". Meant: "Sistem" is spelled so.
     static std::string OSTypeToString(int type);
 
   private:

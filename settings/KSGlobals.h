@@ -5,8 +5,8 @@
 #include <random>
 
 /// A random-number engine, the standard 32-bit Mersenne Twister MT19937, that several threads may
-/// draw from. Its numbers can be predicted: no secret may depend on them. Nothing is logged, nothing
-/// fails.
+/// draw from. Its numbers can be predicted: no secret may depend on them. Nothing is logged,
+/// nothing fails.
 class KSGlobals {
   public:
     /// Seeded with Seed of the process identifier and the system clock's microseconds.

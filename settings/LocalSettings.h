@@ -2,8 +2,9 @@
 
 #include <string>
 
-/// The settings for code that has byte strings. All texts are UTF-8 (RFC 3629), up to their first NUL;
-/// value first, name second. What is read, written and logged, and when, stands with LocalSettings_Mac.
+/// The settings for code that has byte strings. All texts are UTF-8 (RFC 3629), up to their first
+/// NUL; value first, name second. What is read, written and logged, and when, stands with
+/// LocalSettings_Mac.
 ///
 /// A value that the file holds as anything but a string is read as "". A name or vault that is not
 /// UTF-8 names nothing; a value that is not UTF-8 counts as none, so storing it removes the

@@ -279,6 +279,22 @@ TEST(WindowController, PresentsItsWindowInTheMiddle) {
     EXPECT_EQ(NSMidY([window frame]), NSMidY([[window screen] frame]));
 }
 
+NSRect FrameOfASecondScreen(id, SEL) {
+    return NSMakeRect(1024, 300, 1024, 768);
+}
+
+TEST(WindowController, LeavesTheScreensOwnOriginOut) {
+    NSWindow* window = [NewAlert() window];
+    const NSSize size = [window frame].size;
+    QWINSWindowController* controller =
+        [[[QWINSWindowController alloc] initWithWindow:window] autorelease];
+    const ReplacedMethod frame(ReplacedMethod::InstanceMethod, [NSScreen class], @selector(frame),
+                               reinterpret_cast<IMP>(FrameOfASecondScreen));
+    [controller centerWindowOnScreen];
+    EXPECT_EQ(NSMinX([window frame]), (1024 - size.width) / 2);
+    EXPECT_EQ(NSMinY([window frame]), (768 - size.height) / 2);
+}
+
 TEST(WindowController, WithoutAWindowDoesNothing) {
     [NSApplication sharedApplication];
     QWINSWindowController* controller =
