@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/Asking.h"
+#include "tests/support/ReplacedMethod.h"
 #include "tests/ui/NSLoggerLines.h"
 #include "ui/QWIAlertUtils.h"
 
@@ -279,7 +280,7 @@ TEST(WindowController, PresentsItsWindowInTheMiddle) {
     EXPECT_EQ(NSMidY([window frame]), NSMidY([[window screen] frame]));
 }
 
-NSRect FrameOfASecondScreen(id, SEL) {
+static NSRect FrameOfASecondScreen(id, SEL) {
     return NSMakeRect(1024, 300, 1024, 768);
 }
 
