@@ -48,7 +48,8 @@ class CLogger {
     CLogger(const CLogger&) = delete;
     CLogger& operator=(const CLogger&) = delete;
 
-    /// Opens the log file for appending and switches logging on.
+    /// Opens the log file for appending and switches logging on. An earlier file is left open: it may
+    /// be the caller's. Nothing is logged.
     /// @param path       full path of the log file; it is made when missing
     /// @param name       accepted and ignored
     /// @param encrypt    whether the file is enciphered
@@ -57,7 +58,6 @@ class CLogger {
     /// @param level      threshold; LevelNone opens nothing and succeeds
     /// @return false, with the threshold at LevelNone, for an empty path, for a file that cannot be
     ///         opened, and for enciphering without a key of 32 bytes (the file then stays open)
-    /// Nothing is logged. An earlier file is left open: it may be the caller's.
     bool InitLogger(const std::string& path, const std::string& name, bool encrypt,
                     const uint8_t* key, uint32_t keyLength, LogLevel level);
 
