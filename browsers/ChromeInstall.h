@@ -13,6 +13,7 @@
 /// occurred: %ld". Meant: levels of its own, not those of Edge and Firefox.
 + (BOOL)IsBrowserInstalled;
 
+/// See the contract: NO for an ordinary installation.
 + (BOOL)IsBrowserStarted;
 
 /// Whether a descriptor with the text "external_update_url" stands in the user's external folder

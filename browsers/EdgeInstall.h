@@ -12,6 +12,7 @@
 /// "An error occurred: %ld".
 + (BOOL)IsBrowserInstalled;
 
+/// See the contract: NO for an ordinary installation.
 + (BOOL)IsBrowserStarted;
 
 /// NO without looking at a file when Edge is not installed; else whether both files exist. Logs

@@ -4,7 +4,8 @@
 
 /// Conversions between the forms of text that the product keeps: byte strings, wide strings of
 /// 32-bit code points, UTF-16 and Base64. Every operation returns a new string, except
-/// ReplaceCRAndLFWithSpaces. Nothing is logged.
+/// ReplaceCRAndLFWithSpaces. Nothing is logged. The program leaves the process's locale at "C",
+/// where on a Mac every byte is a character of the same value.
 namespace StringUtils {
 
 /// Wide text up to its first NUL as bytes in the process's C locale.

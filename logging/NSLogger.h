@@ -26,7 +26,12 @@
 /// Whether the process-wide logger was last asked to encipher its file.
 + (BOOL)IsEncryptionEnable;
 
-/// Five INFO lines about the process: OS version, name, identifier, environment, call arguments.
+/// Five INFO lines about the process, which end in "<br>" as in a page:
+///  - "System Info - OS: OSX %@<br>" with the system's version
+///  - "System Info - Process Name: %@<br>"
+///  - "System Info - Process ID: %d<br>"
+///  - "System Info - Environment: %@<br><br>"
+///  - "System Info - Call arguments: %@<br>" with "; " between them
 /// The environment may hold secrets of the user: call it only for a log that stays with the user.
 + (void)LogSystemInfo;
 

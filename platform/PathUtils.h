@@ -16,6 +16,7 @@
 /// counts as one at which nothing is and nothing can be made.
 class PathUtils {
   public:
+    /// The stored path, on which Append and EnsureFolderPath work; empty at first.
     void SetPath(const std::wstring& newPath);
     const std::wstring& Path() const;
 

@@ -51,6 +51,8 @@ class KSEnvironement {
     /// @return always true
     bool Reload();
 
+    /// Absolute folders of the product, whether they exist or not: its bundle's contents, its
+    /// tools, what all users share, the vaults in it, and scratch files.
     const std::string& InstallationFolder() const { return installationFolder; }
     const std::string& BinariesFolder() const { return binariesFolder; }
     const std::string& DataFolder() const { return dataFolder; }
@@ -59,11 +61,15 @@ class KSEnvironement {
 
     /// The product's identifier of this machine; empty until one is stored.
     const std::string& PID() const { return pid; }
+    /// The product's version, such as "20200902".
     const std::string& Version() const { return version; }
 
+    /// File names of the importers from Firefox, which are another system's.
     const std::string& FirefoxImporterTool64() const { return firefoxImporterTool64; }
     const std::string& FirefoxImporterTool32() const { return firefoxImporterTool32; }
 
+    /// What the settings say of the log: whether there is one, and the bytes that it is enciphered
+    /// under, none for a plain one.
     bool IsLoggingEnabled() const { return loggingEnabled; }
     const std::string& LoggingPassword() const { return loggingPassword; }
 

@@ -11,6 +11,7 @@ class KSGlobals {
   public:
     /// Seeded with Seed of the process identifier and the system clock's microseconds.
     KSGlobals();
+    /// Seeded as it says, for a sequence that can be repeated.
     explicit KSGlobals(uint32_t seed);
     virtual ~KSGlobals() = default;
 

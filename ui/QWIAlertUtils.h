@@ -52,6 +52,7 @@
                        TitleColor:(NSColor*)titleColor
                           NibName:(NSString*)nib;
 
+/// As QWIControlsUtils' operations of the same names.
 + (void)SetButtonTitleFor:(NSButton*)button toString:(NSString*)text withColor:(NSColor*)color;
 + (void)SetTextViewTextFor:(NSTextView*)textView toString:(NSString*)text withColor:(NSColor*)color;
 + (void)SetButtonTextColor:(NSButton*)button andColor:(NSColor*)color;

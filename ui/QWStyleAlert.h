@@ -40,6 +40,7 @@ enum AlertResult { kAlertClosed = -1, kAlertOk = 0, kAlertCancel = 1, kAlertIgno
 /// The title. Setting it shows it, and lays the texts out anew.
 @property (nonatomic, assign) NSString* titleText;
 
+/// The fields of the title and of the large text, for their colour and their text.
 @property (nonatomic, assign) NSTextField* titleTField;
 @property (nonatomic, assign) NSTextField* bigTextTField;
 
