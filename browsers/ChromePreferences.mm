@@ -37,8 +37,8 @@ const Edit kSwitchOn[] = {
      "\"exited_cleanly\": false, \n        \"password_manager_enabled\": true"},
 };
 
-// The bytes are edited, not a string made of them: what the edit does not name stays as it is, a byte-order mark and
-// characters that no editor would have written among it.
+// The bytes are edited, not a string made of them: what the edit does not name stays as it is, a
+// byte-order mark and characters that no editor would have written among it.
 std::string Edited(std::string_view text, BOOL on) {
     const Edit* edit = on ? kSwitchOn : kSwitchOff;
     while (text.find(edit->condition) == std::string_view::npos) {

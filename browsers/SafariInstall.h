@@ -11,7 +11,7 @@ static NSString* const kSafariExtensionKind = @"extension";
 /// set Safari's password AutoFill. Everything is the current user's own.
 ///
 /// What the files of Safari hold is not taken on trust: an entry of another type than Safari writes
-/// matches nothing and stays as it is, and so does a file that is no property list.
+/// matches nothing and stays as it is, and so does a file that holds no dictionary.
 @interface SafariInstall : NSObject <BrowserInstaller>
 
 /// Meant: looks at nothing, as today's extension is the user's own affair. Nothing is logged.

@@ -4,8 +4,9 @@
 
 namespace {
 
-// The characters that begin with one of these bytes: how many bytes follow, and between which bounds the second lies.
-// Those bounds leave out what is longer than it need be, surrogates and what lies above U+10FFFF.
+// The characters that begin with one of these bytes: how many bytes follow, and between which
+// bounds the second lies. Those bounds leave out what is longer than it need be, surrogates and
+// what lies above U+10FFFF.
 struct Lead {
     unsigned char first;
     unsigned char last;

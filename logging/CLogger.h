@@ -48,8 +48,8 @@ class CLogger {
     CLogger(const CLogger&) = delete;
     CLogger& operator=(const CLogger&) = delete;
 
-    /// Opens the log file for appending and switches logging on. An earlier file is left open: it may
-    /// be the caller's. Nothing is logged.
+    /// Opens the log file for appending and switches logging on. An earlier file is left open: it
+    /// may be the caller's. Nothing is logged.
     /// @param path       full path of the log file; it is made when missing
     /// @param name       accepted and ignored
     /// @param encrypt    whether the file is enciphered

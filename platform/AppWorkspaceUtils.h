@@ -30,13 +30,14 @@ static NSString* const kBrowserChrome = @"Chrome";
 
 /// Starts the set-up wizard of the product's previous generation and marks that generation as the
 /// one in use: in the marker file, a property list in the product's bundle, "IsOldKS" becomes "1"
-/// and "IsNewKS" "0", the other keys stay. A marker file that holds no dictionary is left alone.
+/// and "IsNewKS" "0", the other keys stay. A marker file that cannot be read or holds no dictionary
+/// is left alone.
 ///
 /// Logs the information "Launchig application: %@" with the program's path, or a failure:
 ///  - "Can't launch legacy Wizard: %@. File Not Found" with the path
 ///  - "Can't launch legacy Wizard: %@" with the path of a program that does not start
-///  - "Coudn't save local data with error: %@!" with the error's description, when the marker
-///    cannot be written; the wizard runs and counts as started all the same
+///  - "Coudn't save local data with error: %@!" with the error's description, or "(null)", when the
+///    marker is left alone or cannot be written; the wizard runs and counts as started all the same
 /// @param arguments  the program's arguments, strings
 /// @return whether it was started
 + (BOOL)StartKSWizardOldWithArguments:(NSArray*)arguments;

@@ -71,8 +71,8 @@ BOOL StartProgram(NSString* program, NSString* shownName, NSArray* arguments) {
     return YES;
 }
 
-// An empty dictionary where there is no marker file, nil where there is one without a dictionary, or one that cannot
-// be read, of which *error tells.
+// An empty dictionary where there is no marker file, nil where there is one without a dictionary,
+// or one that cannot be read, of which *error tells.
 NSMutableDictionary* ReadMarker(NSError** error) {
     if (![[NSFileManager defaultManager] fileExistsAtPath:kMarkerFile]) {
         return [NSMutableDictionary dictionary];

@@ -15,8 +15,9 @@
 ///
 /// A missing file, or one that holds no dictionary, counts as an empty dictionary: a getter finds
 /// nothing in it and leaves it as it is, a setter replaces it. A file that is there but cannot be
-/// read counts as empty for a getter, and no setter touches it: nobody knows what would be lost. A vault's name becomes a part of a
-/// path as it is, ".." and "/" included. Nothing raises, whatever the files hold.
+/// read counts as empty for a getter, and no setter touches it: nobody knows what would be lost. A
+/// vault's name becomes a part of a path as it is, ".." and "/" included. Nothing raises, whatever
+/// the files hold.
 @interface LocalSettings_Mac : NSObject
 
 /// The file of the machine's settings.
