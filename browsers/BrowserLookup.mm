@@ -24,6 +24,7 @@ BOOL IsBrowserRegistered(NSString* bundleIdentifier, NSString* notFound) {
     if (status == kBrowserNotFound) {
         [NSLogger LogInformation:@"%@", notFound];
     } else {
+        // Meant: logged unsigned.
         [NSLogger LogWarning:@"An error occurred: %ld", static_cast<long>(status)];
     }
     return NO;

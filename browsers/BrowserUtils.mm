@@ -24,7 +24,7 @@ const char* const kCloseCommands[] = {
     "killall \"Google Chrome Canary\"",
     "killall \"Microsoft Edge\"",
 };
-const char* const kCloseProductCommand = "kill \"Keystrel\"";  // meant, though kill takes no names
+const char* const kCloseProductCommand = "kill \"Keystrel\"";  // meant: kill takes no names
 
 NSString* const kCloseForInstall =
     @"Keystrel has detected an Internet browser running. In order to continue the installation "

@@ -27,7 +27,7 @@ BOOL Copy(NSString* source, NSString* target, NSError** error) {
     return [[NSFileManager defaultManager] copyItemAtPath:source toPath:target error:error];
 }
 
-// Whether there is something at the target already; says so, in words that are meant to be these.
+// Whether there is something at the target already. Meant: said of a file that is present.
 bool IsPresent(NSString* target) {
     if (![[NSFileManager defaultManager] fileExistsAtPath:target]) {
         return false;

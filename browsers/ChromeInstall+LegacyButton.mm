@@ -16,11 +16,13 @@
 
     NSString* target = ChromeUserExternal(kChromeButtonPackage);
     if ([files fileExistsAtPath:target]) {
-        [NSLogger LogWarning:@"No copy, file not present: %@", target];  // meant: it is present
+        // Meant: said of a package that is present.
+        [NSLogger LogWarning:@"No copy, file not present: %@", target];
     } else {
         [files copyItemAtPath:ChromePayload(kChromeButtonPackage) toPath:target error:&error];
         if (error != nil) {
-            [NSLogger LogWarning:@"Error removing file: %@", [error description]];  // meant: a copy
+            // Meant: said of a copy that failed.
+            [NSLogger LogWarning:@"Error removing file: %@", [error description]];
         }
     }
     WriteExternalExtension(ChromeUserExternal(kChromeButtonDescriptor), @KS_CHROME_UPDATE_URL);

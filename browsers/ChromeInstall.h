@@ -10,18 +10,24 @@
 @interface ChromeInstall : NSObject <OptionalBrowserInstaller>
 
 /// Logs the success "The app's URL is: %@", the warning "App not found", or the failure "An error
-/// occurred: %ld".
+/// occurred: %ld". Meant: levels of its own, not those of Edge and Firefox.
 + (BOOL)IsBrowserInstalled;
 
+/// See the contract: NO for an ordinary installation.
 + (BOOL)IsBrowserStarted;
 
-/// Whether a descriptor that names an update URL stands in the user's external folder (or, where it
-/// has none, in the system's), and the host manifest exists. NO when Chrome is not installed.
+/// Whether a descriptor with the text "external_update_url" stands in the user's external folder
+/// (or, where it has none, in the system's), and the host manifest exists. NO when Chrome is not
+/// installed. Logs what IsBrowserInstalled logs.
 + (BOOL)IsExtensionInstalled;
 
 /// Installs for all users or, when that fails, for the current user after removing what is there;
 /// then edits Chrome's preferences to switch its password manager off. Touches nothing when Chrome
 /// is not installed.
+///
+/// Logs what its steps log and, for preferences that cannot be read, the warning "ERROR deactivate
+/// password manager in chrome: %@. Error: %@" with the path and the error's description. A refused
+/// administrator prompt has no line.
 /// @return always YES
 + (BOOL)InstallExtension;
 
@@ -29,7 +35,7 @@
 + (BOOL)UninstallExtension;
 
 /// Edits Chrome's preferences to switch its password manager on again, whether or not Chrome is
-/// installed.
+/// installed; preferences that cannot be read have no line here. Logs what its steps log.
 /// @param removeFiles  whether to remove the integration first: for all users or, when that fails,
 ///                     for the current user
 /// @return always YES
@@ -40,17 +46,21 @@
 /// For the current user alone. Nothing here stops at a failure.
 @interface ChromeInstall (CurrentUser)
 
-/// Copies the host manifest and the extension package and writes the descriptor. Where the host
-/// manifest's folder is closed, a script with administrator rights opens it.
+/// Copies the host manifest and the extension package and writes the descriptor, whose own failures
+/// are silent. When the host manifest cannot be copied, a script with administrator rights makes
+/// its folder, open to everybody, and the copy is tried once more.
 ///
-/// Logs, as warnings, "No copy: file not present: %@" for a target that is there (the wording is
-/// meant), and "Error install for current user: %@" with the last error after a host manifest that
-/// did not copy at once, and after every copy of the package, a successful one too (meant).
+/// Logs, as warnings:
+///  - "No copy: file not present: %@" with the path. Meant: said of a file that is present.
+///  - "Error install for current user: %@" with the last error's description, after a host manifest
+///    that did not copy at once. Meant: the first error also when the second copy succeeded.
+///  - the same after every copy of the package. Meant: also without any error, then with "(null)".
 + (void)installChromeCurrUser;
 
-/// Removes the old plug-in, the host manifest, the package and the descriptor. Logs, as warnings,
-/// "Error removing file: %@" and, for what is not there, "No delete, file not present: %@"; the
-/// package's line names the host manifest (meant).
+/// Removes the old plug-in, the host manifest, the package and the descriptor. Logs, for all but
+/// the descriptor, the warnings "Error removing file: %@" with the error's description and, for
+/// what is not there, "No delete, file not present: %@" with the path. Meant: a missing package is
+/// reported with the host manifest's path.
 + (void)uninstallChromeCurrUser;
 
 @end
@@ -58,12 +68,14 @@
 /// For all users of the machine, by scripts with administrator rights.
 @interface ChromeInstall (AllUsers)
 
-/// Writes the descriptor into the product's bundle and runs the script that installs it.
-/// @return whether the script ran with success; NO without a prompt where the bundle cannot be
-///         written
+/// Writes the descriptor into the product's bundle and runs the script that installs it. Logs what
+/// RunAdministratorScript logs.
+/// @return whether the script ran with success; NO, without a prompt and without a line, when the
+///         descriptor's mode cannot be set, as where the bundle cannot be written and has none yet
 + (BOOL)installChromeAllUsers;
 
-/// Runs the script that removes the integration from the system's and the user's folders.
+/// Runs the script that removes the integration from the system's and the user's folders. Logs what
+/// RunAdministratorScript logs.
 /// @return whether the script ran with success
 + (BOOL)uninstallChromeAllUsers;
 
@@ -73,13 +85,15 @@
 /// a failure.
 @interface ChromeInstall (LegacyButton)
 
-/// Copies the button's package and writes its descriptor. Logs, as warnings, "No copy, file not
-/// present: %@" for a package that is there, and "Error removing file: %@" for one that cannot be
-/// copied (both wordings are meant).
+/// Copies the button's package and writes its descriptor, whose own failures are silent. Logs, as
+/// warnings, "No copy, file not present: %@" with the path (Meant: said of a package that is
+/// present), and "Error removing file: %@" with the error's description (Meant: said of a copy that
+/// failed).
 + (void)installChromeButtonCurrUser;
 
-/// Removes the button's package and descriptor. Logs, as warnings, "Error removing file: %@" and
-/// "No delete, file not present: %@".
+/// Removes the button's package and descriptor. Logs, for the package alone, the warnings "Error
+/// removing file: %@" with the error's description and "No delete, file not present: %@" with the
+/// path.
 + (void)uninstallChromeButtonCurrUser;
 
 @end

@@ -27,13 +27,14 @@ NSString* const kUpdateURLKey = @"external_update_url";
     if (status == kBrowserNotFound) {
         [NSLogger LogWarning:@"App not found"];
     } else {
+        // Meant: logged unsigned.
         [NSLogger LogFailure:@"An error occurred: %ld", static_cast<long>(status)];
     }
     return NO;
 }
 
 + (BOOL)IsBrowserStarted {
-    return [AppWorkspaceUtils IsAppRunning:kApplicationName];  // meant: a name, not an identifier
+    return [AppWorkspaceUtils IsAppRunning:kApplicationName];  // meant: asked by name
 }
 
 + (BOOL)IsExtensionInstalled {

@@ -5,13 +5,13 @@
 #include "product/Extensions.h"
 
 // Where Chrome and the product's payload for it keep their files; every function gives an absolute
-// path.
+// path, autoreleased, and asks nobody whether it exists.
 
 NSString* ChromePayload(NSString* name);  ///< a file of the payload folder in the product's bundle
 NSString* ChromeUserExternal(NSString* name);    ///< a file of the user's external folder
 NSString* ChromeSystemExternal(NSString* name);  ///< a file of the system's external folder
-NSString* ChromeUserExternalFolder();
-NSString* ChromePayloadHostManifest();
+NSString* ChromeUserExternalFolder();            ///< "External Extensions"
+NSString* ChromePayloadHostManifest();           ///< in the payload folder
 NSString* ChromeInstalledHostManifest();  ///< system-wide, also when installed for the current user
 NSString* ChromePreferences();            ///< of the default profile
 

@@ -2,14 +2,16 @@
 
 #include <Foundation/Foundation.h>
 
-/// Switches Chrome's own password manager by editing its preferences as plain text, read and
-/// written as UTF-8, atomically; the write's result is not looked at. A preferences file whose keys
-/// are not followed by exactly one blank is written back unchanged: that is meant.
+/// Switches Chrome's own password manager by editing its preferences as plain text; what the edit
+/// does not name stays byte for byte. The write is atomic, and its result is not looked at. Nothing
+/// is logged. Meant: only one blank behind a colon is understood. A file written otherwise is
+/// written back unchanged.
 ///
 /// The edit fits Chrome of years ago. Chrome of today writes its preferences without blanks and
 /// without these keys, so it keeps what it had: its switch is "credentials_enable_service", which
 /// is not touched. A Chrome that runs overwrites the edit when it ends. See docs/real-browsers.md.
 /// @param on     the switch
-/// @param error  gets the platform's error when the file cannot be read as UTF-8; else untouched
+/// @param error  gets the platform's error when the file cannot be read, or is not UTF-8 (RFC
+///               3629); else untouched; may be NULL
 /// @return whether the file could be read; one that cannot stays as it is
 BOOL SwitchChromePasswordManager(BOOL on, NSError** error);

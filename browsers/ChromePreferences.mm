@@ -14,8 +14,8 @@ struct Edit {
     const char* replacement;
 };
 
-// The first edit whose condition holds is the only one. A new setting is indented differently by
-// the two tables, which is meant.
+// The first edit whose condition holds is the only one. Meant: only one blank behind a colon is
+// understood. Meant: two tabs before a setting that is switched off, eight blanks before one on.
 const Edit kSwitchOff[] = {
     {"password_manager_enabled",  //
      "\"password_manager_enabled\": true", "\"password_manager_enabled\": false"},

@@ -4,8 +4,8 @@
 // clang-format off
 #define NEXT " \n "
 
-// Meant: the blank in "External Extensions" is not escaped in the lines that begin "rm -rf ~/", so the
-// shell splits each path in two; the removing script escapes it.
+// Meant: the blank in "External Extensions" is not escaped in the lines that begin "rm -rf ~/". So the shell
+// splits each path in two; the removing script escapes it.
 NSString* const kChromeInstallScript =
     @"echo \"remove extension\"" NEXT
     "rm -rf \"/Library/Application Support/Google/Chrome/External Extensions/Keystrel.crx\"" NEXT
@@ -51,6 +51,7 @@ NSString* const kChromeInstallScript =
     "" NEXT
     "exit 0";
 
+// Meant: nobody makes the file that the script removes from /private/tmp. The same goes for the next one.
 NSString* const kChromeUninstallScript =
     @"echo \"remove extension\"" NEXT
     "rm -rf \"/Library/Application Support/Google/Chrome/External Extensions/Keystrel.crx\"" NEXT

@@ -12,9 +12,11 @@
 /// "An error occurred: %ld".
 + (BOOL)IsBrowserInstalled;
 
+/// See the contract: NO for an ordinary installation.
 + (BOOL)IsBrowserStarted;
 
-/// NO without looking at a file when Edge is not installed; else whether both files exist.
+/// NO without looking at a file when Edge is not installed; else whether both files exist. Logs
+/// what IsBrowserInstalled logs.
 + (BOOL)IsExtensionInstalled;
 
 /// Removes the earlier installation, installs host manifest and descriptor, and logs the success
@@ -27,8 +29,9 @@
 ///  - "Error copying Edge JSON: %@"
 ///  - "Error creating Edge External directory: %@"
 ///  - "Error copying Edge created JSON: %@"
-/// A descriptor that cannot be written into the bundle is not reported by itself; failing to set
-/// its mode ends the installation without a line.
+/// A descriptor that cannot be written into the bundle is not reported by itself. Meant: not
+/// logged, when its mode cannot be set, though that ends the installation.
+/// @return whether every step succeeded; YES when Edge is not installed
 + (BOOL)InstallExtension;
 
 /// Removes both files, whatever becomes of it, and logs the success "Edge extension uninstalled!".

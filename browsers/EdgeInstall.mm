@@ -77,7 +77,7 @@ BOOL Copy(NSString* source, NSString* target, NSString* failure) {
 }
 
 + (BOOL)IsBrowserStarted {
-    return [AppWorkspaceUtils IsAppRunning:kApplicationName];  // meant: a name, not an identifier
+    return [AppWorkspaceUtils IsAppRunning:kApplicationName];  // meant: asked by name
 }
 
 + (BOOL)IsExtensionInstalled {

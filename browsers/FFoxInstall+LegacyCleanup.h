@@ -9,9 +9,9 @@
 
 /// Removes an extension from a profile's registry, an RDF/XML document: every entry and every list
 /// item whose resource has `identifier` in its name, and the target-application record that the
-/// last of these entries refers to. A registry that can be read is always written back, whole and
-/// at once, in its own encoding; text of nothing but white space is not kept. External entities are
-/// never loaded.
+/// last of these entries refers to. Meant: of two references the last counts. A registry that can
+/// be read is always written back, whole and at once, in its own encoding; text of nothing but
+/// white space is not kept. External entities are never loaded.
 /// @param identifier  compared with its letter case; it may stand inside a longer name
 /// @param path        the registry, "extensions.rdf" in the profile's folder
 + (void)removeExtension:(NSString*)identifier fromRdfFile:(NSString*)path;

@@ -65,7 +65,8 @@ void RemoveButton(NSString* folder) {
 }
 
 // The error slot belongs to the caller's whole pass over one folder, and nothing clears it in
-// between. Meant: after a removal that succeeds, an earlier error of the pass is reported again.
+// between. Meant: after a removal that succeeds, an earlier error of the same pass is reported
+// again.
 
 void RemoveExtension(NSString* path, NSString* shownPath, NSError** slot) {
     NSFileManager* files = [NSFileManager defaultManager];
@@ -100,7 +101,7 @@ void RemoveTypes(NSString* folder) {
     NSString* path = [folder stringByAppendingPathComponent:kTypesFolder];
     NSError* slot = nil;
     RemoveExtension(path, path, &slot);
-    RemoveFolder(folder, &slot);  // meant: it is gone by now, and the log says so
+    RemoveFolder(folder, &slot);  // meant: it is gone by now
 }
 
 void CleanProfile(NSString* profile) {
@@ -121,7 +122,7 @@ void CleanProfile(NSString* profile) {
 
 + (BOOL)IsBrowserStarted {
     for (NSString* name : kProgramNames) {
-        if ([AppWorkspaceUtils IsAppRunning:name]) {  // meant: names, not identifiers
+        if ([AppWorkspaceUtils IsAppRunning:name]) {  // meant: asked by name
             return YES;
         }
     }
@@ -147,6 +148,7 @@ void CleanProfile(NSString* profile) {
     const BOOL copied = [[NSFileManager defaultManager] copyItemAtPath:PayloadHostManifest()
                                                                 toPath:InstalledHostManifest()
                                                                  error:&copyError];
+    // Meant: the page is opened whatever the copy gave.
     [[[[AppWorkspaceUtils alloc] init] autorelease] OpenURL:@KS_FIREFOX_PRIVACY_PAGE
                                                 withBrowser:kBrowserFirefox];
     if (!copied) {

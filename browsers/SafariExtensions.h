@@ -4,7 +4,7 @@
 
 #include "product/Extensions.h"
 
-// Safari's extensions as it keeps them on disk and in its lists.
+// Safari's extensions as it keeps them on disk and in its lists. Nothing here logs.
 
 /// The archives of the old extension and of the old toolbar button.
 static NSString* const kSafariExtensionArchive = @KS_SAFARI_ARCHIVE;
@@ -23,8 +23,8 @@ NSString* ArchivePrefix(NSString* archive);
 /// The "Archive File Name" of a list's entry; nil when there is none or it is no text.
 NSString* ArchiveName(id entry);
 
-/// Writes a property list in the binary format, atomically. What cannot be encoded, nil among it,
-/// is not written, and that is no failure.
+/// Writes a property list in the binary format, atomically. What is no dictionary, nil among it, or
+/// cannot be encoded, is not written, and that is no failure.
 /// @param error  gets the platform's error when the file cannot be written; else untouched
 /// @return NO when the file cannot be written
 BOOL WriteSafariFile(id root, NSString* path, NSError** error);
@@ -37,7 +37,7 @@ NSData* ReadSafariRegistry();
 
 /// Removes the last entry whose archive's name begins like `archive`'s, and every entry equal to
 /// it, and writes the registry again as a binary property list, whether or not there was one. Bytes
-/// that are no property list are not written again.
+/// that hold no dictionary are not written again.
 /// @param registry  what ReadSafariRegistry returned
 /// @param error     gets the platform's error when the registry cannot be written; else untouched
 /// @return NO when the registry cannot be written

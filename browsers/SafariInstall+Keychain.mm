@@ -22,7 +22,7 @@ BOOL IsOurs(NSString* archive) {
     return [archive isEqual:kSafariExtensionArchive] || [archive isEqual:kSafariButtonArchive];
 }
 
-// At most one entry: that is meant.
+// Meant: at most one entry a call.
 void RemoveFirstOfOurs(NSMutableDictionary* list) {
     NSArray* entries = [list objectForKey:kSafariInstalledExtensions];
     if (![entries isKindOfClass:[NSArray class]]) {

@@ -8,7 +8,7 @@ namespace {
 
 NSString* const kPreferences = @"~/Library/Preferences/" KS_SAFARI_IDENTIFIER ".plist";
 NSString* const kAutoFill = @"AutoFillPasswords";
-NSString* const kAutoFillOn = @"1";
+NSString* const kAutoFillOn = @"1";  // meant: the value is a string
 NSString* const kAutoFillOff = @"0";
 NSString* const kTabPolicy = @"TabCreationPolicy";
 constexpr int kTabPolicyWithoutAutoFill = 2;
@@ -72,7 +72,8 @@ void SetFillPasswords(NSMutableDictionary* preferences, BOOL on) {
     NSError* error = nil;
     NSData* data = EncodePropertyList(dictionary, NSPropertyListBinaryFormat_v1_0, &error);
     if (data == nil) {
-        [NSLogger LogFailure:@"Error reading plist: %@", [error description]];  // meant: "reading"
+        // Meant: "reading", of a write.
+        [NSLogger LogFailure:@"Error reading plist: %@", [error description]];
         return NO;
     }
     if (![data writeToFile:PreferencesPath() options:NSDataWritingAtomic error:&error]) {

@@ -11,13 +11,15 @@ static NSString* const kSafariExtensionKind = @"extension";
 /// set Safari's password AutoFill. Everything is the current user's own.
 ///
 /// What the files of Safari hold is not taken on trust: an entry of another type than Safari writes
-/// matches nothing and stays as it is, and so does a file that is no property list.
+/// matches nothing and stays as it is, and so does a file that holds no dictionary.
 @interface SafariInstall : NSObject <BrowserInstaller>
 
-/// @return always YES, without looking at anything: the extension is the user's own affair
+/// Meant: looks at nothing, as today's extension is the user's own affair. Nothing is logged.
+/// @return always YES
 + (BOOL)IsExtensionInstalled;
 
-/// Removes the remnants and switches AutoFill on.
+/// Removes the remnants and switches AutoFill on. Meant: once more, also where the registry is
+/// missing. Logs what UninstallExtension and setFillPasswords: log.
 /// @return always YES
 + (BOOL)InstallExtension;
 
@@ -27,7 +29,8 @@ static NSString* const kSafariExtensionKind = @"extension";
 /// there is none.
 ///
 /// Logs what its steps log, and at its own end the success "Safari uninstalled successfully."; the
-/// failure "Error %@ writting to file: %@" (sic), with description and path, does not stop it.
+/// failure "Error %@ writting to file: %@", with description and path, does not stop it.
+/// Meant: "writting" is spelled so.
 /// @return NO, with the failure "Missing Extensions.plist." and without touching the keychain, when
 ///         the registry cannot be read; else YES
 + (BOOL)UninstallExtension;
@@ -41,8 +44,8 @@ static NSString* const kSafariExtensionKind = @"extension";
 /// @param kind  kSafariButtonKind or kSafariExtensionKind; for any other nothing is removed
 ///
 /// Logs the warning "Clear CacheError: %@" when the folder cannot be listed or is empty (then with
-/// "(null)"), and after every removal the information "Error clearing files cache: %@", after a
-/// successful one too, with "(null)": that is meant.
+/// "(null)"), and after every removal the information "Error clearing files cache: %@".
+/// Meant: the line stands after a success too, with "(null)".
 + (void)cleanSafariExtensionCache:(NSString*)kind;
 
 @end
@@ -50,8 +53,8 @@ static NSString* const kSafariExtensionKind = @"extension";
 /// Safari's preferences file.
 @interface SafariInstall (Preferences)
 
-/// Sets "AutoFillPasswords" to the string "1" or "0", a string on purpose, and with "0" also
-/// "TabCreationPolicy" to the number 2. The file is written again as a binary property list. Logs
+/// Sets "AutoFillPasswords" to "1" or "0", and with "0" also "TabCreationPolicy" to the number 2.
+/// Meant: the value is a string. The file is written again as a binary property list. Logs
 /// the warning "Missing com.apple.Safari.plist" when it cannot be read, and a failed write's
 /// description as information.
 + (void)setFillPasswords:(BOOL)on;
@@ -64,9 +67,9 @@ static NSString* const kSafariExtensionKind = @"extension";
 
 /// Replaces the preferences file by a binary property list, atomically.
 /// @param dictionary  nil writes nothing and is no failure
-/// @return NO with the failure "Error reading plist: %@" (the word is meant) when something in it
-///         fits no property list, NO with the failure "Error writing to file: %@" when the file
-///         cannot be written; else YES
+/// @return NO with the failure "Error reading plist: %@" (Meant: "reading", of a write) when
+///         something in it fits no property list, NO with the failure "Error writing to file: %@"
+///         when the file cannot be written; else YES
 + (BOOL)writeDictToComAppleSafariPlist:(NSDictionary*)dictionary;
 
 @end
@@ -78,8 +81,9 @@ static NSString* const kSafariExtensionKind = @"extension";
 /// begins with "Keystrel Button", and every entry equal to it) and its place in Safari's toolbar.
 /// Registry and preferences are written again even when nothing was in them.
 ///
-/// Logs the failure "missing Extensions.plist", which ends it, when the registry cannot be read,
-/// and the failure "Fail to copy files: %@" when it cannot be written.
+/// Logs what its steps log, the failure "missing Extensions.plist", which ends it, when the
+/// registry cannot be read, and the failure "Fail to copy files: %@" with the error's description
+/// when it cannot be written. Meant: its own wording, not UninstallExtension's for the same.
 + (void)uninstallSafariButton;
 
 /// Removes the button's archive. Logs the warning "Error deleting file: %@" with the error's
@@ -92,11 +96,11 @@ static NSString* const kSafariExtensionKind = @"extension";
 /// Safari's list of extensions in the user's keychain.
 @interface SafariInstall (Keychain)
 
-/// Removes one entry from the list, the first one that is the old extension or the old button; one
-/// a call is meant. The item is written again even when there is none; whether that succeeds is not
-/// looked at. Logs the information "Extension already removed!" when the keychain gives no item,
-/// for whatever reason, and the failure "Couldn't convert with error: %@!" when the list cannot be
-/// encoded again.
+/// Removes one entry from the list, the first one that is the old extension or the old button.
+/// Meant: at most one entry a call. The item is written again even when there is none; whether that
+/// succeeds is not looked at. Logs the information "Extension already removed!". Meant: for
+/// whatever reason the keychain gives no item. Logs the failure "Couldn't convert with error: %@!"
+/// when the list cannot be encoded again. The system may ask the user, and the call then waits.
 /// @return NO for a list that is empty or no dictionary, and for one that cannot be encoded; else
 ///         YES
 + (BOOL)uninstallSafariExtensionFromKeychain;

@@ -49,7 +49,7 @@ void RemoveCached(NSString* path) {
 
 + (BOOL)InstallExtension {
     [SafariInstall UninstallExtension];
-    [SafariInstall setFillPasswords:YES];  // meant: once more, also where the registry is missing
+    [SafariInstall setFillPasswords:YES];  // meant: once more
     return YES;
 }
 
@@ -66,6 +66,7 @@ void RemoveCached(NSString* path) {
         }
         NSError* error = nil;
         if (!RemoveFromSafariRegistry(kSafariExtensionArchive, registry, &error)) {
+            // Meant: "writting" is spelled so.
             [NSLogger LogFailure:@"Error %@ writting to file: %@", [error description],
                                  SafariRegistryPath()];
         }

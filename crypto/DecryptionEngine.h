@@ -5,8 +5,9 @@
 
 #include "crypto/AesEngine.h"
 
-/// Deciphers what EncryptionEngine enciphered with the same key, whole blocks only. One engine must
-/// not be used by two threads at once.
+/// Deciphers with AES-256 (FIPS 197) what EncryptionEngine enciphered with the same key, whole
+/// blocks only. One engine must not be used by two threads at once. Nothing is logged, nothing
+/// fails: a wrong key gives other bytes.
 class DecryptionEngine {
   public:
     /// @param key        the first 32 bytes are the key; a shorter one is extended with zero bytes

@@ -5,9 +5,9 @@
 
 #include "crypto/AesEngine.h"
 
-/// Enciphers with AES-256 (FIPS-197), block by block without chaining (ECB), without padding. One
-/// engine must not be used by two threads at once. A destroyed engine keeps nothing of its first
-/// two round keys.
+/// Enciphers with AES-256 (FIPS 197), block by block without chaining (ECB), without padding. One
+/// engine must not be used by two threads at once. Nothing is logged, nothing fails. What a
+/// destroyed engine clears stands with AesEngine.
 class EncryptionEngine {
   public:
     /// @param key        the first 32 bytes are the key; a shorter one is extended with zero bytes

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The AES block cipher as published in FIPS-197, one block at a time. Nothing is allocated,
+/// The AES block cipher as published in FIPS 197, one block at a time. Nothing is allocated,
 /// nothing is logged. Bytes become words big-endian: the first byte of a key or block is the most
 /// significant byte of its first word.
 ///

@@ -21,7 +21,8 @@ class SHA256 {
     /// Forgets everything added and starts a new stream.
     void reset();
 
-    /// Appends `numBytes` bytes.
+    /// Appends bytes.
+    /// @param data  `numBytes` bytes
     void add(const void* data, size_t numBytes);
 
     /// Writes the digest of everything added so far: the hash words, first word first, each with

@@ -4,7 +4,8 @@
 
 /// Conversions between the forms of text that the product keeps: byte strings, wide strings of
 /// 32-bit code points, UTF-16 and Base64. Every operation returns a new string, except
-/// ReplaceCRAndLFWithSpaces. Nothing is logged.
+/// ReplaceCRAndLFWithSpaces. Nothing is logged. The program leaves the process's locale at "C",
+/// where on a Mac every byte is a character of the same value.
 namespace StringUtils {
 
 /// Wide text up to its first NUL as bytes in the process's C locale.
@@ -34,12 +35,13 @@ std::u16string ConvertU8StringtoU16String(const std::string& text);
 /// out.
 std::u16string ConvertWStringToU16String(const std::wstring& text);
 
-/// Base64 (RFC 4648) of all bytes, NUL included, with "=" at the end and without line breaks.
+/// Base64 (RFC 4648, section 4) of all bytes, NUL included, with "=" at the end and without line
+/// breaks.
 std::string Base64Encode(const std::string& bytes);
 
-/// The bytes of a Base64 text (RFC 4648) up to its first "="; the rest is ignored. Never fails: a
-/// byte outside the alphabet, a blank and a line break too, is not skipped but taken as the value
-/// 255. A last group of n characters gives n - 1 bytes.
+/// The bytes of a Base64 text (RFC 4648, section 4) up to its first "="; the rest is ignored. Never
+/// fails. Meant: a byte outside the alphabet, a blank and a line break too, is taken as the value
+/// 255, neither skipped nor refused. A last group of n characters gives n - 1 bytes.
 std::string Base64Decode(const std::string& text);
 
 /// See LowerCaseBridge.

@@ -3,6 +3,7 @@
 // The browser installers for code that cannot send messages to their classes. An outer function
 // (…CPP) only calls the inner one of its name, which calls the class operation; the result is true
 // exactly when the operation's is not zero. What an operation does and logs stands with its class.
+// Meant: an uneven set, without Firefox's other operations and without Safari's.
 
 bool IsChromeInstalledBridgeCPP();           ///< ChromeInstall IsBrowserInstalled
 bool IsChromeStartedBridgeCPP();             ///< ChromeInstall IsBrowserStarted

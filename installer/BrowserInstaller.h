@@ -7,15 +7,18 @@
 /// happen.
 @protocol BrowserInstaller
 
-/// Whether the product's files for this browser are in place. Only existence counts.
+/// Whether the product's files for this browser are in place. How much of them is looked at
+/// differs: Safari's installer looks at nothing, Chrome's reads the descriptor, the others ask for
+/// existence.
 + (BOOL)IsExtensionInstalled;
 
 /// Installs the current integration.
-/// @return YES when it is in place, or when the browser is not installed and there is nothing to do
+/// @return YES when it is in place, or when the browser is not installed and there is nothing to
+///         do; Chrome's and Safari's say YES whatever happened
 + (BOOL)InstallExtension;
 
 /// Removes every earlier form of the integration.
-/// @return YES when the removal is finished
+/// @return YES when the removal is finished; NO only for Safari without a registry of extensions
 + (BOOL)UninstallExtension;
 
 @end
@@ -27,8 +30,9 @@
 /// was not found, or "An error occurred: %ld" with the status as an unsigned number.
 + (BOOL)IsBrowserInstalled;
 
-/// Whether a running application's bundle identifier equals the browser's application name. An
-/// ordinary installation's never does, so it is never reported as started: that is meant.
+/// Whether a running application's bundle identifier equals the browser's application name, or one
+/// of Firefox's program names. Meant: asked by name, not by identifier, so an ordinary installation
+/// is never reported as started. Nothing is logged.
 + (BOOL)IsBrowserStarted;
 
 @end

@@ -13,7 +13,7 @@ void RunInstaller() {
         [EdgeInstall UninstallExtension];
 
         [SafariInstall InstallExtension];
-        // Installing asks for the browser again, and most remove once more: that is meant.
+        // Meant: installing asks for the browser again and removes once more.
         if ([FFoxInstall IsBrowserInstalled]) {
             [FFoxInstall InstallExtension];
         }

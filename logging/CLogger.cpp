@@ -156,8 +156,8 @@ void CLogger::WriteHeader(LogLevel messageLevel) {
             buffer, bufferSize, "\n%02u:%02u:%02u - %s : ", static_cast<unsigned>(now.tm_hour),
             static_cast<unsigned>(now.tm_min), static_cast<unsigned>(now.tm_sec), word);
     }
-    // Without a header the console shows whatever the buffer last held: that is meant. It may be
-    // cipher text that fills the buffer to its end.
+    // Meant: without a header the console shows whatever the buffer last held. It may be cipher
+    // text that fills the buffer to its end.
     printf("\n%.*s", static_cast<int>(bufferSize), buffer);
     WriteBuffer(length);
 }

@@ -14,7 +14,7 @@ class EncryptionEngine;
 ///
 /// File format, plain: per message "\nHH:MM:SS - LEVEL : " and the text, with no line break at the
 /// end. Enciphered: header and text are each padded with blanks to whole blocks of 16 bytes and
-/// enciphered by themselves with AES-256 (FIPS-197) in ECB mode; the file holds nothing but these
+/// enciphered by themselves with AES-256 (FIPS 197) in ECB mode; the file holds nothing but these
 /// blocks.
 ///
 /// Everything that writes holds one mutex for the whole message, so messages of different threads
@@ -48,24 +48,25 @@ class CLogger {
     CLogger(const CLogger&) = delete;
     CLogger& operator=(const CLogger&) = delete;
 
-    /// Opens the log file for appending and switches logging on.
+    /// Opens the log file for appending and switches logging on. An earlier file is left open: it
+    /// may be the caller's. Nothing is logged.
     /// @param path       full path of the log file; it is made when missing
     /// @param name       accepted and ignored
     /// @param encrypt    whether the file is enciphered
     /// @param key        AES-256 key, used as it is; read only when `encrypt` is set
     /// @param keyLength  length of `key` in bytes; only 32 is accepted
-    /// @param level      threshold; LevelNone changes nothing else and succeeds
-    /// @return false, with the threshold at LevelNone, for an empty path, a file that cannot be
-    /// opened, or
-    ///         enciphering without a key of 32 bytes (the file then stays open). Nothing is logged.
+    /// @param level      threshold; LevelNone opens nothing and succeeds
+    /// @return false, with the threshold at LevelNone, for an empty path, for a file that cannot be
+    ///         opened, and for enciphering without a key of 32 bytes (the file then stays open)
     bool InitLogger(const std::string& path, const std::string& name, bool encrypt,
                     const uint8_t* key, uint32_t keyLength, LogLevel level);
 
-    /// The default set-up on every platform: takes the log folder from the environment (it is made
-    /// even when logging is off), the switch "KSLoggingEnabled" and the password
-    /// "KSLoggingPassword" from the settings, and starts a file named after the local time with
-    /// threshold LevelInfo. The password's first 32 bytes, followed by zero bytes, are the key.
-    /// @return whether logging is on
+    /// The default set-up on every platform, whatever its name says: takes the log folder from the
+    /// environment (it is made even when logging is off), the switch "KSLoggingEnabled" and the
+    /// password "KSLoggingPassword" from the settings, and starts a file named after the local time
+    /// with threshold LevelInfo. The password's first 32 bytes, followed by zero bytes, are the
+    /// key. Nothing is logged.
+    /// @return whether logging is on; false also when the file cannot be opened
     bool DefaultInitWindows();
 
     /// The same as DefaultInitWindows.
@@ -75,14 +76,13 @@ class CLogger {
     /// @return always false
     bool SetupEmptyLogger();
 
-    /// Writes one message.
+    /// Writes one message. Does nothing while logging is off or when `level` is above the
+    /// threshold. Write errors are ignored.
     /// @param level   1 to 4 write a header before the text; any other level that passes the
-    /// threshold
-    ///                writes the text alone
+    ///                threshold writes the text alone, and standard output then shows what the
+    ///                message before left in the buffer
     /// @param format  printf format; the text is cut to 10,239 bytes
     /// @param args    the format's arguments
-    /// Does nothing while logging is off or when `level` is above the threshold. Write errors are
-    /// ignored.
     void LogPrint(LogLevel level, const char* format, va_list args)
         __attribute__((format(printf, 3, 0)));
 
@@ -90,10 +90,10 @@ class CLogger {
     static void WriteLog(LogLevel level, const char* format, ...)
         __attribute__((format(printf, 2, 3)));
 
-    /// Whether m_Logger was set up successfully. Reads without the mutex.
+    /// Whether m_Logger was ever set up successfully. Reads without the mutex.
     static bool IsEnabled();
 
-    /// Whether m_Logger enciphers its file. Reads without the mutex.
+    /// Whether m_Logger was last asked to encipher its file. Reads without the mutex.
     static bool IsEncryptionEnable();
 
   private:

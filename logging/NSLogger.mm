@@ -33,7 +33,7 @@ void Log(CLogger::LogLevel level, NSString* format, va_list args) {
         NSString* message = [[[NSString alloc] initWithFormat:format arguments:args] autorelease];
         const std::string text = AsFormat(Utf8Bytes(message));
 #pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wformat-security"  // formatted a second time on purpose
+#pragma clang diagnostic ignored "-Wformat-security"  // meant: the text is formatted a second time
         CLogger::WriteLog(level, text.c_str());
 #pragma clang diagnostic pop
     }

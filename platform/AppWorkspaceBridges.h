@@ -5,9 +5,10 @@
 // AppWorkspaceUtils for code that cannot send messages to it. An outer function (…CPP) only calls
 // the inner one, which reads its texts in the default C-string encoding and calls the class
 // operation. A text that means nothing in that encoding counts as none, an option's value as empty.
+// What an operation does and logs stands with its class.
 
 bool IsAppRunningCPP(const std::string& name);      ///< AppWorkspaceUtils IsAppRunning:
-long StartKeystrelCPP();                            ///< AppWorkspaceUtils StartKeystrel
+long StartKeystrelCPP();                            ///< AppWorkspaceUtils StartKeystrel, 1 or 0
 void StartApplicationCPP(const std::string& name);  ///< AppWorkspaceUtils StartApplication:
 
 /// AppWorkspaceUtils StartKSWizardOldWithArguments:

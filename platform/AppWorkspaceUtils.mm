@@ -29,7 +29,7 @@ NSString* const kNewGenerationKey = @KS_NEW_GENERATION_KEY;
 NSString* const kWebScheme = @"http";
 NSString* const kBareAddress = @"http://%@";
 
-NSString* const kLaunching = @"Launchig application: %@";  // meant: spelt so
+NSString* const kLaunching = @"Launchig application: %@";  // meant: "Launchig" is spelled so
 
 struct Browser {
     NSString* name;
@@ -93,6 +93,7 @@ BOOL WriteMarker(NSError** error) {
 void MarkOldGeneration() {
     NSError* error = nil;
     if (!WriteMarker(&error)) {
+        // Meant: "Coudn't" is spelled so.
         [NSLogger LogFailure:@"Coudn't save local data with error: %@!", [error description]];
     }
 }

@@ -9,12 +9,14 @@
 /// tested at backslashes, and blanks at its end are ignored when testing for a separator there.
 /// Only GetParentFolder splits at "/", CombinePaths joins with "//", and ChangeSeparator turns
 /// backslashes into slashes. A path written with slashes alone is one single piece to the rest.
+/// Meant: the rules are those of backslashes.
 ///
 /// Nothing throws or logs. Paths are handed to the file system as they are: narrow ones in the
 /// default C-string encoding, wide ones through the process's C locale. A path without a form there
 /// counts as one at which nothing is and nothing can be made.
 class PathUtils {
   public:
+    /// The stored path, on which Append and EnsureFolderPath work; empty at first.
     void SetPath(const std::wstring& newPath);
     const std::wstring& Path() const;
 
@@ -61,8 +63,8 @@ class PathUtils {
 
     /// Makes, for each backslash after the first character of the stored path, the folder that the
     /// text before it names; the text after the last backslash is left alone.
-    /// @return whether every one of these folders existed before, which is meant; true for a path
-    ///         without such a backslash
+    /// @return whether every one of these folders existed before (see PathUtils_Mac
+    ///         EnsureFolderPath:); true for a path without such a backslash
     bool EnsureFolderPath() const;
 
     /// The path with a leading "~" replaced by the home folder.
@@ -87,14 +89,14 @@ class PathUtils {
     /// @return whether the folder was there and is gone
     static bool KSDeleteFolder(const std::string& path);
 
-    /// Copies a file or a folder. The platform refuses an existing destination, so `overwrite` does
-    /// not help: that is meant.
+    /// Copies a file or a folder. Meant: `overwrite` does not help, as the platform refuses an
+    /// existing destination and nobody removes it.
     /// @return whether the source exists and was copied
     static bool KSCopyFile(const std::string& source, const std::string& destination,
                            bool overwrite);
 
-    /// Copies like KSCopyFile, then deletes the source, when it is a file, even if the copy failed:
-    /// that is meant.
+    /// Copies like KSCopyFile, then deletes the source, when it is a file. Meant: even if the copy
+    /// failed.
     /// @return whether both succeeded
     static bool KSMoveFile(const std::string& source, const std::string& destination,
                            bool overwrite);

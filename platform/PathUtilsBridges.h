@@ -20,7 +20,6 @@ bool KSDeleteFolderBridge(const std::string& path);
 /// KSCopyFolder:::, which copies files too.
 bool KSCopyFileBridge(const std::string& source, const std::string& destination, bool overwrite);
 
-/// KSCopyFolder::: and then KSDeleteFile:: of the source, whatever became of the copy: that is
-/// meant.
+/// KSCopyFolder::: and then KSDeleteFile:: of the source. Meant: even if the copy failed.
 /// @return whether both succeeded
 bool KSMoveFileBridge(const std::string& source, const std::string& destination, bool overwrite);

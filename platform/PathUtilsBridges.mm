@@ -91,7 +91,8 @@ bool KSMoveFileBridge(const std::string& source, const std::string& destination,
     @autoreleasepool {
         NSString* file = CocoaString(source);
         const BOOL copied = [PathUtils_Mac KSCopyFolder:file:CocoaString(destination):overwrite];
-        const BOOL deleted = [PathUtils_Mac KSDeleteFile:file:nullptr];  // meant: copied or not
+        // Meant: even if the copy failed.
+        const BOOL deleted = [PathUtils_Mac KSDeleteFile:file:nullptr];
         return copied && deleted;
     }
 }

@@ -24,9 +24,10 @@
 /// @return the platform's success
 + (BOOL)CreateDirectory:(NSString*)path;
 
-/// Makes the folder, as CreateDirectory: does, where nothing exists at the path.
+/// Makes the folder, as CreateDirectory: does, where nothing exists at the path. Meant: tells what
+/// was there before.
 /// @return YES only when the folder was there already: NO for a file, for a folder that could not
-///         be made, and for one that was made just now, which is meant
+///         be made, and for one that was made just now
 + (BOOL)EnsureFolderPath:(NSString*)path;
 
 /// The path with a leading "~" replaced by the home folder.
@@ -46,8 +47,8 @@
 /// @return whether the folder was there and is gone
 + (BOOL)KSDeleteFolder:(NSString*)path;
 
-/// Copies a file, or a folder with all it holds. An existing destination is never removed: with
-/// `overwrite` the copy is tried all the same, and the platform refuses it.
+/// Copies a file, or a folder with all it holds. Meant: `overwrite` does not help. An existing
+/// destination is never removed; with `overwrite` the copy is tried, and the platform refuses it.
 /// @return whether the source exists and was copied
 + (BOOL)KSCopyFolder:(NSString*)source :(NSString*)destination :(BOOL)overwrite;
 

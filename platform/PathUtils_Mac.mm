@@ -35,7 +35,7 @@ NSFileManager* Files() {
     if (![Files() fileExistsAtPath:path isDirectory:&isDirectory]) {
         [PathUtils_Mac CreateDirectory:path];
     }
-    return isDirectory;  // meant: what was there before, so NO for a folder made just now
+    return isDirectory;  // meant: tells what was there before
 }
 
 + (NSString*)ExpandPath:(NSString*)path {

@@ -22,7 +22,7 @@ NSData* EncodePropertyList(id root, NSPropertyListFormat format, NSError** error
 /// @return autoreleased; nil when there is none
 id ReadPropertyList(NSString* path, NSPropertyListMutabilityOptions options, NSError** error);
 
-/// Writes a property list, atomically.
+/// Writes a property list, atomically. nil is not written.
 /// @param error  gets EncodePropertyList's error, else the platform's when the file cannot be
 ///               written; may be NULL
 /// @return whether the file was written

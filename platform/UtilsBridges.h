@@ -11,11 +11,11 @@ std::string GetOSXVersion();    ///< Utils_Mac getOSVersion
 std::string GetKSVersionOSX();  ///< Utils_Mac getKSVersion
 void CloseAppCPP();             ///< Utils_Mac closeApp
 long hid_resetCPP();            ///< Utils_Mac hid_reset
-long GetSystemIdleTime();       ///< Utils_Mac GetSystemIdleTime
+long GetSystemIdleTime();       ///< Utils_Mac GetSystemIdleTime, in seconds
 bool areConnectedCPP();         ///< Utils_Mac areConnected
 
-/// The wall-clock time in whole seconds since the Unix epoch. The name promises milliseconds since
-/// the start of the system: that it is something else is meant.
+/// The wall-clock time in whole seconds since the Unix epoch. Meant: whole seconds, though the name
+/// promises milliseconds since the start of the system.
 time_t GetTickCount();
 
 long GetCurrentProcessIdBridge();

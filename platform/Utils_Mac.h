@@ -2,8 +2,9 @@
 
 #include <Foundation/Foundation.h>
 
-/// Small questions about the machine and the process. No instances, no state. Nothing is logged: a
-/// question that cannot be answered has a neutral answer.
+/// Small questions about the machine and the process. No instances, no state. A question that
+/// cannot be answered has a neutral answer and no line in the log; getKSVersion alone may log, as
+/// it says.
 @interface Utils_Mac : NSObject
 
 /// The process identifier.
@@ -17,7 +18,8 @@
 + (NSString*)getOSVersion;
 
 /// The product's version: "KSVersion" of the main bundle's Info dictionary, which is then stored in
-/// the settings under that name, else "20200902", which is not stored.
+/// the settings under that name, else "20200902", which is not stored. Storing it logs what
+/// LocalSettings_Mac SetSettingValue:withName: logs.
 + (NSString*)getKSVersion;
 
 /// Quits the application in the next turn of the main thread's run loop, on which it must be
@@ -28,7 +30,7 @@
 /// @return empty for a folder that cannot be read
 + (NSArray*)arrayOfFoldersInFolder:(NSString*)folder;
 
-/// Does nothing: kept for the sake of the interface.
+/// Does nothing. Meant: kept for the sake of the interface.
 /// @return -1
 + (int)hid_reset;
 

@@ -12,6 +12,7 @@
 
 namespace {
 
+// Meant: one script file.
 NSString* const kScriptFolder = @"/var/tmp";
 NSString* const kScriptName = @"script.sh";
 
@@ -19,6 +20,7 @@ NSString* const kWithRights = @"do shell script \"%@\" with administrator privil
 NSString* const kWithoutRights = @"do shell script \"%@\"";
 
 const char* const kAdministratorRight = "system.privilege.admin";
+// Meant: the right has this name.
 const char* const kCommandRight = "com.mycompany.myapplication.command2PA";
 
 NSString* const kJobScript = @"/private/tmp/%@.sh";
@@ -41,8 +43,8 @@ NSString* DescriptionOf(NSDictionary* errorInfo) {
     return [message isKindOfClass:[NSString class]] ? message : @"";
 }
 
-// Runs a file through AppleScript. Neither the path nor the arguments are escaped, on purpose: a
-// caller may rely on the shell's reading of its arguments.
+// Runs a file through AppleScript. Meant: not escaped, neither the path nor the arguments. A caller
+// may rely on the shell's reading of its arguments.
 BOOL RunFile(NSString* path, NSArray* arguments, NSString* sourceFormat, NSString** output,
              NSString** errorDescription) {
     NSString* command =
@@ -194,7 +196,7 @@ BOOL Bless(NSString* label, AuthorizationRef authorization) {
 - (AuthorizationRef)GetAuthorization {
     if (authorizationRef == NULL && [self GetElevatedRights] != errAuthorizationSuccess) {
         ShowInvalidCredentials(Red());
-        return NULL;  // meant: the reference stays, and the next call returns it without asking
+        return NULL;  // meant: the reference stays, so the next call returns it
     }
     return authorizationRef;
 }
@@ -207,12 +209,12 @@ BOOL Bless(NSString* label, AuthorizationRef authorization) {
     NSString* script = SaveJobScript(path);
     usleep(kBlessingPause);
     if (setenv(kTemporaryFolderVariable, kTemporaryFolder, 1) != 0) {
-        [NSLogger LogFailure:@"Fail to set TMPFIR"];
+        [NSLogger LogFailure:@"Fail to set TMPFIR"];  // meant: "ELEVL" and "TMPFIR" are spelled so
     }
     [NSLogger LogInformation:@"PATH ELEVL %@", script];
     if (isAuthorizationFreed || !Bless(script, authorization)) {
         [NSLogger LogInformation:@"SMJOB FAILS FOR PATH ELEVL %@", script];
-        // Meant: the object keeps the freed reference, and a later GetAuthorization returns it.
+        // Meant: the object keeps the freed reference. A later GetAuthorization returns it.
         [self FreeAuthorization];
         return NO;
     }

@@ -21,6 +21,7 @@ constexpr const char* kDumpsSubfolder = "//dumps//";
 constexpr const char* kLogsSubfolder = "//logs//";
 
 constexpr const char* kFirefoxApplication = "/Applications/" KS_FIREFOX_NAME ".app";
+// Meant: programs of another system. They are names only.
 constexpr const char* kFirefoxImporterTool64 = "KSFirefoxImporterTool_x64.exe";
 constexpr const char* kFirefoxImporterTool32 = "KSFirefoxImporterTool_x86.exe";
 
@@ -257,7 +258,7 @@ std::string KSEnvironement::GetOSArhitecture() {
 std::string KSEnvironement::OSTypeToString(int type) {
     switch (type) {
         case 0:
-            return "Unknown Operating Sistem";  // meant
+            return "Unknown Operating Sistem";  // meant: "Sistem" is spelled so
         case 1:
             return "Windows";
         case kOSX:

@@ -5,11 +5,13 @@
 #include <random>
 
 /// A random-number engine, the standard 32-bit Mersenne Twister MT19937, that several threads may
-/// draw from. Its numbers can be predicted: no secret may depend on them.
+/// draw from. Its numbers can be predicted: no secret may depend on them. Nothing is logged,
+/// nothing fails.
 class KSGlobals {
   public:
     /// Seeded with Seed of the process identifier and the system clock's microseconds.
     KSGlobals();
+    /// Seeded as it says, for a sequence that can be repeated.
     explicit KSGlobals(uint32_t seed);
     virtual ~KSGlobals() = default;
 
@@ -35,8 +37,7 @@ class KSGlobals {
         return static_cast<uint16_t>(number + (number >> 16));
     }
 
-    /// The product, not the sum, of a number and its upper three bytes, cut to 8 bits: that is
-    /// meant.
+    /// The number times its upper three bytes, cut to 8 bits. Meant: a product, not a sum.
     static constexpr uint8_t Mix8(uint32_t number) {
         return static_cast<uint8_t>((number >> 8) * number);
     }

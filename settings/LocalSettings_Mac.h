@@ -9,8 +9,9 @@
 /// A file is an XML property list with a dictionary as its root (a binary one is read as well). It
 /// is written atomically, so a reader never sees half of it; of two writers that race, one loses
 /// its change. Folders are never made here. A write that fails is silent and leaves the file as it
-/// was. A dictionary that cannot be encoded is not written; that is logged as a failure, "Coudn't
-/// save local data with error: %@!" with the error's description.
+/// was. A dictionary that cannot be encoded, nil among them, is not written; that is logged, here
+/// and in every setter, as the failure "Coudn't save local data with error: %@!" with the error's
+/// description. Meant: "Coudn't" is spelled so.
 ///
 /// A missing file, or one that holds no dictionary, counts as an empty dictionary: a getter finds
 /// nothing in it and leaves it as it is, a setter replaces it. A file that is there but cannot be

@@ -11,6 +11,7 @@ NSString* const kVaultsFolder = @KS_VAULTS_FOLDER;
 
 NSString* const kNoValue = @"";
 
+// Meant: "Coudn't" is spelled so.
 void LogNotSaved(id error) {
     [NSLogger LogFailure:@"Coudn't save local data with error: %@!", [error description]];
 }

@@ -1,5 +1,5 @@
-// KSLogReader LOG: prints an enciphered log in plain text. The logging password is the first line
-// of standard input, so that it shows in no process list.
+// Prints an enciphered log in plain text. The logging password comes on standard input, so that it
+// shows in no process list.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -11,6 +11,16 @@
 #include "crypto/DecryptionEngine.h"
 
 namespace {
+
+constexpr char kUsage[] =
+    "usage: KSLogReader LOG      print an enciphered log in plain text;\n"
+    "                            the password is the first line of standard input\n"
+    "       KSLogReader --help\n"
+    "       KSLogReader --version\n"
+    "\n"
+    "Status: 0; 1 for a log that cannot be read or is none under this password; 2 for wrong "
+    "usage.\n"
+    "A log whose name begins with \"-\" is given as ./-NAME.\n";
 
 // Headers and texts are padded with blanks to whole blocks: those at the end of a line are no
 // content.
@@ -33,9 +43,17 @@ void PrintWithoutTrailingBlanks(const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::cerr
-            << "usage: KSLogReader LOG   (the password is the first line of standard input)\n";
+    const std::string argument = argc == 2 ? argv[1] : "";
+    if (argument == "--help") {
+        std::cout << kUsage;
+        return 0;
+    }
+    if (argument == "--version") {
+        std::cout << "KSLogReader " KS_VERSION "\n";
+        return 0;
+    }
+    if (argument.empty() || argument.front() == '-') {
+        std::cerr << kUsage;
         return 2;
     }
     std::ifstream file(argv[1], std::ios::binary);

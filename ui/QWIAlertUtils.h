@@ -14,7 +14,8 @@
 ///  - without the interface file, the failure "No interface file for the alert: %@", with its name.
 @interface QWIAlertUtils : NSObject
 
-/// The whole choice. A button without a text stays hidden.
+/// The whole choice. A button without a text stays hidden. What becomes of an Ignore text stands
+/// with QWStyleAlert `setButtonsTexts:::`.
 /// @param frame of the window, in points; if all four values are zero, the interface file's frame
 ///     stays. The window is centred on the screen in either case.
 /// @param nib name of the interface file, without extension
@@ -42,7 +43,7 @@
                    NibName:(NSString*)nib;
 
 /// The same, at window level 14 instead of 1000.
-/// @param nib ignored: the interface file is always "QWSyleAlert"
+/// @param nib ignored. Meant: always the same file, "QWSyleAlert", which is spelled so.
 + (int)QWIAlertWithMessageTopMost:(NSString*)message
                             Title:(NSString*)title
                            OkText:(NSString*)okText
@@ -51,6 +52,7 @@
                        TitleColor:(NSColor*)titleColor
                           NibName:(NSString*)nib;
 
+/// As QWIControlsUtils' operations of the same names.
 + (void)SetButtonTitleFor:(NSButton*)button toString:(NSString*)text withColor:(NSColor*)color;
 + (void)SetTextViewTextFor:(NSTextView*)textView toString:(NSString*)text withColor:(NSColor*)color;
 + (void)SetButtonTextColor:(NSButton*)button andColor:(NSColor*)color;

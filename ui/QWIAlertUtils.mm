@@ -7,7 +7,7 @@
 
 namespace {
 
-NSString* const kTopMostNib = @"QWSyleAlert";  // meant: the file's name is spelled so
+NSString* const kTopMostNib = @"QWSyleAlert";  // meant: always the same file
 const NSInteger kTopMostLevel = 14;
 
 struct ButtonSpec {

@@ -8,7 +8,8 @@
 @interface QWINSWindowController : NSWindowController
 
 /// Moves the window so that its origin is half of what the screen is wider and higher than it, in
-/// points; the screen's own origin is left out. A missing window or screen counts as a zero frame.
+/// points. Meant: the screen's own origin is not added. A missing window or screen counts as a zero
+/// frame.
 - (void)centerWindowOnScreen;
 
 /// Activates the application, centres the window, makes it the key window and orders it front.

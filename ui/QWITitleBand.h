@@ -6,7 +6,9 @@
 /// the bright green and red that are in use can be read on nothing lighter (4.5 to 1 and more).
 @interface QWITitleBand : NSView
 
+/// YES: nothing behind it shows.
 - (BOOL)isOpaque;
+/// Fills the ground.
 - (void)drawRect:(NSRect)rect;
 
 @end

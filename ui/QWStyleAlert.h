@@ -40,6 +40,7 @@ enum AlertResult { kAlertClosed = -1, kAlertOk = 0, kAlertCancel = 1, kAlertIgno
 /// The title. Setting it shows it, and lays the texts out anew.
 @property (nonatomic, assign) NSString* titleText;
 
+/// The fields of the title and of the large text, for their colour and their text.
 @property (nonatomic, assign) NSTextField* titleTField;
 @property (nonatomic, assign) NSTextField* bigTextTField;
 
@@ -47,7 +48,8 @@ enum AlertResult { kAlertClosed = -1, kAlertOk = 0, kAlertCancel = 1, kAlertIgno
 @property (nonatomic, readonly) int32_t closeRez;
 
 /// The initial state: result kAlertClosed, only the plain OK button visible, title "Keystrel", no
-/// button orange.
+/// button orange. Also sets what an interface file cannot keep: the window's ground, the message's
+/// font.
 - (void)awakeFromNib;
 
 /// Whether the button is orange. The plain and the orange one of the pair become visible or hidden
@@ -60,8 +62,8 @@ enum AlertResult { kAlertClosed = -1, kAlertOk = 0, kAlertCancel = 1, kAlertIgno
 /// empty; places them; centres the window on the screen, raises it above all normal windows (level
 /// 1000), and shows it.
 ///
-/// The text for Ignore becomes the title of the plain Cancel and the plain Ignore button; an orange
-/// Ignore button gets no title.
+/// The text for Ignore becomes the title of the plain Cancel and the plain Ignore button. Meant:
+/// the plain Cancel button takes this text, the orange Ignore button does not.
 // clang-format off
 - (void)setButtonsTexts:(NSString*)ok :(NSString*)cancel :(NSString*)ignore;
 // clang-format on

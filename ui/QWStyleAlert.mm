@@ -223,8 +223,8 @@ void SetTitle(NSButton* button, NSString* text) {
     NSRect room = [message frame];
     room.size.height = MAX(top - NSMinY(room), 0);
     [message setFrame:room];
-    [textView
-        setMinSize:NSMakeSize(0, [message contentSize].height)];  // no scroller for empty room
+    // No scroller for empty room.
+    [textView setMinSize:NSMakeSize(0, [message contentSize].height)];
     [content setNeedsDisplay:YES];
 }
 

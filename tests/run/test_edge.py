@@ -128,6 +128,7 @@ def test_a_missing_payload_ends_the_installation(mac, missing):
     level, text = messages[-1]
     assert level == "FAILURE"
     assert text.startswith("Error copying Edge JSON: Error Domain=NSCocoaErrorDomain Code=260 ")
+    assert "/BExtensions//edge/com.corvendale.kschromena.json" in text  # the path as it is composed
     assert mac.path(HOST_FOLDER).is_dir()
     assert not mac.path(HOST_MANIFEST).exists()
     assert not mac.path(PAYLOAD_DESCRIPTOR).exists()

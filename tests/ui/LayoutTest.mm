@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/Asking.h"
+#include "tests/support/ReplacedMethod.h"
 #include "tests/ui/NSLoggerLines.h"
 #include "ui/QWIAlertUtils.h"
 
@@ -277,6 +278,22 @@ TEST(WindowController, PresentsItsWindowInTheMiddle) {
     EXPECT_TRUE([window isVisible]);
     EXPECT_EQ(NSMidX([window frame]), NSMidX([[window screen] frame]));
     EXPECT_EQ(NSMidY([window frame]), NSMidY([[window screen] frame]));
+}
+
+static NSRect FrameOfASecondScreen(id, SEL) {
+    return NSMakeRect(1024, 300, 1024, 768);
+}
+
+TEST(WindowController, LeavesTheScreensOwnOriginOut) {
+    NSWindow* window = [NewAlert() window];
+    const NSSize size = [window frame].size;
+    QWINSWindowController* controller =
+        [[[QWINSWindowController alloc] initWithWindow:window] autorelease];
+    const ReplacedMethod frame(ReplacedMethod::InstanceMethod, [NSScreen class], @selector(frame),
+                               reinterpret_cast<IMP>(FrameOfASecondScreen));
+    [controller centerWindowOnScreen];
+    EXPECT_EQ(NSMinX([window frame]), (1024 - size.width) / 2);
+    EXPECT_EQ(NSMinY([window frame]), (768 - size.height) / 2);
 }
 
 TEST(WindowController, WithoutAWindowDoesNothing) {
