@@ -663,5 +663,6 @@ def test_large_lists_take_linear_time_and_little_memory(kind, source):
         assert plistlib.loads(written) == value
         assert pipe.close() == ""
         print(f"{kind}: {len(data)} bytes, {spent[count]:.2f} s, {used / len(data):.1f} times in memory")
-        assert used < limit * len(data)
+        # Of a small list the machine's own pages are the larger part.
+        assert used < limit * len(data) + 500_000
     assert spent[20_000] < 12 * spent[5_000] + 0.1
