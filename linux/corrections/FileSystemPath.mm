@@ -9,6 +9,9 @@ bool FileSystemPath(NSString* path, std::string& result) {
     return !result.empty() && result.find('\0') == std::string::npos;
 }
 
+// GNUstep drops one byte-order mark that a text begins with, and a name may well begin so.
 NSString* StringFromFileSystem(const std::string& name) {
-    return [NSString stringWithUTF8String:name.c_str()];
+    const std::string mark = "\xEF\xBB\xBF";
+    const bool isMarked = name.compare(0, mark.size(), mark) == 0;
+    return [NSString stringWithUTF8String:(isMarked ? mark + name : name).c_str()];
 }

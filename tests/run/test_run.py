@@ -1,30 +1,85 @@
 """The run as a whole: it always ends with status 0 and never says a word beyond its log."""
 
+import os
+
 import pytest
 
 from tests.support.mac import Mac
 
 
-@pytest.mark.parametrize(
-    "home",
-    [
-        "/Users/two words",
-        "/Users/100%",
-        "/Users/%s%n%@",
-        "/Users/Zoë 東京",
-        "/Users/quo'te\"s",
-        "/Users/~tilde",
-    ],
-)
-def test_any_home_will_do(tmp_path, home):
+
+def files_of(mac, folder):
+    """Each entry below a folder: its mode, and what it holds or links to."""
+    entries = {}
+    for path in mac.path(folder).rglob("*"):
+        content = os.readlink(path) if path.is_symlink() else path.read_bytes() if path.is_file() else None
+        entries[str(path.relative_to(mac.path(folder)))] = (path.lstat().st_mode, content)
+    return entries
+
+
+def others(mac):
+    """The manifest of all but homes and logs."""
+    return [line for line in mac.manifest() if "\t/Users/" not in line]
+
+
+HOMES = [
+    "two words",
+    "100%",
+    "%s%n%@",
+    "Zoë 東京",
+    "quo'te\"s",
+    "~tilde",
+    # What another system would take for a separator, a mark, or a way up is a letter here.
+    "back\\slash",
+    "..\\..\\Victim",
+    "C;\\alex",
+    "\ufeffmarked",
+]
+
+
+@pytest.mark.parametrize("name", HOMES)
+def test_any_home_is_treated_alike(tmp_path, name):
+    usual = Mac.new("typical", tmp_path / "usual")
+    odd = Mac.new("typical", tmp_path / "odd")
+    odd.path("/Users/alex").rename(odd.path("/Users/" + name))
+    for mac, home in ((usual, "/Users/alex"), (odd, "/Users/" + name)):
+        result = mac.run("--home", home, "--admin", "refuse")
+        assert (result.status, result.stderr) == (0, "")
+    assert files_of(odd, "/Users/" + name) == files_of(usual, "/Users/alex")
+    assert others(odd) == others(usual)
+    assert {path.name for path in odd.path("/Users").iterdir()} == {name, "Shared"}
+
+
+PROFILES = "/Users/alex/Library/Application Support/Firefox/Profiles"
+CACHES = ["extensions.ini", "extensions.cache", "compreg.dat", "xpti.dat", "extensiondev.rdf"]
+
+
+@pytest.mark.parametrize("name", ["..\\..\\Victim", "a\\b", "x:y", "C:\\Victim", "\ufeffmarked", "..\\"])
+def test_a_profile_of_any_name_is_the_only_one_that_is_cleared(tmp_path, name):
     mac = Mac.new("typical", tmp_path)
-    mac.path("/Users/alex").rename(mac.path(home))
-    result = mac.run("--home", home)
+    victims = [PROFILES + "/../../Victim", PROFILES + "/a/b", PROFILES + "/../Victim", PROFILES + "/..",
+               "/Users/alex/Victim", "/Victim"]
+    for folder in [PROFILES + "/" + name, *victims]:
+        for cache in CACHES:
+            mac.path(folder).mkdir(parents=True, exist_ok=True)
+            (mac.path(folder) / cache).write_text("kept")
+    result = mac.run("--own", "/Users/alex")
     assert (result.status, result.stderr) == (0, "")
-    edge = mac.path(home + "/Library/Application Support/Microsoft Edge")
-    assert (edge / "NativeMessagingHosts/com.corvendale.kschromena.json").is_file()
-    assert (edge / "External Extensions/ljdimbpkaehcfognojlkbmcpiedhfagk.json").is_file()
-    assert not mac.path("/Users/alex").exists()
+    assert list(mac.path(PROFILES + "/" + name).iterdir()) == []
+    for folder in victims:
+        for cache in CACHES:
+            assert (mac.path(folder) / cache).read_text() == "kept", folder
+
+
+def test_a_payload_of_odd_names_stays(tmp_path):
+    mac = Mac.new("typical", tmp_path)
+    payload = mac.path("/Applications/Keystrel.app/Contents/Keystrel/Tools/BExtensions/chrome")
+    names = ["..\\edge", "x:y", "\ufeffmarked", "back\\slash"]
+    for name in names:
+        (payload / name).write_text("kept")
+    result = mac.run()
+    assert (result.status, result.stderr) == (0, "")
+    assert {name: (payload / name).read_text() for name in names} == dict.fromkeys(names, "kept")
 
 
 def test_a_home_that_does_not_exist(tmp_path):

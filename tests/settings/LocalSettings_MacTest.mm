@@ -50,6 +50,11 @@ TEST_F(LocalSettings_MacTest, AVaultsNameIsNotChecked) {
 
     [LocalSettings_Mac SetSettingValue:@"v" withName:@"k" AndVault:@"../Other"];
     EXPECT_TRUE(Holds(folder + "/Other", "{'k': 'v'}"));
+    // What another system takes for a separator is a letter here.
+    for (const char* name : {"a\\b", "..\\Other", "C:\\x", "\uFEFFWork"}) {
+        [LocalSettings_Mac SetSettingValue:@"v" withName:@"k" AndVault:Text(name)];
+        EXPECT_TRUE(Holds(folder + "/Vaults/" + name, "{'k': 'v'}")) << name;
+    }
 }
 
 TEST_F(LocalSettings_MacTest, AnAbsentValueIsEmptyAndAnAbsentArrayIsNothing) {
