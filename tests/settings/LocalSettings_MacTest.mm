@@ -51,10 +51,13 @@ TEST_F(LocalSettings_MacTest, AVaultsNameIsNotChecked) {
     [LocalSettings_Mac SetSettingValue:@"v" withName:@"k" AndVault:@"../Other"];
     EXPECT_TRUE(Holds(folder + "/Other", "{'k': 'v'}"));
     // What another system takes for a separator is a letter here.
-    for (const char* name : {"a\\b", "..\\Other", "C:\\x", "\uFEFFWork"}) {
+    for (const char* name : {"a\\b", "..\\Other", "C:\\x"}) {
         [LocalSettings_Mac SetSettingValue:@"v" withName:@"k" AndVault:Text(name)];
         EXPECT_TRUE(Holds(folder + "/Vaults/" + name, "{'k': 'v'}")) << name;
     }
+    NSString* marked = [NSString stringWithFormat:@"%CWork", static_cast<unichar>(0xFEFF)];
+    [LocalSettings_Mac SetSettingValue:@"v" withName:@"k" AndVault:marked];
+    EXPECT_TRUE(Holds(folder + "/Vaults/\uFEFFWork", "{'k': 'v'}"));
 }
 
 TEST_F(LocalSettings_MacTest, AnAbsentValueIsEmptyAndAnAbsentArrayIsNothing) {
