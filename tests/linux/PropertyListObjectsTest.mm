@@ -182,7 +182,6 @@ TEST_P(Mutability, NothingIsMutableUnlessAskedFor) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, Mutability, testing::Values(kXML, kBinary),
-                         [](const auto& info) {
-    return info.param == kXML ? "XML" : "Binary";
+                         [](const auto& info) { return info.param == kXML ? "XML" : "Binary"; });
 
 }  // namespace
