@@ -130,7 +130,7 @@ def test_with_googletest_the_facts_and_the_plain_tests_are_built(build_with_test
     facts = re.findall(r"^platform_facts\((\w+)", (ROOT / "tests/platform_facts/CMakeLists.txt").read_text(), re.MULTILINE)
     plain = re.findall(r"^plain_test\((\w+)", (ROOT / "tests/crypto/CMakeLists.txt").read_text(), re.MULTILINE)
     assert len(facts) >= 5 and len(plain) >= 4
-    assert programs(build_with_tests) == {"KSExtensionInstaller", "KSLogReader", "crypto_lines", *facts, *plain}
+    assert programs(build_with_tests) == {"KSExtensionInstaller", "KSLogReader", "crypto_lines", "facts_application", *facts, *plain}
 
 
 def test_tests_are_built_for_the_mac_that_builds_them_and_the_product_for_every_one(build_with_tests):
