@@ -17,6 +17,29 @@ class Bundles : public testing::Test {
     TemporaryFolder folder_;
 };
 
+TEST_F(Bundles, InApplesLayoutAreUnderstood) {
+    MakeBundle(folder_, "Google Chrome.app",
+               Entry("CFBundleIdentifier", "com.google.Chrome") +
+                   Entry("CFBundleExecutable", "Chrome Ü") + Entry("KSVersion", "7"));
+    folder_.Write("Google Chrome.app/Contents/MacOS/Chrome Ü", "", 0755);
+    NSBundle* bundle = At("Google Chrome.app");
+    EXPECT_EQ(Text([bundle bundlePath]), folder_ / "Google Chrome.app");
+    EXPECT_EQ(Text([bundle bundleIdentifier]), "com.google.Chrome");
+    EXPECT_EQ(Text((NSString*)[[bundle infoDictionary] objectForKey:@"KSVersion"]), "7");
+    EXPECT_EQ(Text((NSString*)[bundle objectForInfoDictionaryKey:@"KSVersion"]), "7");
+    EXPECT_EQ(Text([bundle executablePath]), folder_ / "Google Chrome.app/Contents/MacOS/Chrome Ü");
+    EXPECT_EQ(Text([bundle resourcePath]), folder_ / "Google Chrome.app/Contents/Resources");
+}
+
+TEST_F(Bundles, WithoutANamedExecutableHaveTheOneOfTheirOwnNameOrNone) {
+    MakeBundle(folder_, "One.app", "");
+    MakeBundle(folder_, "Two.app", "<key>CFBundleExecutable</key><array/>");
+    folder_.Write("Two.app/Contents/MacOS/Two", "", 0755);
+    EXPECT_EQ([At("One.app") executablePath], nil);
+    EXPECT_EQ(Text([At("Two.app") executablePath]), folder_ / "Two.app/Contents/MacOS/Two");
+    EXPECT_EQ([At("One.app") bundleIdentifier], nil);
+}
+
 TEST_F(Bundles, WithABrokenInfoAreEmpty) {
     MakeBundle(folder_, "Broken.app", "");
     folder_.Write("Broken.app/Contents/Info.plist", "<plist");

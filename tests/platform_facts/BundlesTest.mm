@@ -18,26 +18,19 @@ class Bundles : public testing::Test {
 
 TEST_F(Bundles, InApplesLayoutAreUnderstood) {
     MakeBundle(folder_, "Google Chrome.app",
-               Entry("CFBundleIdentifier", "com.google.Chrome") +
-                   Entry("CFBundleExecutable", "Chrome Beta") + Entry("KSVersion", "7"));
-    folder_.Write("Google Chrome.app/Contents/MacOS/Chrome Beta", "", 0755);
+               Entry("CFBundleIdentifier", "com.google.Chrome") + Entry("KSVersion", "7"));
     NSBundle* bundle = At("Google Chrome.app");
     EXPECT_EQ(Text([bundle bundlePath]), folder_ / "Google Chrome.app");
     EXPECT_EQ(Text([bundle bundleIdentifier]), "com.google.Chrome");
     EXPECT_EQ(Text((NSString*)[[bundle infoDictionary] objectForKey:@"KSVersion"]), "7");
     EXPECT_EQ(Text((NSString*)[bundle objectForInfoDictionaryKey:@"KSVersion"]), "7");
-    EXPECT_EQ(Text([bundle executablePath]),
-              folder_ / "Google Chrome.app/Contents/MacOS/Chrome Beta");
     EXPECT_EQ(Text([bundle resourcePath]), folder_ / "Google Chrome.app/Contents/Resources");
 }
 
-TEST_F(Bundles, WithoutANamedExecutableHaveTheOneOfTheirOwnNameOrNone) {
-    MakeBundle(folder_, "One.app", "");
-    MakeBundle(folder_, "Two.app", "<key>CFBundleExecutable</key><array/>");
-    folder_.Write("Two.app/Contents/MacOS/Two", "", 0755);
-    EXPECT_EQ([At("One.app") executablePath], nil);
-    EXPECT_EQ(Text([At("Two.app") executablePath]), folder_ / "Two.app/Contents/MacOS/Two");
-    EXPECT_EQ([At("One.app") bundleIdentifier], nil);
+TEST_F(Bundles, WithoutInformationHaveNone) {
+    MakeBundle(folder_, "Plain.app", "");
+    EXPECT_EQ([At("Plain.app") bundleIdentifier], nil);
+    EXPECT_EQ([At("Plain.app") objectForInfoDictionaryKey:@"KSVersion"], nil);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <cwchar>
+#include <filesystem>
 
 #include "tests/support/ErrorChecks.h"
 #include "tests/support/TemporaryFolder.h"
@@ -65,7 +66,8 @@ TEST_F(Process, TheHomeIsTheOneOfTheUsersRecordWhateverHomeSays) {
 
 TEST_F(Process, TheMainBundleOfAPlainExecutableIsItsFolderWithoutInformation) {
     NSBundle* const bundle = [NSBundle mainBundle];
-    const std::string executable = Text([bundle executablePath]);
+    NSString* const started = [[[NSProcessInfo processInfo] arguments] objectAtIndex:0];
+    const std::string executable = std::filesystem::canonical(Text(started)).string();
     const std::string name = executable.substr(executable.rfind('/') + 1);
     EXPECT_EQ(name, "program_facts");
     EXPECT_EQ(Text([[NSProcessInfo processInfo] processName]), name);
