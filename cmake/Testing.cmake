@@ -10,13 +10,24 @@
 # test_run(NAME PROGRAM COMMAND...): any other way to run a program.
 # thread_test(NAME): marks a test that runs several threads. Those run by themselves in other builds, which
 #   need no more than the target thread_tests.
+#
+# On a Mac there are no Mac roots: plain tests and tests/platform_facts are built where GoogleTest is found.
 include(CTest)
-if(NOT BUILD_TESTING OR APPLE)
+if(NOT BUILD_TESTING)
   return()
 endif()
-find_package(GTest REQUIRED)
-find_package(PkgConfig REQUIRED)
-pkg_check_modules(XTEST REQUIRED IMPORTED_TARGET xtst x11)
+if(APPLE)
+  find_package(GTest QUIET)
+  if(NOT TARGET GTest::gtest_main)
+    message(STATUS "No tests are built: GoogleTest is missing (brew install googletest)")
+    set(BUILD_TESTING OFF)
+    return()
+  endif()
+else()
+  find_package(GTest REQUIRED)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(XTEST REQUIRED IMPORTED_TARGET xtst x11)
+endif()
 
 # What GNUstep itself leaves allocated for good is not ours to report.
 set(KS_TEST_ENVIRONMENT

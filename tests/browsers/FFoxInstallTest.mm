@@ -13,8 +13,8 @@
 
 #include "installer/BrowserBridges.h"
 #include "settings/KSEnvironement.h"
-#include "tests/linux/ErrorChecks.h"
 #include "tests/support/Command.h"
+#include "tests/support/ErrorChecks.h"
 #include "tests/support/Files.h"
 #include "tests/support/Launching.h"
 #include "tests/support/LogFile.h"

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <time.h>
 
-#include "tests/linux/ErrorChecks.h"
 #include "tests/support/Command.h"
+#include "tests/support/ErrorChecks.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

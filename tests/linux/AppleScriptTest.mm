@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Security/Administrator.h"
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

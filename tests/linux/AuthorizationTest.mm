@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Security/Administrator.h"
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "tests/linux/AppleBundle.h"
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/AppleBundle.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <optional>
 
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "tests/linux/ErrorChecks.h"
 #include "tests/support/Command.h"
+#include "tests/support/ErrorChecks.h"
 #include "tests/support/PrivateDisplay.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

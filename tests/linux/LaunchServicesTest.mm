@@ -3,9 +3,9 @@
 
 #include <filesystem>
 
-#include "tests/linux/AppleBundle.h"
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/AppleBundle.h"
 #include "tests/support/Command.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

@@ -2,85 +2,20 @@
 //
 // A request on standard input is a line "OPTIONS FORMAT LENGTH" and LENGTH bytes: the list to read,
 // the mutability options to read it with (0, 1, 2) and the format to write it in (100 XML, 200
-// binary; 1 tells what was read, see Describe; 0 nothing). The answer is a line "STATUS LENGTH" and
-// LENGTH bytes. STATUS is the format that was read, then the bytes are what was written; or it is
-// the code of the error, then they are its text.
+// binary; 1 tells what was read, see DescribePropertyList; 0 nothing). The answer is a line "STATUS
+// LENGTH" and LENGTH bytes. STATUS is the format that was read, then the bytes are what was
+// written; or it is the code of the error, then they are its text.
 #include <Foundation/Foundation.h>
 
 #include <cstdio>
-#include <cstring>
 #include <string>
+
+#include "tests/support/PropertyListDescription.h"
 
 namespace {
 
 constexpr NSPropertyListFormat kNothing = 0;
 constexpr NSPropertyListFormat kDescription = 1;
-
-template <typename Number>
-std::string Hex(Number number, int digits) {
-    unsigned long long bits = 0;
-    std::memcpy(&bits, &number, sizeof number);
-    char text[32];
-    std::snprintf(text, sizeof text, "%0*llx", digits, bits);
-    return text;
-}
-
-std::string DescribeNumber(NSNumber* number) {
-    const char type = *[number objCType];
-    if ([number isKindOfClass:[[NSNumber numberWithBool:YES] class]]) {
-        return [number boolValue] ? "T" : "F";
-    }
-    if (type == *@encode(double)) {
-        return "d" + Hex([number doubleValue], 16);
-    }
-    if (type == *@encode(float)) {
-        return "f" + Hex([number floatValue], 8);
-    }
-    return "I" + (type == *@encode(unsigned long long)
-                      ? std::to_string([number unsignedLongLongValue])
-                      : std::to_string([number longLongValue]));
-}
-
-// A letter for the kind, then strings as UTF-16 units, dates and reals by their bits.
-std::string Describe(id value) {
-    std::string text;
-    if ([value isKindOfClass:[NSString class]]) {
-        for (NSUInteger i = 0; i < [value length]; ++i) {
-            text += Hex([value characterAtIndex:i], 4);
-        }
-        return "S" + text;
-    }
-    if ([value isKindOfClass:[NSNumber class]]) {
-        return DescribeNumber(value);
-    }
-    if ([value isKindOfClass:[NSDate class]]) {
-        return "D" + Hex([value timeIntervalSinceReferenceDate], 16);
-    }
-    if ([value isKindOfClass:[NSData class]]) {
-        for (NSUInteger i = 0; i < [value length]; ++i) {
-            text += Hex(static_cast<const unsigned char*>([value bytes])[i], 2);
-        }
-        return "X" + text;
-    }
-    if ([value isKindOfClass:[NSArray class]]) {
-        for (id item in value) {
-            text += (text.empty() ? "" : ",") + Describe(item);
-        }
-        return "[" + text + "]";
-    }
-    if ([value isKindOfClass:[NSDictionary class]]) {
-        id uid = [value count] == 1 ? [value objectForKey:@"CF$UID"] : nil;
-        if ([uid isKindOfClass:[NSNumber class]]) {
-            return "U" + std::to_string([uid unsignedLongLongValue]);
-        }
-        for (id key in [[value allKeys] sortedArrayUsingSelector:@selector(compare:)]) {
-            text += (text.empty() ? "" : ",") + Describe(key) + ":" +
-                    Describe([value objectForKey:key]);
-        }
-        return "{" + text + "}";
-    }
-    return std::string("?") + class_getName([value class]);
-}
 
 void Answer(long status, const void* bytes, std::size_t length) {
     std::printf("%ld %zu\n", status, length);
@@ -96,7 +31,7 @@ void Convert(NSPropertyListReadOptions options, NSPropertyListFormat format, NSD
                                                          format:&readFormat
                                                           error:&error];
     if (list != nil && (format == kNothing || format == kDescription)) {
-        const std::string text = format == kNothing ? "" : Describe(list);
+        const std::string text = format == kNothing ? "" : DescribePropertyList(list);
         Answer(static_cast<long>(readFormat), text.data(), text.size());
         return;
     }

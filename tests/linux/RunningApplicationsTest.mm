@@ -7,9 +7,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "tests/linux/AppleBundle.h"
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/AppleBundle.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <sstream>
 #include <string>
 
-#include "tests/linux/AppleBundle.h"
+#include "tests/support/AppleBundle.h"
 #include "tests/support/Command.h"
 
 namespace {

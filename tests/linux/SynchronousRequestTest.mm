@@ -3,8 +3,8 @@
 #include <chrono>
 #include <optional>
 
-#include "tests/linux/ErrorChecks.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "linux/corrections/Programs.h"
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

@@ -4,8 +4,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "tests/linux/ErrorChecks.h"
 #include "tests/support/Command.h"
+#include "tests/support/ErrorChecks.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {

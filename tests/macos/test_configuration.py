@@ -10,8 +10,15 @@ ROOT = Path(__file__).resolve().parents[2]
 FRAMEWORKS = ["Foundation", "AppKit", "CoreServices", "CoreFoundation", "Security", "ServiceManagement", "IOKit"]
 
 
+GOOGLE_TEST = """add_library(GTest::gtest INTERFACE IMPORTED)
+add_library(GTest::gtest_main INTERFACE IMPORTED)
+"""
+NO_GOOGLE_TEST = "-DCMAKE_DISABLE_FIND_PACKAGE_GTest=TRUE"
+MISSING = "No tests are built: GoogleTest is missing (brew install googletest)"
+
+
 def configure(folder, *options):
-    """The text of the build file that a Mac would have in `folder`/build."""
+    """The text of the build file that a Mac would have in `folder`/build, and what the configuration said."""
     tools = folder / "tools"
     tools.mkdir()
     for name in ["ibtool", "install_name_tool", "otool"]:
@@ -24,7 +31,7 @@ def configure(folder, *options):
          f"-DCMAKE_PROGRAM_PATH={tools}", f"-DCMAKE_INSTALL_NAME_TOOL={tools}/install_name_tool", *options],
         env={"PATH": f"{tools}:/usr/bin:/bin"}, capture_output=True, text=True)
     assert done.returncode == 0, done.stderr
-    return (folder / "build/build.ninja").read_text()
+    return (folder / "build/build.ninja").read_text(), done.stdout
 
 
 @pytest.fixture(scope="module")
@@ -34,7 +41,16 @@ def folder(tmp_path_factory):
 
 @pytest.fixture(scope="module")
 def build(folder):
-    return configure(folder)
+    return configure(folder, NO_GOOGLE_TEST)[0]
+
+
+@pytest.fixture(scope="module")
+def build_with_tests(tmp_path_factory):
+    folder = tmp_path_factory.mktemp("mac-with-tests")
+    (folder / "GTestConfig.cmake").write_text(GOOGLE_TEST)
+    build, said = configure(folder, f"-DGTest_DIR={folder}")
+    assert MISSING not in said
+    return build
 
 
 def variables(build, name):
@@ -50,7 +66,8 @@ def test_every_file_is_compiled_for_the_least_system_and_both_processors(build):
 
 
 def test_other_systems_and_processors_can_be_asked_for(tmp_path):
-    build = configure(tmp_path, "-DCMAKE_OSX_DEPLOYMENT_TARGET=10.13", "-DCMAKE_OSX_ARCHITECTURES=arm64")
+    build, _ = configure(tmp_path, NO_GOOGLE_TEST,
+                         "-DCMAKE_OSX_DEPLOYMENT_TARGET=10.13", "-DCMAKE_OSX_ARCHITECTURES=arm64")
     for line in variables(build, "FLAGS"):
         assert "-mmacosx-version-min=10.13" in line and "-arch arm64" in line and "x86_64" not in line
     assert "--minimum-deployment-target 10.13 --compile" in build
@@ -92,9 +109,37 @@ def test_the_installer_is_linked_with_apples_frameworks_and_its_info_dictionary(
     assert "Version</key>\n    <string>2" not in text and "KSVersion" not in text
 
 
-def test_nothing_of_debian_is_left(build):
+def test_nothing_of_debian_is_left(build, build_with_tests):
     for word in ["gnustep", "GNUSTEP", "ORIGIN", "idirafter", "/linux/", "standins", "--no-as-needed"]:
         assert word not in build, word
+        assert word not in build_with_tests, word
+
+
+def programs(build):
+    return set(re.findall(r"^build bin/(\w+): CXX_EXECUTABLE_LINKER", build, re.MULTILINE))
+
+
+def test_without_googletest_no_tests_are_built_and_it_is_said(tmp_path):
+    build, said = configure(tmp_path, NO_GOOGLE_TEST)
+    assert f"-- {MISSING}" in said.splitlines()
+    assert programs(build) == {"KSExtensionInstaller", "KSLogReader"}
+    assert "/tests/" not in build
+
+
+def test_with_googletest_the_facts_and_the_plain_tests_are_built(build_with_tests):
+    facts = re.findall(r"^platform_facts\((\w+)", (ROOT / "tests/platform_facts/CMakeLists.txt").read_text(), re.MULTILINE)
+    plain = [name for room in ["crypto", "platform"]
+             for name in re.findall(r"^plain_test\((\w+)", (ROOT / f"tests/{room}/CMakeLists.txt").read_text(), re.MULTILINE)]
+    assert len(facts) >= 5 and len(plain) >= 5
+    assert programs(build_with_tests) == {"KSExtensionInstaller", "KSLogReader", "crypto_lines", "facts_application", *facts, *plain}
+
+
+def test_tests_are_built_for_the_mac_that_builds_them_and_the_product_for_every_one(build_with_tests):
+    compiled = re.findall(r"^build (\S+)\.(?:mm|cpp)\.o: .*\n(?:  .*\n)*?  FLAGS = (.*)$", build_with_tests, re.MULTILINE)
+    assert {path.startswith("tests/") for path, _ in compiled} == {True, False}
+    for path, flags in compiled:
+        assert ("-mmacosx-version-min=10.9" in flags) != path.startswith("tests/"), path
+        assert ("-arch x86_64 -arch arm64" in flags) != path.startswith("tests/"), path
 
 
 def test_what_is_installed(build, folder):

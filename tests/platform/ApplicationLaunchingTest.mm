@@ -6,8 +6,8 @@
 #include <sys/stat.h>
 
 #include "platform/AppWorkspaceBridges.h"
-#include "tests/linux/ErrorChecks.h"
 #include "tests/support/Command.h"
+#include "tests/support/ErrorChecks.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogFile.h"
 

@@ -75,5 +75,5 @@ class LargestFile {
 
   private:
     rlimit previous_;
-    sighandler_t handler_;
+    void (*handler_)(int);
 };

@@ -1,7 +1,7 @@
 // What the program meets of strings: letters, comparisons, encodings, paths, and how things print.
 #include <gtest/gtest.h>
 
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

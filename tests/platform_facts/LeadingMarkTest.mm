@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 

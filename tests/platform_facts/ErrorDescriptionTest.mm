@@ -1,6 +1,8 @@
+// How an error describes itself. The order and the form of its keys vary, and inner errors have an
+// address: only what stands before them is looked at.
 #include <gtest/gtest.h>
 
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 
@@ -32,6 +34,16 @@ TEST(ErrorDescription, TellsTheSystemsTextOfAPosixError) {
     }
 }
 
+TEST(ErrorDescription, QuotesTheSentenceThatTheErrorBrings) {
+    @autoreleasepool {
+        NSError* error = [NSError errorWithDomain:@"Outer"
+                                             code:2
+                                         userInfo:@{NSLocalizedDescriptionKey : @"50 % of %@"}];
+        EXPECT_EQ(Printed(error).rfind("Error Domain=Outer Code=2 \"50 % of %@\"", 0), 0U);
+        EXPECT_EQ(Text([error localizedDescription]), "50 % of %@");
+    }
+}
+
 TEST(ErrorDescription, QuotesWhatIsMeantForProgrammersWhenThereIsSuch) {
     @autoreleasepool {
         NSError* error = [NSError errorWithDomain:@"Example"
@@ -40,28 +52,9 @@ TEST(ErrorDescription, QuotesWhatIsMeantForProgrammersWhenThereIsSuch) {
                                              @"NSDebugDescription" : @"deep",
                                              NSLocalizedDescriptionKey : @"told"
                                          }];
-        EXPECT_EQ(Printed(error),
-                  "Error Domain=Example Code=1 \"deep\" UserInfo={NSDebugDescription=deep}");
-    }
-}
-
-TEST(ErrorDescription, ListsTheUserInfoSortedWithErrorsInBraces) {
-    @autoreleasepool {
-        NSError* inner = [NSError errorWithDomain:@"Inner"
-                                             code:1
-                                         userInfo:@{NSLocalizedDescriptionKey : @"50 % of %@"}];
-        NSError* error = [NSError errorWithDomain:@"Outer"
-                                             code:2
-                                         userInfo:@{
-                                             @"z" : @"last",
-                                             @"a" : @3,
-                                             NSUnderlyingErrorKey : inner,
-                                             NSLocalizedDescriptionKey : @"told"
-                                         }];
-        EXPECT_EQ(Printed(error),
-                  "Error Domain=Outer Code=2 \"told\" UserInfo={NSUnderlyingError={Error "
-                  "Domain=Inner Code=1 \"50 % of %@\"}, a=3, z=last}");
-        EXPECT_EQ(Text([error localizedDescription]), "told");
+        const std::string printed = Printed(error);
+        EXPECT_EQ(printed.rfind("Error Domain=Example Code=1 \"deep\" UserInfo=", 0), 0U);
+        EXPECT_NE(printed.find("NSDebugDescription=deep"), std::string::npos);
     }
 }
 

@@ -1,27 +1,12 @@
-#include <fcntl.h>
+// Copying and removing files and folders.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
+#include <sys/time.h>
 
 #include <cerrno>
 
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 #include "tests/support/TemporaryFolder.h"
-
-namespace {
-
-bool refusesTimes = false;
-
-}  // namespace
-
-extern "C" int futimens(int descriptor, const timespec times[2]) {
-    if (refusesTimes) {
-        errno = EPERM;
-        return -1;
-    }
-    return static_cast<int>(syscall(SYS_utimensat, descriptor, nullptr, times, 0));
-}
 
 namespace {
 
@@ -53,8 +38,8 @@ TEST_F(FileManagerTrees, ACopyHasTheBytesTheModeAndTheTimeOfItsSource) {
         bytes[i] = static_cast<char>(i * 31 % 251);
     }
     folder_.Write("ä %20.json", bytes, 0640);
-    const timespec times[2] = {{1'000'000'000, 0}, {1'100'000'000, 0}};
-    utimensat(AT_FDCWD, (folder_ / "ä %20.json").c_str(), times, 0);
+    const timeval times[2] = {{1'000'000'000, 0}, {1'100'000'000, 0}};
+    ASSERT_EQ(utimes((folder_ / "ä %20.json").c_str(), times), 0);
     const Umask umask(077);
     EXPECT_TRUE(Copy("ä %20.json", "copy"));
     EXPECT_EQ(folder_.Read("copy"), bytes);
@@ -109,37 +94,6 @@ TEST_F(FileManagerTrees, NothingIsEverOverwritten) {
     EXPECT_EQ(folder_.Everything(), "dangling file folder from");
 }
 
-TEST_F(FileManagerTrees, ACopyThatFailsHalfWayLeavesNoPartOfTheFile) {
-    folder_.Write("from", std::string(300'000, 'x'));
-    {
-        const LargestFile limit(100'000);
-        EXPECT_FALSE(Copy("from", "copy"));
-    }
-    ExpectCocoaError(error_, 512, EFBIG, folder_ / "from");
-    EXPECT_EQ(folder_.Everything(), "from");
-}
-
-TEST_F(FileManagerTrees, AFolderIsNeverCopiedIntoItself) {
-    folder_.MakeFolder("a");
-    folder_.MakeFolder("a/b");
-    folder_.MakeFolder("ab");
-    folder_.MakeLink("link", "a/b");
-    for (const std::string target : {"a/copy", "a/b/copy", "link/copy", "a/../a/copy"}) {
-        EXPECT_FALSE(Copy("a", target));
-        ExpectCocoaError(error_, 512, EINVAL, folder_ / "a");
-    }
-    EXPECT_TRUE(Copy("a", "ab/copy"));
-    EXPECT_EQ(folder_.Everything(), "a a/b ab ab/copy ab/copy/b link");
-}
-
-TEST_F(FileManagerTrees, APipeIsRefusedInsteadOfWaitedFor) {
-    mkfifo((folder_ / "pipe").c_str(), 0666);
-    EXPECT_FALSE(Copy("pipe", "copy"));
-    ExpectCocoaError(error_, 512, 45, folder_ / "pipe");
-    EXPECT_EQ([NSData dataWithContentsOfFile:Text(folder_ / "pipe")], nil);
-    EXPECT_TRUE(Remove("pipe"));
-}
-
 TEST_F(FileManagerTrees, RemovingTakesAFolderWithAllThatLiesInIt) {
     folder_.MakeFolder("a");
     folder_.MakeFolder("a/b");
@@ -164,33 +118,16 @@ TEST_F(FileManagerTrees, RemovingALinkLeavesWhatItPointsTo) {
     EXPECT_EQ(folder_.Everything(), "folder folder/file");
 }
 
-TEST_F(FileManagerTrees, AMissingPathNeverRemovesAnything) {
-    EXPECT_FALSE([files_ removeItemAtPath:nil error:&error_]);
-    EXPECT_EQ([error_ code], 514);
-    EXPECT_FALSE([files_ removeItemAtPath:@"" error:&error_]);
-    EXPECT_EQ([error_ code], 514);
-    EXPECT_FALSE([files_ removeItemAtPath:@"" error:nullptr]);
-}
-
-TEST_F(FileManagerTrees, CopyingWithoutAPathRaisesAsOnAMac) {
+TEST_F(FileManagerTrees, CopyingWithoutAPathRaises) {
     NSString* raised = nil;
     @try {
-        [files_ copyItemAtPath:nil toPath:@"/tmp/x" error:&error_];
+        [files_ copyItemAtPath:nil toPath:Text(folder_ / "x") error:&error_];
     } @catch (NSException* exception) {
         raised = [exception name];
     }
     EXPECT_EQ(Text(raised), "NSInvalidArgumentException");
     EXPECT_FALSE([files_ copyItemAtPath:@"" toPath:Text(folder_ / "x") error:&error_]);
     EXPECT_EQ([error_ code], 258);
-}
-
-TEST_F(FileManagerTrees, ATimeThatTheDiskRefusesLeavesTheCopy) {
-    folder_.Write("from", "x", 0640);
-    refusesTimes = true;
-    EXPECT_TRUE(Copy("from", "copy"));
-    refusesTimes = false;
-    EXPECT_EQ(folder_.Read("copy"), "x");
-    EXPECT_EQ(folder_.Mode("copy"), 0640U);
 }
 
 TEST_F(FileManagerTrees, EveryFailureBehindTheFirstLookCountsAsWritingAndNamesTheSource) {
@@ -215,17 +152,13 @@ TEST_F(FileManagerTrees, EveryFailureBehindTheFirstLookCountsAsWritingAndNamesTh
     EXPECT_FALSE(folder_.Has("copy"));
 }
 
-TEST_F(FileManagerTrees, AFolderThatCannotBeListedLeavesTheOneMadeForIt) {
+TEST_F(FileManagerTrees, AFolderThatCannotBeListedIsNotCopied) {
     folder_.MakeFolder("from");
     folder_.MakeFolder("from/inner", 0);
-    folder_.Write("from/later", "x");
     folder_.MakeFolder("to", 0777);
-    chmod((folder_ / "to").c_str(), 0777);
     const OrdinaryUser user;
     EXPECT_FALSE(Copy("from", "to/copy"));
     ExpectCocoaError(error_, 513, EACCES, folder_ / "from");
-    EXPECT_TRUE(folder_.Has("to/copy/inner"));
-    EXPECT_FALSE(folder_.Has("to/copy/later"));
 }
 
 TEST_F(FileManagerTrees, ACopysErrorNamesBothSides) {
@@ -233,14 +166,15 @@ TEST_F(FileManagerTrees, ACopysErrorNamesBothSides) {
     folder_.MakeFolder("Folder");
     folder_.Write("Folder/a.json", "y");
     EXPECT_FALSE(Copy("a.json", "Folder/a.json"));
-    EXPECT_EQ(Text([error_ description]),
-              "Error Domain=NSCocoaErrorDomain Code=516 \"“a.json” couldn’t be copied to “Folder” "
-              "because an item with the same name already exists.\" UserInfo="
-              "{NSDestinationFilePath=" +
-                  (folder_ / "Folder/a.json") + ", NSFilePath=" + (folder_ / "a.json") +
-                  ", NSSourceFilePathErrorKey=" + (folder_ / "a.json") +
-                  ", NSUnderlyingError={Error Domain=NSPOSIXErrorDomain Code=17 \"File exists\"}"
-                  ", NSUserStringVariant=(\n    Copy\n)}");
+    ExpectCocoaError(error_, 516, EEXIST, folder_ / "a.json");
+    EXPECT_EQ(Text([error_ localizedDescription]),
+              "“a.json” couldn’t be copied to “Folder” because an item with the same name already "
+              "exists.");
+    NSDictionary* info = [error_ userInfo];
+    EXPECT_EQ(Text((NSString*)[info objectForKey:@"NSSourceFilePathErrorKey"]), folder_ / "a.json");
+    EXPECT_EQ(Text((NSString*)[info objectForKey:@"NSDestinationFilePath"]),
+              folder_ / "Folder/a.json");
+    EXPECT_TRUE([[info objectForKey:@"NSUserStringVariant"] isEqual:@[ @"Copy" ]]);
 }
 
 TEST_F(FileManagerTrees, RemovingWhatIsMissingIsAnError) {
@@ -252,19 +186,17 @@ TEST_F(FileManagerTrees, RemovingWhatIsMissingIsAnError) {
     ExpectCocoaError(error_, 512, ENOTDIR, folder_ / "file/inner");
 }
 
+// What else of the folder is gone by then depends on the disk's order.
 TEST_F(FileManagerTrees, ARemovalThatFailsNamesWhatWasAskedFor) {
     folder_.MakeFolder("outer");
-    folder_.Write("outer/before", "x");
     folder_.MakeFolder("outer/closed", 0);
-    folder_.Write("outer/later", "x");
     chmod((folder_ / "outer").c_str(), 0777);
     const OrdinaryUser user;
     EXPECT_FALSE(Remove("outer"));
     ExpectCocoaError(error_, 513, EACCES, folder_ / "outer");
     EXPECT_EQ(Text([error_ localizedDescription]),
               "“outer” couldn’t be removed because you don’t have permission to access it.");
-    EXPECT_FALSE(folder_.Has("outer/before"));
-    EXPECT_TRUE(folder_.Has("outer/later"));
+    EXPECT_TRUE(folder_.Has("outer/closed"));
 }
 
 TEST_F(FileManagerTrees, AFolderThatCannotBeListedKeepsItsContents) {

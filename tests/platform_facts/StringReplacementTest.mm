@@ -4,7 +4,7 @@
 #include <chrono>
 #include <random>
 
-#include "tests/linux/ErrorChecks.h"
+#include "tests/support/ErrorChecks.h"
 
 namespace {
 
