@@ -7,11 +7,7 @@
 #include <atomic>
 #include <cerrno>
 #include <climits>
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <optional>
 
 #include "linux/corrections/Descriptor.h"
@@ -29,33 +25,6 @@ ssize_t ReadSome(int source, void* buffer, size_t length) {
         count = read(source, buffer, length);
     } while (count < 0 && errno == EINTR);
     return count;
-}
-
-/// The beginning of the names of temporary files that stand for `path` until they are complete.
-std::string TemporaryPrefix(const std::string& path) {
-    const fs::path file(path);
-    std::array<char, 32> hash{};
-    std::snprintf(hash.data(), hash.size(), ".dat.%016zx.",
-                  std::hash<std::string>{}(file.filename()));
-    return hash.data();
-}
-
-/// Removes what a process left that ended while it wrote the same file.
-void RemoveLeftovers(const fs::path& folder, const std::string& prefix) {
-    std::error_code failure;
-    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end;
-         entry.increment(failure)) {
-        const std::string name = entry->path().filename();
-        if (name.compare(0, prefix.size(), prefix) != 0) {
-            continue;
-        }
-        const pid_t writer = std::atoi(name.c_str() + prefix.size());
-        struct stat info;
-        if (writer > 0 && kill(writer, 0) != 0 && errno == ESRCH &&
-            lstat(entry->path().c_str(), &info) == 0 && info.st_uid == geteuid()) {
-            unlink(entry->path().c_str());
-        }
-    }
 }
 
 /// The mode that a file at `path` must get: the one of the file that it replaces, also by way of a
@@ -78,11 +47,14 @@ int FindMode(const std::string& path, std::optional<mode_t>& mode) {
 int OpenBeside(const std::string& path, std::optional<mode_t> mode, std::string& temporaryPath) {
     static std::atomic<unsigned> counter{0};
     const fs::path folder = fs::path(path).has_parent_path() ? fs::path(path).parent_path() : ".";
-    const std::string prefix = TemporaryPrefix(path);
-    RemoveLeftovers(folder, prefix);
-    temporaryPath = folder / (prefix + std::to_string(getpid()) + '.' + std::to_string(counter++));
-    return open(temporaryPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                0666 & mode.value_or(0666));
+    int opened = -1;
+    do {
+        temporaryPath =
+            folder / (".dat." + std::to_string(getpid()) + '.' + std::to_string(counter++));
+        opened = open(temporaryPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                      0666 & mode.value_or(0666));
+    } while (opened < 0 && errno == EEXIST);
+    return opened;
 }
 
 int WriteWhole(Descriptor& file, std::optional<mode_t> mode, const void* bytes, size_t length) {

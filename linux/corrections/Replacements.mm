@@ -61,6 +61,9 @@ const Replacement kReplacements[] = {
     {"NSTask", "+launchedTaskWithLaunchPath:arguments:"},
     {"NSURLConnection", "+sendSynchronousRequest:returningResponse:error:"},
     {"NSWorkspace", "-init"},
+    {"NSWorkspace", "-launchApplication:"},
+    {"NSWorkspace", "-openURLs:withAppBundleIdentifier:options:additionalEventParamDescriptor:"
+                    "launchIdentifiers:"},
     // Windows
     {"NSApplication", "+sharedApplication"},
     {"NSApplication", "-_openFiles"},
@@ -76,7 +79,6 @@ const Replacement kReplacements[] = {
     {"NSScroller", "-drawRect:"},
     {"NSScrollView", "-drawRect:"},
     {"NSScrollView", "-setVerticalScroller:"},
-    {"NSTextView", "-initWithCoder:"},
     {"NSWindowController", "-loadWindow"},
 };
 

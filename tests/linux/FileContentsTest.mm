@@ -219,44 +219,6 @@ TEST_F(FileContents, DataThatCannotBeFlushedIsNotWritten) {
     EXPECT_EQ(folder_.Everything(), "file");
 }
 
-TEST_F(FileContents, WhatAProcessLeftThatIsGoneIsRemovedByTheNextWrite) {
-    for (const std::string name : {"file", "other"}) {
-        const pid_t child = fork();
-        if (child == 0) {
-            duringFlush = []() -> int { _exit(0); };
-            WriteText(name, @"lost");
-        }
-        waitpid(child, nullptr, 0);
-    }
-    const auto count = [&] {
-        const std::string everything = folder_.Everything();
-        return std::count(everything.begin(), everything.end(), ' ');
-    };
-    EXPECT_EQ(count(), 1) << folder_.Everything();
-    EXPECT_TRUE(WriteText("file", @"new"));
-    EXPECT_EQ(count(), 1) << folder_.Everything();
-    EXPECT_TRUE(WriteText("other", @"new"));
-    EXPECT_EQ(folder_.Everything(), "file other");
-}
-
-TEST_F(FileContents, ATemporaryFileOfARunningProcessStays) {
-    const pid_t child = fork();
-    if (child == 0) {
-        duringFlush = [] { return pause(); };
-        WriteText("file", @"slow");
-        _exit(0);
-    }
-    while (folder_.Everything().empty()) {
-        usleep(1000);
-    }
-    EXPECT_TRUE(WriteText("file", @"new"));
-    EXPECT_NE(folder_.Everything(), "file");
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    EXPECT_TRUE(WriteText("file", @"newer"));
-    EXPECT_EQ(folder_.Everything(), "file");
-}
-
 TEST_F(FileContents, ATargetThatCannotBeLookedAtIsNotWritten) {
     folder_.MakeFolder("closed");
     folder_.Write("closed/file", "old");
