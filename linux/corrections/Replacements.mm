@@ -51,8 +51,8 @@ const Replacement kReplacements[] = {
     {"NSPropertyListSerialization", "+propertyListWithData:options:format:error:"},
     // Process
     {"NSBundle", "-bundlePath"},
-    {"NSBundle", "-executablePath"},
     {"NSBundle", "-infoDictionary"},
+    {"NSBundle", "-pathForResource:ofType:"},
     {"NSBundle", "-resourcePath"},
     {"NSDistributedNotificationCenter", "+defaultCenter"},
     {"NSProcessInfo", "+initialize"},
