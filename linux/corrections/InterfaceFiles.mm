@@ -1,11 +1,8 @@
 // Interface files in Xcode's format, which GNUstep reads as they are, but
-//  - with documents of its own kind only,
 //  - with the plain system font in the place of the bold one,
 //  - without an awakeFromNib to call the super class for, and
 //  - with an exception where there is no file, for which a Mac only leaves out the window.
 #include <AppKit/AppKit.h>
-
-#include "linux/corrections/xml/GNUstepDocuments.h"
 
 namespace {
 
@@ -13,20 +10,6 @@ NSString* const kKindOfFont = @"metaFont";
 NSString* const kBoldFont = @"systemBold";
 
 }  // namespace
-
-@interface GSXibLoader : NSObject
-@end
-
-@implementation GSXibLoader (OwnDocuments)
-
-- (BOOL)mac_loadModelData:(NSData*)data
-        externalNameTable:(NSDictionary*)context
-                 withZone:(NSZone*)zone {
-    const GNUstepDocuments documents;
-    return [self mac_loadModelData:data externalNameTable:context withZone:zone];
-}
-
-@end
 
 @implementation NSWindowController (MissingFiles)
 
