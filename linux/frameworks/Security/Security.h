@@ -57,6 +57,25 @@ OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const Authoriza
 /// A reference that was freed before ends the program, as on a Mac.
 OSStatus AuthorizationFree(AuthorizationRef authorization, AuthorizationFlags flags);
 
+// Sessions
+
+typedef UInt32 SecuritySessionId;
+typedef UInt32 SessionAttributeBits;
+
+enum {
+    callerSecuritySession = (SecuritySessionId)-1,
+    sessionHasGraphicAccess = 0x0010,
+    errSessionSuccess = 0,
+    errSessionInvalidId = -60500,
+};
+
+/// Tells whether a window can be shown: whether the X display can be opened.
+/// @param session     callerSecuritySession; no other one is known
+/// @param sessionId   must be NULL: sessions have no numbers here
+/// @param attributes  gets sessionHasGraphicAccess, or no bit
+OSStatus SessionGetInfo(SecuritySessionId session, SecuritySessionId* sessionId,
+                        SessionAttributeBits* attributes);
+
 // The keychain
 
 enum {
