@@ -44,6 +44,10 @@ NSString* Printed(id value, NSUInteger level) {
 
 @implementation NSArray (MacDescription)
 
+- (NSString*)mac_description {
+    return Printed(self, 0);
+}
+
 - (NSString*)mac_descriptionWithLocale:(id)locale {
     (void)locale;
     return Printed(self, 0);
@@ -58,6 +62,10 @@ NSString* Printed(id value, NSUInteger level) {
 @end
 
 @implementation NSDictionary (MacDescription)
+
+- (NSString*)mac_description {
+    return Printed(self, 0);
+}
 
 - (NSString*)mac_descriptionWithLocale:(id)locale {
     (void)locale;
