@@ -1,6 +1,7 @@
 #include "linux/corrections/FrameOffsets.h"
 
 #include <X11/Xatom.h>
+#include <X11/Xutil.h>
 #include <poll.h>
 
 #include <array>
@@ -12,8 +13,8 @@ namespace {
 
 using Frame = std::array<unsigned short, 4>;  // left, right, top, bottom
 
-// GNUstep counts fifteen styles of a framed window. An alert is of one of them, and window managers
-// put much the same around all.
+// GNUstep counts fifteen styles of a framed window. Alerts are of one of them, which cannot be
+// resized: its frame stands for all.
 constexpr int kStyles = 15;
 
 constexpr auto kPatience = std::chrono::milliseconds(50);
@@ -64,6 +65,10 @@ std::optional<Frame> FrameOfManager(Display* display) {
     constexpr const char* kExtents = "_NET_FRAME_EXTENTS";
     const Window window =
         XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 1, 1, 0, 0, 0);
+    XSizeHints hints = {};
+    hints.flags = PMinSize | PMaxSize;
+    hints.min_width = hints.min_height = hints.max_width = hints.max_height = 1;
+    XSetWMNormalHints(display, window, &hints);
     XSelectInput(display, window, PropertyChangeMask);
     AskForFrame(display, window);
     std::optional<std::vector<long>> extents;

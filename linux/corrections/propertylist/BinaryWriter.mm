@@ -159,14 +159,19 @@ std::string Writer::Write(id root) {
     const Number rootNumber = Add(root, 1);
     const std::size_t referenceSize = SizeFor(objects_.size());
     std::string bytes(kBinaryHeader);
-    std::vector<std::size_t> offsets;
-    for (const Object& object : objects_) {
-        offsets.push_back(bytes.size());
-        bytes += object.leaf;
-        if (object.container != 0) {
-            const bool isPairs = object.container == marker::kDictionary;
-            AppendHead(object.container, object.parts.size() / (isPairs ? 2 : 1), bytes);
+    std::vector<std::size_t> offsets(objects_.size());
+    for (std::size_t i = 0; i < objects_.size(); ++i) {
+        offsets[i] = bytes.size();
+        bytes += objects_[i].leaf;
+    }
+    for (std::size_t i = 0; i < objects_.size(); ++i) {
+        const Object& object = objects_[i];
+        if (object.container == 0) {
+            continue;
         }
+        offsets[i] = bytes.size();
+        const bool isPairs = object.container == marker::kDictionary;
+        AppendHead(object.container, object.parts.size() / (isPairs ? 2 : 1), bytes);
         for (const Number part : object.parts) {
             AppendNumber(part, referenceSize, bytes);
         }
