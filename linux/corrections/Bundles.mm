@@ -2,30 +2,23 @@
 // executable, which is the folder that it lies in. GNUstep knows neither; bundles in its own layout
 // are left to it.
 #include <Foundation/Foundation.h>
-#include <unistd.h>
 
-#include <array>
-#include <climits>
+#include <filesystem>
 
 #include "linux/corrections/FileSystemPath.h"
 #include "linux/frameworks/CoreServices/ApplicationBundle.h"
 
 namespace {
 
-NSString* const kInsideBundle = @"Contents/MacOS";
-
-NSString* PathOfExecutable() {
-    std::array<char, PATH_MAX + 1> path{};
-    return readlink("/proc/self/exe", path.data(), PATH_MAX) < 0
-               ? nil
-               : StringFromFileSystem(path.data());
-}
+NSString* const kInsideBundle = @"/Contents/MacOS";
 
 NSString* PathOfMainBundle() {
-    NSString* folder = [PathOfExecutable() stringByDeletingLastPathComponent];
-    NSString* inside = [@"/" stringByAppendingString:kInsideBundle];
-    return [folder hasSuffix:inside] ? [folder substringToIndex:[folder length] - [inside length]]
-                                     : folder;
+    std::error_code failure;
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe", failure);
+    NSString* folder = StringFromFileSystem(executable.parent_path());
+    return [folder hasSuffix:kInsideBundle]
+               ? [folder substringToIndex:[folder length] - [kInsideBundle length]]
+               : folder;
 }
 
 bool IsMain(NSBundle* bundle) {
@@ -54,27 +47,21 @@ bool IsMain(NSBundle* bundle) {
     return [self mac_infoDictionary];
 }
 
-- (NSString*)mac_executablePath {
-    if (IsMain(self)) {
-        return PathOfExecutable();
-    }
-    if (![self hasAppleLayout]) {
-        return [self mac_executablePath];
-    }
-    id name = [[self infoDictionary] objectForKey:@"CFBundleExecutable"];
-    if (![name isKindOfClass:[NSString class]]) {
-        name = [[[self bundlePath] lastPathComponent] stringByDeletingPathExtension];
-    }
-    NSString* programs = [[self bundlePath] stringByAppendingPathComponent:kInsideBundle];
-    NSString* path = [programs stringByAppendingPathComponent:name];
-    return [[NSFileManager defaultManager] fileExistsAtPath:path] ? path : nil;
-}
-
 - (NSString*)mac_resourcePath {
     if ([self hasAppleLayout]) {
         return [[self bundlePath] stringByAppendingPathComponent:@"Contents/Resources"];
     }
     return IsMain(self) ? [self bundlePath] : [self mac_resourcePath];
+}
+
+/// Beside a plain executable, and nowhere else; GNUstep goes on to a folder "Resources" there.
+- (NSString*)mac_pathForResource:(NSString*)name ofType:(NSString*)type {
+    if (!IsMain(self) || [self hasAppleLayout]) {
+        return [self mac_pathForResource:name ofType:type];
+    }
+    NSString* file = [type length] == 0 ? name : [name stringByAppendingPathExtension:type];
+    NSString* path = file == nil ? nil : [[self resourcePath] stringByAppendingPathComponent:file];
+    return [[NSFileManager defaultManager] fileExistsAtPath:path] ? path : nil;
 }
 
 @end

@@ -16,7 +16,6 @@ int WriteInPlace(const std::string& path, const void* bytes, size_t length);
 /// Writes a new file beside the path, flushes it to the disk and lets it take the path's place: all
 /// or nothing. It takes the mode of the regular file that it replaces; a symbolic link is replaced
 /// itself, by a file with the mode of what it leads to. After a failure everything is as it was.
-/// What a process left that ended half-way goes at the next write of the same user.
 int WriteAtomically(const std::string& path, const void* bytes, size_t length);
 
 /// Copies everything from one open file to another.

@@ -1,6 +1,5 @@
 #include "linux/corrections/FileTree.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,7 +8,6 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
-#include <memory>
 
 #include "linux/corrections/Descriptor.h"
 #include "linux/corrections/FileBytes.h"
@@ -68,12 +66,6 @@ int CopyFile(const std::string& source, const struct stat& info, const std::stri
     return error;
 }
 
-int CopyLink(const std::string& source, const std::string& target) {
-    std::error_code failure;
-    fs::copy_symlink(source, target, failure);
-    return failure.value();
-}
-
 int CopyItem(const std::string& source, const std::string& target);
 
 int CopyFolder(const std::string& source, const struct stat& info, const std::string& target) {
@@ -94,6 +86,7 @@ int CopyFolder(const std::string& source, const struct stat& info, const std::st
 
 int CopyItem(const std::string& source, const std::string& target) {
     struct stat info;
+    std::error_code failure;
     if (lstat(source.c_str(), &info) != 0) {
         return errno;
     }
@@ -101,7 +94,8 @@ int CopyItem(const std::string& source, const std::string& target) {
         case S_IFREG:
             return CopyFile(source, info, target);
         case S_IFLNK:
-            return CopyLink(source, target);
+            fs::copy_symlink(source, target, failure);
+            return failure.value();
         case S_IFDIR:
             return CopyFolder(source, info, target);
         default:
@@ -130,31 +124,6 @@ int RemoveItem(const std::string& path, dev_t disk) {
     return Answer(rmdir(path.c_str()));
 }
 
-int AddSubpaths(const std::string& folder, const std::string& prefix,
-                std::vector<std::string>& subpaths) {
-    std::vector<std::string> names;
-    int error = ListFolder(folder, names);
-    for (auto name = names.begin(); error == 0 && name != names.end(); ++name) {
-        subpaths.push_back(prefix + *name);
-        const std::string path = Join(folder, *name);
-        struct stat info;
-        if (lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode)) {
-            error = AddSubpaths(path, prefix + *name + '/', subpaths);
-        }
-    }
-    return error;
-}
-
-/// "/a//b/" gives "/a", "/a//b".
-std::vector<std::string> Levels(const std::string& path) {
-    std::vector<std::string> levels;
-    for (size_t end = 0; (end = path.find_first_not_of('/', end)) != std::string::npos;) {
-        end = std::min(path.find('/', end), path.size());
-        levels.push_back(path.substr(0, end));
-    }
-    return levels;
-}
-
 }  // namespace
 
 int CopyTree(const std::string& source, const std::string& target) {
@@ -176,34 +145,36 @@ int RemoveTree(const std::string& path) {
 }
 
 int ListFolder(const std::string& path, std::vector<std::string>& names) {
-    const std::unique_ptr<DIR, decltype(&closedir)> folder(opendir(path.c_str()), &closedir);
-    if (!folder) {
-        return errno;
-    }
+    std::error_code failure;
     names.clear();
-    errno = 0;
-    while (const dirent* entry = readdir(folder.get())) {
-        const std::string name = entry->d_name;
-        if (name != "." && name != "..") {
-            names.push_back(name);
-        }
-        errno = 0;
+    for (fs::directory_iterator entry(path, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        names.push_back(entry->path().filename());
     }
-    const int error = errno;
     std::sort(names.begin(), names.end());
-    return error;
+    return failure.value();
 }
 
 int ListTree(const std::string& path, std::vector<std::string>& subpaths) {
-    subpaths.clear();
-    return AddSubpaths(path, "", subpaths);
+    std::error_code failure;
+    std::vector<fs::path> found;
+    for (fs::recursive_directory_iterator entry(path, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        found.push_back(entry->path().lexically_relative(path));
+    }
+    // Part by part: what lies in a folder comes right behind it.
+    std::sort(found.begin(), found.end());
+    subpaths.assign(found.begin(), found.end());
+    return failure.value();
 }
 
 int MakeFolders(const std::string& path, int mode, std::string& failedAt) {
-    std::vector<std::string> made;
+    std::vector<fs::path> made;
     int error = 0;
     failedAt = path;
-    for (const std::string& level : Levels(path)) {
+    fs::path level;
+    for (const fs::path& part : fs::path(path)) {
+        level /= part;
         if (mkdir(level.c_str(), 0777) == 0) {
             made.push_back(level);
             // Whatever the umask, its owner must be able to make the next level inside.
@@ -223,8 +194,8 @@ int MakeFolders(const std::string& path, int mode, std::string& failedAt) {
         }
         break;
     }
-    for (auto level = made.rbegin(); mode != kModeByUmask && level != made.rend(); ++level) {
-        chmod(level->c_str(), static_cast<mode_t>(mode));
+    for (auto folder = made.rbegin(); mode != kModeByUmask && folder != made.rend(); ++folder) {
+        chmod(folder->c_str(), static_cast<mode_t>(mode));
     }
     return error;
 }

@@ -13,10 +13,9 @@ namespace {
 
 using Frame = std::array<unsigned short, 4>;  // left, right, top, bottom
 
-// GNUstep's styles of a framed window: 1 title bar, 2 close box, 4 minimise box, 8 resize bar.
-constexpr int kFirstStyle = 1;
-constexpr int kFirstResizable = 8;
-constexpr int kEndOfStyles = 16;
+// GNUstep counts fifteen styles of a framed window. Alerts are of one of them, which cannot be
+// resized: its frame stands for all.
+constexpr int kStyles = 15;
 
 constexpr auto kPatience = std::chrono::milliseconds(50);
 
@@ -61,21 +60,15 @@ void AskForFrame(Display* display, Window window) {
                SubstructureNotifyMask | SubstructureRedirectMask, &request);
 }
 
-void FixSize(Display* display, Window window) {
+// What the window manager says that it puts around a window; nothing if it does not say.
+std::optional<Frame> FrameOfManager(Display* display) {
+    constexpr const char* kExtents = "_NET_FRAME_EXTENTS";
+    const Window window =
+        XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 1, 1, 0, 0, 0);
     XSizeHints hints = {};
     hints.flags = PMinSize | PMaxSize;
     hints.min_width = hints.min_height = hints.max_width = hints.max_height = 1;
     XSetWMNormalHints(display, window, &hints);
-}
-
-// What the window manager says that it puts around a window; nothing if it does not say.
-std::optional<Frame> FrameOfManager(Display* display, bool isResizable) {
-    constexpr const char* kExtents = "_NET_FRAME_EXTENTS";
-    const Window window =
-        XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 1, 1, 0, 0, 0);
-    if (!isResizable) {
-        FixSize(display, window);
-    }
     XSelectInput(display, window, PropertyChangeMask);
     AskForFrame(display, window);
     std::optional<std::vector<long>> extents;
@@ -94,13 +87,6 @@ std::optional<Frame> FrameOfManager(Display* display, bool isResizable) {
         frame[side] = static_cast<unsigned short>((*extents)[side]);
     }
     return frame;
-}
-
-std::optional<Frame> FindFrame(Display* display, bool isResizable) {
-    if (!Longs(display, DefaultRootWindow(display), "_NET_SUPPORTING_WM_CHECK")) {
-        return Frame{};
-    }
-    return FrameOfManager(display, isResizable);
 }
 
 bool IsSet(Display* display, Atom property) {
@@ -125,15 +111,15 @@ FrameOffsets::FrameOffsets(Display* connection)
     if (IsSet(display, property)) {
         return;
     }
-    const std::optional<Frame> fixed = FindFrame(display, false);
-    const std::optional<Frame> resizable = fixed ? FindFrame(display, true) : std::nullopt;
-    if (!resizable) {
+    const bool isManaged =
+        Longs(display, DefaultRootWindow(display), "_NET_SUPPORTING_WM_CHECK").has_value();
+    const std::optional<Frame> frame = isManaged ? FrameOfManager(display) : Frame{};
+    if (!frame) {
         return;
     }
     std::vector<unsigned short> offsets;
-    for (int style = kFirstStyle; style < kEndOfStyles; ++style) {
-        const Frame& frame = style < kFirstResizable ? *fixed : *resizable;
-        offsets.insert(offsets.end(), frame.begin(), frame.end());
+    for (int style = 0; style < kStyles; ++style) {
+        offsets.insert(offsets.end(), frame->begin(), frame->end());
     }
     XChangeProperty(display, DefaultRootWindow(display), property, XA_CARDINAL, 16, PropModeReplace,
                     reinterpret_cast<const unsigned char*>(offsets.data()),

@@ -5,27 +5,20 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include <cerrno>
+#include <array>
 #include <cstdlib>
 #include <string>
-#include <vector>
 
 namespace {
 
-constexpr size_t kFirstRecordSize = 1024;
-constexpr size_t kLargestRecordSize = 1024 * 1024;
 constexpr char kNoHome[] = "/var/empty";
 
 std::string RecordedHome(uid_t user) {
-    for (size_t size = kFirstRecordSize; size <= kLargestRecordSize; size *= 2) {
-        std::vector<char> buffer(size);
-        passwd record;
-        passwd* found = nullptr;
-        if (getpwuid_r(user, &record, buffer.data(), buffer.size(), &found) != ERANGE) {
-            return found != nullptr && found->pw_dir != nullptr ? found->pw_dir : "";
-        }
-    }
-    return "";
+    std::array<char, 65536> buffer;  // many times any record
+    passwd record;
+    passwd* found = nullptr;
+    getpwuid_r(user, &record, buffer.data(), buffer.size(), &found);
+    return found != nullptr && found->pw_dir != nullptr ? found->pw_dir : "";
 }
 
 NSString* AbsolutePath(std::string path) {

@@ -1,39 +1,15 @@
 // Interface files in Xcode's format, which GNUstep reads as they are, but
-//  - with documents of its own kind only,
 //  - with the plain system font in the place of the bold one,
-//  - without the font and the colour of a text view,
 //  - without an awakeFromNib to call the super class for, and
 //  - with an exception where there is no file, for which a Mac only leaves out the window.
 #include <AppKit/AppKit.h>
-
-#include "linux/corrections/xml/GNUstepDocuments.h"
 
 namespace {
 
 NSString* const kKindOfFont = @"metaFont";
 NSString* const kBoldFont = @"systemBold";
-NSString* const kFontOfText = @"font";
-NSString* const kColorOfText = @"textColor";
-
-BOOL Holds(NSCoder* coder, NSString* key) {
-    return [coder allowsKeyedCoding] && [coder containsValueForKey:key];
-}
 
 }  // namespace
-
-@interface GSXibLoader : NSObject
-@end
-
-@implementation GSXibLoader (OwnDocuments)
-
-- (BOOL)mac_loadModelData:(NSData*)data
-        externalNameTable:(NSDictionary*)context
-                 withZone:(NSZone*)zone {
-    const GNUstepDocuments documents;
-    return [self mac_loadModelData:data externalNameTable:context withZone:zone];
-}
-
-@end
 
 @implementation NSWindowController (MissingFiles)
 
@@ -49,27 +25,13 @@ BOOL Holds(NSCoder* coder, NSString* key) {
 
 - (id)mac_initWithCoder:(NSCoder*)coder {
     NSFont* font = [self mac_initWithCoder:coder];
-    if (!Holds(coder, kKindOfFont) || ![kBoldFont isEqual:[coder decodeObjectForKey:kKindOfFont]]) {
+    if (![coder allowsKeyedCoding] || ![coder containsValueForKey:kKindOfFont] ||
+        ![kBoldFont isEqual:[coder decodeObjectForKey:kKindOfFont]]) {
         return font;
     }
     NSFont* bold = [[NSFont boldSystemFontOfSize:[font pointSize]] retain];
     [font release];
     return bold;
-}
-
-@end
-
-@implementation NSTextView (Styles)
-
-- (id)mac_initWithCoder:(NSCoder*)coder {
-    NSTextView* view = [self mac_initWithCoder:coder];
-    if (Holds(coder, kFontOfText)) {
-        [view setFont:[coder decodeObjectForKey:kFontOfText]];
-    }
-    if (Holds(coder, kColorOfText)) {
-        [view setTextColor:[coder decodeObjectForKey:kColorOfText]];
-    }
-    return view;
 }
 
 @end

@@ -51,8 +51,8 @@ const Replacement kReplacements[] = {
     {"NSPropertyListSerialization", "+propertyListWithData:options:format:error:"},
     // Process
     {"NSBundle", "-bundlePath"},
-    {"NSBundle", "-executablePath"},
     {"NSBundle", "-infoDictionary"},
+    {"NSBundle", "-pathForResource:ofType:"},
     {"NSBundle", "-resourcePath"},
     {"NSDistributedNotificationCenter", "+defaultCenter"},
     {"NSProcessInfo", "+initialize"},
@@ -61,6 +61,9 @@ const Replacement kReplacements[] = {
     {"NSTask", "+launchedTaskWithLaunchPath:arguments:"},
     {"NSURLConnection", "+sendSynchronousRequest:returningResponse:error:"},
     {"NSWorkspace", "-init"},
+    {"NSWorkspace", "-launchApplication:"},
+    {"NSWorkspace", "-openURLs:withAppBundleIdentifier:options:additionalEventParamDescriptor:"
+                    "launchIdentifiers:"},
     // Windows
     {"NSApplication", "+sharedApplication"},
     {"NSApplication", "-_openFiles"},
@@ -68,7 +71,6 @@ const Replacement kReplacements[] = {
     {"NSApplication", "-stopModalWithCode:"},
     {"GSDisplayServer", "-getEventMatchingMask:beforeDate:inMode:dequeue:"},
     {"GSTheme", "-drawFocusFrame:view:"},
-    {"GSXibLoader", "-loadModelData:externalNameTable:withZone:"},
     {"NSButton", "-performKeyEquivalent:"},
     {"NSButtonCell", "-setKeyEquivalent:"},
     {"NSFont", "-initWithCoder:"},
@@ -76,7 +78,6 @@ const Replacement kReplacements[] = {
     {"NSScroller", "-drawRect:"},
     {"NSScrollView", "-drawRect:"},
     {"NSScrollView", "-setVerticalScroller:"},
-    {"NSTextView", "-initWithCoder:"},
     {"NSWindowController", "-loadWindow"},
 };
 

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "tests/support/AppleBundle.h"
 #include "tests/support/ErrorChecks.h"
@@ -19,25 +21,13 @@ class Bundles : public testing::Test {
 
 TEST_F(Bundles, InApplesLayoutAreUnderstood) {
     MakeBundle(folder_, "Google Chrome.app",
-               Entry("CFBundleIdentifier", "com.google.Chrome") +
-                   Entry("CFBundleExecutable", "Chrome Ü") + Entry("KSVersion", "7"));
-    folder_.Write("Google Chrome.app/Contents/MacOS/Chrome Ü", "", 0755);
+               Entry("CFBundleIdentifier", "com.google.Chrome") + Entry("KSVersion", "7"));
     NSBundle* bundle = At("Google Chrome.app");
     EXPECT_EQ(Text([bundle bundlePath]), folder_ / "Google Chrome.app");
     EXPECT_EQ(Text([bundle bundleIdentifier]), "com.google.Chrome");
     EXPECT_EQ(Text((NSString*)[[bundle infoDictionary] objectForKey:@"KSVersion"]), "7");
     EXPECT_EQ(Text((NSString*)[bundle objectForInfoDictionaryKey:@"KSVersion"]), "7");
-    EXPECT_EQ(Text([bundle executablePath]), folder_ / "Google Chrome.app/Contents/MacOS/Chrome Ü");
     EXPECT_EQ(Text([bundle resourcePath]), folder_ / "Google Chrome.app/Contents/Resources");
-}
-
-TEST_F(Bundles, WithoutANamedExecutableHaveTheOneOfTheirOwnNameOrNone) {
-    MakeBundle(folder_, "One.app", "");
-    MakeBundle(folder_, "Two.app", "<key>CFBundleExecutable</key><array/>");
-    folder_.Write("Two.app/Contents/MacOS/Two", "", 0755);
-    EXPECT_EQ([At("One.app") executablePath], nil);
-    EXPECT_EQ(Text([At("Two.app") executablePath]), folder_ / "Two.app/Contents/MacOS/Two");
-    EXPECT_EQ([At("One.app") bundleIdentifier], nil);
 }
 
 TEST_F(Bundles, WithABrokenInfoAreEmpty) {
@@ -63,10 +53,26 @@ TEST_F(Bundles, TheMainBundleOfAPlainExecutableIsItsFolder) {
     NSBundle* main = [NSBundle mainBundle];
     const auto executable = std::filesystem::read_symlink("/proc/self/exe");
     EXPECT_EQ(Text([main bundlePath]), executable.parent_path());
-    EXPECT_EQ(Text([main executablePath]), executable);
     EXPECT_EQ(Text([main resourcePath]), executable.parent_path());
     EXPECT_EQ([[main infoDictionary] objectForKey:@"KSVersion"], nil);
     EXPECT_EQ([main bundleIdentifier], nil);
+}
+
+TEST_F(Bundles, ResourcesOfAPlainExecutableLieBesideItOnly) {
+    const std::string name = "bundles-test-" + std::to_string(getpid());
+    const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    const auto inside = folder / "Resources" / (name + ".sh");
+    const bool isNew = std::filesystem::create_directory(folder / "Resources");
+    std::ofstream(inside) << "x";
+    NSString* const hidden = [[NSBundle mainBundle] pathForResource:Text(name) ofType:@"sh"];
+    std::filesystem::rename(inside, folder / (name + ".sh"));
+    NSString* const found = [[NSBundle mainBundle] pathForResource:Text(name) ofType:@"sh"];
+    std::filesystem::remove(folder / (name + ".sh"));
+    if (isNew) {
+        std::filesystem::remove(folder / "Resources");
+    }
+    EXPECT_EQ(hidden, nil);
+    EXPECT_EQ(Text(found), folder / (name + ".sh"));
 }
 
 }  // namespace

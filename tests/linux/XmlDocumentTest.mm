@@ -105,12 +105,13 @@ TEST_F(XmlDocument, ADocumentOfManyMegabytesIsLoaded) {
 }
 
 TEST_F(XmlDocument, AnErrorNeedNotBeTaken) {
-    NSData* data = [NSData dataWithBytes:"<a>" length:3];
-    EXPECT_EQ([[NSXMLDocument alloc] initWithData:data options:0 error:NULL], nil);
-    EXPECT_EQ([[NSXMLDocument alloc] initWithContentsOfURL:[NSURL fileURLWithPath:@"/none"]
-                                                   options:0
-                                                     error:NULL],
-              nil);
+    folder_.Write("in.xml", "<a>");
+    for (NSString* path in @[ Text(folder_ / "in.xml"), @"/none" ]) {
+        EXPECT_EQ([[NSXMLDocument alloc] initWithContentsOfURL:[NSURL fileURLWithPath:path]
+                                                       options:0
+                                                         error:NULL],
+                  nil);
+    }
 }
 
 TEST_F(XmlDocument, TextOfNothingButWhiteSpaceIsDropped) {

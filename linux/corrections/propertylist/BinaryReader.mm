@@ -4,6 +4,7 @@
 
 #include "linux/corrections/propertylist/BinaryFormat.h"
 #include "linux/corrections/propertylist/Formats.h"
+#include "linux/corrections/propertylist/Values.h"
 
 namespace propertylist {
 
@@ -17,312 +18,256 @@ constexpr std::uint64_t kGrowthFactor = 16;
 constexpr std::uint64_t kObjectWeight = 64;
 constexpr std::uint64_t kReferenceWeight = 8;
 
-constexpr Problem kReachesBeyond =
-    "An object of the binary property list lies or reaches outside it.";
-constexpr Problem kUnknownType = "The binary property list has an object of unknown type.";
+/// Of a long number the last eight bytes count.
+std::uint64_t NumberIn(std::string_view bytes) {
+    std::uint64_t number = 0;
+    for (const char byte : bytes) {
+        number = (number << 8) | static_cast<std::uint8_t>(byte);
+    }
+    return number;
+}
 
 class Reader {
   public:
     Reader(std::string_view bytes, NSPropertyListMutabilityOptions options)
-        : bytes_(bytes), maker_(options), keyMaker_(NSPropertyListImmutable) {}
+        : bytes_(bytes), maker_(options) {}
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
-    ~Reader();
-
-    id NewRoot();
-    Problem WhatIsWrong() const { return problem_; }
-
-  private:
-    /// Converts to nil and to false.
-    std::nullptr_t Fail(Problem problem) {
-        problem_ = problem;
-        return nullptr;
+    ~Reader() {
+        std::for_each(made_.begin(), made_.end(), [](id object) { [object release]; });
     }
 
-    std::uint64_t NumberAt(std::size_t offset, std::size_t size) const;
-    bool ReadTrailer();
-    bool Take(std::uint64_t size, std::string_view& taken);
-    bool TakeNumber(std::size_t size, std::uint64_t& number);
-    bool TakeReal(std::size_t size, double& number);
-    bool TakeContent(std::uint8_t low, std::size_t unit, std::string_view& content);
-    bool Grow(std::uint64_t weight);
+    id ReadRoot();
 
-    id NewObject(std::uint64_t object, unsigned depth, const Maker& maker);
-    id NewContent(std::uint8_t type, unsigned depth, const Maker& maker);
-    id NewNumber(std::uint8_t type);
-    id NewText(std::string_view bigEndian, const Maker& maker);
-    bool NewObjects(std::string_view references, unsigned depth, const Maker& maker,
-                    References& objects);
+  private:
+    void ReadTrailer();
+    std::string_view Take(std::uint64_t size);
+    double TakeReal(std::size_t size);
+    std::string_view TakeContent(std::uint8_t low, std::size_t unit);
+    void Grow(std::uint64_t weight);
+
+    id ReadObject(std::uint64_t object, unsigned level);
+    id ReadContent(std::uint8_t type, unsigned level);
+    id ReadNumber(std::uint8_t type);
+    NSString* MakeText(std::string_view bytes, std::size_t unit) const;
+    id ReadContainer(std::uint8_t type, unsigned level);
+    std::vector<id> ReadObjects(std::string_view references, unsigned level);
 
     std::string_view bytes_;
     Maker maker_;
-    Maker keyMaker_;
-    Problem problem_ = nullptr;
 
     std::size_t at_ = 0;
     std::size_t tableOffset_ = 0;
     std::size_t offsetSize_ = 0;
     std::size_t referenceSize_ = 0;
     std::uint64_t root_ = 0;
-    /// Leaves that nobody can change, to serve for every further reference; nil where there is
-    /// none.
+    /// What was made of each object the first time, owned: a pool would need more memory.
     std::vector<id> made_;
     std::uint64_t weight_ = 0;
 };
 
-Reader::~Reader() {
-    for (id object : made_) {
-        [object release];
-    }
-}
-
-/// Of a long number the last eight bytes count.
-std::uint64_t Reader::NumberAt(std::size_t offset, std::size_t size) const {
-    std::uint64_t number = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        number = (number << 8) | static_cast<std::uint8_t>(bytes_[offset + i]);
-    }
-    return number;
-}
-
-bool Reader::ReadTrailer() {
-    constexpr std::size_t kSizesOffset = 6;
+void Reader::ReadTrailer() {
     const auto fits = [](std::uint64_t number, std::size_t size) {
         return size >= sizeof number || number < 1ULL << (8 * size);
     };
-    if (bytes_.size() <= kBinarySignature.size() + 1 + kTrailerSize) {
-        return false;
+    const std::size_t end = bytes_.size() - std::min(bytes_.size(), kTrailerSize);
+    const std::string_view trailer = bytes_.substr(end);
+    const auto number = [&](std::size_t at, std::size_t size) {
+        return NumberIn(trailer.substr(std::min(at, trailer.size()), size));
+    };
+    offsetSize_ = number(6, 1);
+    referenceSize_ = number(7, 1);
+    const std::uint64_t count = number(8, 8);
+    root_ = number(16, 8);
+    tableOffset_ = number(24, 8);
+    bool isSound = offsetSize_ >= 1 && referenceSize_ >= 1 && root_ < count &&
+                   tableOffset_ > kBinaryHeader.size() && tableOffset_ < end &&
+                   count <= (end - tableOffset_) / offsetSize_ &&
+                   tableOffset_ + count * offsetSize_ == end && fits(count, referenceSize_) &&
+                   fits(tableOffset_, offsetSize_);
+    for (std::size_t at = tableOffset_; isSound && at < end; at += offsetSize_) {
+        isSound = NumberIn(bytes_.substr(at, offsetSize_)) < tableOffset_;
     }
-    const std::size_t trailer = bytes_.size() - kTrailerSize;
-    offsetSize_ = NumberAt(trailer + kSizesOffset, 1);
-    referenceSize_ = NumberAt(trailer + kSizesOffset + 1, 1);
-    const std::uint64_t count = NumberAt(trailer + 8, 8);
-    root_ = NumberAt(trailer + 16, 8);
-    tableOffset_ = NumberAt(trailer + 24, 8);
-    if (offsetSize_ < 1 || referenceSize_ < 1 || root_ >= count ||
-        tableOffset_ <= kBinaryHeader.size() || tableOffset_ >= trailer ||
-        count > (trailer - tableOffset_) / offsetSize_ ||
-        tableOffset_ + count * offsetSize_ != trailer || !fits(count, referenceSize_) ||
-        !fits(tableOffset_, offsetSize_)) {
-        return false;
-    }
-    for (std::size_t at = tableOffset_; at < trailer; at += offsetSize_) {
-        if (NumberAt(at, offsetSize_) >= tableOffset_) {
-            return false;
-        }
+    if (!isSound) {
+        @throw @"The end of the binary property list is missing or damaged.";
     }
     made_.resize(count);
-    return true;
 }
 
-bool Reader::Take(std::uint64_t size, std::string_view& taken) {
+std::string_view Reader::Take(std::uint64_t size) {
     if (size > tableOffset_ - at_) {
-        return Fail(kReachesBeyond) != nullptr;
+        @throw @"An object of the binary property list lies or reaches outside it.";
     }
-    taken = bytes_.substr(at_, size);
     at_ += size;
-    return true;
+    return bytes_.substr(at_ - size, size);
 }
 
-bool Reader::TakeNumber(std::size_t size, std::uint64_t& number) {
-    std::string_view taken;
-    if (!Take(size, taken)) {
-        return false;
-    }
-    number = NumberAt(at_ - size, size);
-    return true;
-}
-
-bool Reader::TakeReal(std::size_t size, double& number) {
-    std::uint64_t bits = 0;
-    if (!TakeNumber(size, bits)) {
-        return false;
-    }
-    if (size == sizeof(float)) {
+double Reader::TakeReal(std::size_t size) {
+    const std::uint64_t bits = NumberIn(Take(size));
+    double number = 0;
+    float single = 0;
+    if (size == sizeof single) {
         const auto half = static_cast<std::uint32_t>(bits);
-        float single = 0;
         std::memcpy(&single, &half, sizeof single);
-        number = single;
-    } else {
-        std::memcpy(&number, &bits, sizeof number);
+        return single;
     }
-    return true;
+    std::memcpy(&number, &bits, sizeof number);
+    return number;
 }
 
 /// Takes the length, which is in the marker or behind it, and so many units.
-bool Reader::TakeContent(std::uint8_t low, std::size_t unit, std::string_view& content) {
+std::string_view Reader::TakeContent(std::uint8_t low, std::size_t unit) {
     std::uint64_t count = low;
-    std::uint64_t type = marker::kInteger;
-    if (low == marker::kLongLength &&
-        (!TakeNumber(1, type) || !TakeNumber(std::size_t{1} << (type & 0x0F), count))) {
-        return false;
+    if (low == marker::kLongLength) {
+        const std::uint64_t type = NumberIn(Take(1));
+        count = (type & 0xF0) == marker::kInteger
+                    ? NumberIn(Take(std::uint64_t{1} << (type & 0x0F)))
+                    : UINT64_MAX;
     }
-    if ((type & 0xF0) != marker::kInteger || count > bytes_.size()) {
-        return Fail(kReachesBeyond) != nullptr;
-    }
-    return Take(count * unit, content);
+    // A count beyond the list would overflow when it is multiplied.
+    return Take(std::min<std::uint64_t>(count, bytes_.size()) * unit);
 }
 
-bool Reader::Grow(std::uint64_t weight) {
+void Reader::Grow(std::uint64_t weight) {
     weight_ += weight;
-    return weight_ <= kGrowthBase + kGrowthFactor * bytes_.size() ||
-           Fail("The references of the binary property list multiply beyond measure.") != nullptr;
+    if (weight_ > kGrowthBase + kGrowthFactor * bytes_.size()) {
+        @throw @"The references of the binary property list multiply beyond measure.";
+    }
 }
 
-id Reader::NewRoot() {
-    return ReadTrailer() ? NewObject(root_, 1, maker_)
-                         : static_cast<id>(
-                               Fail("The end of the binary property list is missing or damaged."));
+id Reader::ReadRoot() {
+    ReadTrailer();
+    return [[ReadObject(root_, 1) retain] autorelease];
 }
 
-/// @param depth  its level, 1 for the root
-id Reader::NewObject(std::uint64_t object, unsigned depth, const Maker& maker) {
+/// @param level  1 for the root
+id Reader::ReadObject(std::uint64_t object, unsigned level) {
     if (object >= made_.size()) {
-        return Fail("The binary property list refers to an object that it does not have.");
+        @throw @"The binary property list refers to an object that it does not have.";
     }
-    // With mutable leaves only what was made as a key or can never change is kept.
-    const auto isShared = [&](id made) {
-        const Kind kind = KindOf(made);
-        const bool isLeaf = kind != Kind::Array && kind != Kind::Dictionary;
-        return isLeaf && !(maker.MutableLeaves() && (kind == Kind::String || kind == Kind::Data));
-    };
-    if (made_[object] != nil && isShared(made_[object])) {
-        return Grow(kReferenceWeight) ? [made_[object] retain] : nil;
-    }
-    at_ = NumberAt(tableOffset_ + object * offsetSize_, offsetSize_);
+    at_ = NumberIn(bytes_.substr(tableOffset_ + object * offsetSize_, offsetSize_));
     if (at_ < kBinaryHeader.size()) {
-        return Fail(kReachesBeyond);
+        @throw @"An object of the binary property list lies in its header.";
     }
-    const auto type = static_cast<std::uint8_t>(bytes_[at_++]);
-    id content = Grow(kObjectWeight) ? NewContent(type, depth, maker) : nil;
-    if (made_[object] == nil && content != nil && isShared(content)) {
-        made_[object] = [content retain];
+    const auto type = static_cast<std::uint8_t>(NumberIn(Take(1)));
+    const std::uint8_t high = type & 0xF0;
+    const bool isText = high >= marker::kData && high < marker::kUid;
+    // Leaves that nobody can change serve for every further reference.
+    if (made_[object] != nil && high < marker::kArray && !(isText && maker_.MutableLeaves())) {
+        Grow(kReferenceWeight);
+        return made_[object];
     }
-    return content;
+    Grow(kObjectWeight);
+    id content = nil;
+    @autoreleasepool {
+        content = [ReadContent(type, level) retain];
+    }
+    if (made_[object] != nil) {
+        return [content autorelease];
+    }
+    return made_[object] = content;
 }
 
-id Reader::NewContent(std::uint8_t type, unsigned depth, const Maker& maker) {
+id Reader::ReadContent(std::uint8_t type, unsigned level) {
     const std::uint8_t low = type & 0x0F;
     const std::uint8_t high = type & 0xF0;
+    const std::size_t unit = high == marker::kUtf16 ? sizeof(char16_t) : 1;
     std::string_view content;
-    std::uint64_t number = 0;
     switch (high) {
         case marker::kData:
         case marker::kAscii:
         case marker::kUtf16:
-            if (!TakeContent(low, high == marker::kUtf16 ? sizeof(char16_t) : 1, content) ||
-                !Grow(content.size())) {
-                return nil;
+            content = TakeContent(low, unit);
+            Grow(content.size());
+            return high == marker::kData ? static_cast<id>(maker_.Data(content))
+                                         : MakeText(content, unit);
+        case marker::kUid: {
+            const std::uint64_t number = NumberIn(Take(low + 1U));
+            if (number > UINT32_MAX) {
+                @throw @"The binary property list has a UID beyond 32 bits.";
             }
-            return high == marker::kData    ? maker.NewData(content)
-                   : high == marker::kAscii ? maker.NewLatin1(content)
-                                            : NewText(content, maker);
-        case marker::kUid:
-            if (!TakeNumber(low + 1U, number)) {
-                return nil;
-            }
-            return number <= UINT32_MAX
-                       ? NewUid(static_cast<std::uint32_t>(number))
-                       : static_cast<id>(
-                             Fail("The binary property list has a UID beyond 32 bits."));
+            return MakeUid(static_cast<std::uint32_t>(number));
+        }
         case marker::kArray:
         case marker::kSet:
-        case marker::kDictionary: {
-            const bool isDictionary = high == marker::kDictionary;
-            References keys;
-            References values;
-            if (depth > kDeepestNesting) {
-                return Fail(kTooDeep);
-            }
-            if (!TakeContent(low, (isDictionary ? 2 : 1) * referenceSize_, content)) {
-                return nil;
-            }
-            const std::size_t half = isDictionary ? content.size() / 2 : 0;
-            if (!NewObjects(content.substr(0, half), depth + 1, keyMaker_, keys) ||
-                !NewObjects(content.substr(half), depth + 1, maker_, values)) {
-                return nil;
-            }
-            if (isDictionary) {
-                // Of two entries with equal keys the first one counts here.
-                keys.Reverse();
-                values.Reverse();
-                return maker_.NewDictionary(keys, values);
-            }
-            return high == marker::kArray
-                       ? maker_.NewArray(values)
-                       : [[NSSet alloc] initWithObjects:values.data() count:values.size()];
-        }
+        case marker::kDictionary:
+            return ReadContainer(type, level);
         default:
-            return NewNumber(type);
+            return ReadNumber(type);
     }
 }
 
 /// An object whose size is in its marker.
-id Reader::NewNumber(std::uint8_t type) {
+id Reader::ReadNumber(std::uint8_t type) {
     constexpr std::uint8_t kLongest = 4;
     const unsigned power = type & 0x0F;
     const std::size_t size = std::size_t{1} << power;
-    std::uint64_t number = 0;
-    double real = 0;
     switch (type) {
         case marker::kNull:
-            return [[NSNull null] retain];
+            return [NSNull null];
         case marker::kFalse:
         case marker::kTrue:
-            return [[NSNumber numberWithBool:type == marker::kTrue] retain];
+            return [NSNumber numberWithBool:type == marker::kTrue];
         case marker::kDate:
-            return TakeReal(size, real) ? Maker::NewDate(real) : nil;
+            return Maker::Date(TakeReal(size));
         case marker::kReal | 2:
-        case marker::kReal | 3:
-            if (!TakeReal(size, real)) {
-                return nil;
-            }
+        case marker::kReal | 3: {
+            const double real = TakeReal(size);
             return size == sizeof(float) && std::isfinite(real)
-                       ? [[NSNumber alloc] initWithFloat:static_cast<float>(real)]
-                       : [[NSNumber alloc] initWithDouble:real];
+                       ? [NSNumber numberWithFloat:static_cast<float>(real)]
+                       : [NSNumber numberWithDouble:real];
+        }
         default:
             break;
     }
     if ((type & 0xF0) != marker::kInteger || power > kLongest) {
-        return Fail(kUnknownType);
+        @throw @"The binary property list has an object of unknown type.";
     }
-    if (!TakeNumber(size, number)) {
-        return nil;
-    }
-    return power == kLongest
-               ? [[NSNumber alloc] initWithUnsignedLongLong:number]
-               : [[NSNumber alloc] initWithLongLong:static_cast<std::int64_t>(number)];
+    const std::uint64_t number = NumberIn(Take(size));
+    return power == kLongest ? [NSNumber numberWithUnsignedLongLong:number]
+                             : [NSNumber numberWithLongLong:static_cast<std::int64_t>(number)];
 }
 
-id Reader::NewText(std::string_view bigEndian, const Maker& maker) {
-    std::u16string text(bigEndian.size() / sizeof(char16_t), u'\0');
+NSString* Reader::MakeText(std::string_view bytes, std::size_t unit) const {
+    std::u16string text(bytes.size() / unit, u'\0');
     for (std::size_t i = 0; i < text.size(); ++i) {
-        text[i] = static_cast<char16_t>(static_cast<std::uint8_t>(bigEndian[2 * i]) << 8 |
-                                        static_cast<std::uint8_t>(bigEndian[2 * i + 1]));
+        text[i] = static_cast<char16_t>(NumberIn(bytes.substr(i * unit, unit)));
     }
-    return maker.NewText(text);
+    return maker_.Text(text);
 }
 
-bool Reader::NewObjects(std::string_view references, unsigned depth, const Maker& maker,
-                        References& objects) {
-    const std::size_t start = static_cast<std::size_t>(references.data() - bytes_.data());
-    objects.Reserve(references.size() / referenceSize_);
-    for (std::size_t at = start; at < start + references.size(); at += referenceSize_) {
-        if (!objects.Add(NewObject(NumberAt(at, referenceSize_), depth, maker))) {
-            return false;
-        }
+id Reader::ReadContainer(std::uint8_t type, unsigned level) {
+    CheckLevel(level);
+    const std::uint8_t high = type & 0xF0;
+    const bool isDictionary = high == marker::kDictionary;
+    const std::string_view content =
+        TakeContent(type & 0x0F, (isDictionary ? 2 : 1) * referenceSize_);
+    const std::size_t half = isDictionary ? content.size() / 2 : 0;
+    std::vector<id> keys = ReadObjects(content.substr(0, half), level + 1);
+    std::vector<id> values = ReadObjects(content.substr(half), level + 1);
+    if (isDictionary) {
+        // Of two entries with equal keys the first one counts here.
+        std::reverse(keys.begin(), keys.end());
+        std::reverse(values.begin(), values.end());
+        return maker_.Dictionary(keys, values);
     }
-    return true;
+    return high == marker::kArray ? static_cast<id>(maker_.Array(values))
+                                  : [NSSet setWithObjects:values.data() count:values.size()];
+}
+
+std::vector<id> Reader::ReadObjects(std::string_view references, unsigned level) {
+    std::vector<id> objects;
+    objects.reserve(references.size() / referenceSize_);
+    for (std::size_t at = 0; at < references.size(); at += referenceSize_) {
+        objects.push_back(ReadObject(NumberIn(references.substr(at, referenceSize_)), level));
+    }
+    return objects;
 }
 
 }  // namespace
 
-id NewFromBinary(std::string_view bytes, NSPropertyListMutabilityOptions options,
-                 Problem& problem) {
-    Reader reader(bytes, options);
-    id root = reader.NewRoot();
-    problem = reader.WhatIsWrong();
-    return root;
+id ReadBinary(std::string_view bytes, NSPropertyListMutabilityOptions options) {
+    return Reader(bytes, options).ReadRoot();
 }
 
 }  // namespace propertylist

@@ -1,14 +1,16 @@
 #include <algorithm>
 #include <cstring>
-#include <functional>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "linux/corrections/propertylist/BinaryFormat.h"
 #include "linux/corrections/propertylist/Formats.h"
+#include "linux/corrections/propertylist/Values.h"
 
 namespace propertylist {
 
 namespace {
+
+using Number = std::size_t;
 
 /// The number of bytes that hold every number up to this one: 1, 2, 4 or 8.
 std::size_t SizeFor(std::uint64_t highest) {
@@ -52,200 +54,126 @@ void AppendHead(std::uint8_t type, std::size_t length, std::string& bytes) {
     AppendInteger(length, false, bytes);
 }
 
-class Writer {
-  public:
-    Writer() : known_(0, Hash{this}, Equal{this}) {}
-    Writer(const Writer&) = delete;
-    Writer& operator=(const Writer&) = delete;
-
-    bool Write(id root, std::string& bytes);
-    Problem WhatIsWrong() const { return problem_; }
-
-  private:
-    using Number = std::uint32_t;
-
-    /// A leaf lies encoded in leaves_, a container in references_, as the numbers of what it holds.
-    struct Object {
-        std::size_t start;
-        std::uint32_t length;
-        std::uint8_t container;
-    };
-
-    // Leaves are the same if they are encoded alike.
-    struct Hash {
-        const Writer* writer;
-        std::size_t operator()(Number number) const {
-            return std::hash<std::string_view>()(writer->Leaf(number));
-        }
-    };
-    struct Equal {
-        const Writer* writer;
-        bool operator()(Number left, Number right) const {
-            return writer->Leaf(left) == writer->Leaf(right);
-        }
-    };
-
-    std::string_view Leaf(Number number) const {
-        const Object& object = objects_[number];
-        return std::string_view(leaves_).substr(object.start, object.length);
+std::string TextLeaf(std::u16string_view text) {
+    const bool isAscii =
+        std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
+    std::string leaf;
+    AppendHead(isAscii ? marker::kAscii : marker::kUtf16, text.size(), leaf);
+    for (const char16_t unit : text) {
+        AppendNumber(unit, isAscii ? 1 : sizeof unit, leaf);
     }
-
-    bool Fail(Problem problem) {
-        problem_ = problem;
-        return false;
-    }
-
-    bool Add(id value, unsigned depth, Number& number);
-    bool AddContainer(std::uint8_t type, const std::vector<Number>& parts, Number& number);
-    bool AddLeaf(std::size_t start, Number& number);
-    bool AppendLeaf(id value, Kind kind);
-    void AppendText(std::u16string_view text);
-
-    std::vector<Object> objects_;
-    std::string leaves_;
-    std::vector<Number> references_;
-    std::unordered_set<Number, Hash, Equal> known_;
-    std::u16string text_;
-    Problem problem_ = nullptr;
-};
-
-/// @param depth  the number of containers around the value
-/// @param number  gets the object's number
-bool Writer::Add(id value, unsigned depth, Number& number) {
-    const Kind kind = KindOf(value);
-    const bool isDictionary = kind == Kind::Dictionary;
-    if (kind != Kind::Array && !isDictionary) {
-        const std::size_t start = leaves_.size();
-        return AppendLeaf(value, kind) && AddLeaf(start, number);
-    }
-    if (depth >= kDeepestNesting) {
-        return Fail(kTooDeep);
-    }
-    std::vector<Entry> entries;
-    if (isDictionary && !GetEntries(value, entries)) {
-        return Fail("Property lists can only have strings as keys of dictionaries.");
-    }
-    std::vector<Number> parts;
-    parts.reserve(isDictionary ? 2 * entries.size() : [value count]);
-    for (const Entry& entry : entries) {
-        const std::size_t start = leaves_.size();
-        AppendText(entry.key);
-        if (!AddLeaf(start, parts.emplace_back())) {
-            return false;
-        }
-    }
-    for (const Entry& entry : entries) {
-        if (!Add(entry.value, depth + 1, parts.emplace_back())) {
-            return false;
-        }
-    }
-    if (!isDictionary) {
-        for (id item in value) {
-            if (!Add(item, depth + 1, parts.emplace_back())) {
-                return false;
-            }
-        }
-    }
-    return AddContainer(isDictionary ? marker::kDictionary : marker::kArray, parts, number);
+    return leaf;
 }
 
-bool Writer::AddContainer(std::uint8_t type, const std::vector<Number>& parts, Number& number) {
-    if (objects_.size() >= UINT32_MAX || parts.size() > UINT32_MAX) {
-        return Fail("The property list is too large for the binary format.");
-    }
-    number = static_cast<Number>(objects_.size());
-    objects_.push_back({references_.size(), static_cast<std::uint32_t>(parts.size()), type});
-    references_.insert(references_.end(), parts.begin(), parts.end());
-    return true;
-}
-
-/// Adds the leaf that was just encoded, or finds the one that is the same.
-bool Writer::AddLeaf(std::size_t start, Number& number) {
-    if (objects_.size() >= UINT32_MAX || leaves_.size() - start > UINT32_MAX) {
-        return Fail("The property list is too large for the binary format.");
-    }
-    const auto candidate = static_cast<Number>(objects_.size());
-    objects_.push_back({start, static_cast<std::uint32_t>(leaves_.size() - start), 0});
-    const auto [found, isNew] = known_.insert(candidate);
-    number = *found;
-    if (!isNew) {
-        objects_.pop_back();
-        leaves_.resize(start);
-    }
-    return true;
-}
-
-void Writer::AppendText(std::u16string_view text) {
-    if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; })) {
-        AppendHead(marker::kAscii, text.size(), leaves_);
-        leaves_.append(text.begin(), text.end());
-    } else {
-        AppendHead(marker::kUtf16, text.size(), leaves_);
-        for (const char16_t unit : text) {
-            AppendNumber(unit, sizeof unit, leaves_);
-        }
-    }
-}
-
-bool Writer::AppendLeaf(id value, Kind kind) {
+std::string Leaf(id value, Kind kind) {
+    std::string leaf;
     switch (kind) {
         case Kind::Boolean:
-            leaves_ += static_cast<char>([value boolValue] ? marker::kTrue : marker::kFalse);
-            return true;
+            leaf += static_cast<char>([value boolValue] ? marker::kTrue : marker::kFalse);
+            break;
         case Kind::Integer:
-            AppendInteger([value unsignedLongLongValue], IsNegative(value), leaves_);
-            return true;
+            AppendInteger([value unsignedLongLongValue], IsNegative(value), leaf);
+            break;
         case Kind::Real:
             // A number that was made as a float is kept in four bytes.
             if (*[value objCType] == *@encode(float)) {
-                AppendReal<std::uint32_t>(marker::kReal | 2, [value floatValue], leaves_);
+                AppendReal<std::uint32_t>(marker::kReal | 2, [value floatValue], leaf);
             } else {
-                AppendReal<std::uint64_t>(marker::kReal | 3, [value doubleValue], leaves_);
+                AppendReal<std::uint64_t>(marker::kReal | 3, [value doubleValue], leaf);
             }
-            return true;
+            break;
         case Kind::Date:
-            AppendReal<std::uint64_t>(marker::kDate, [value timeIntervalSinceReferenceDate],
-                                      leaves_);
-            return true;
-        case Kind::String:
-            GetText(value, text_);
-            AppendText(text_);
-            return true;
+            AppendReal<std::uint64_t>(marker::kDate, [value timeIntervalSinceReferenceDate], leaf);
+            break;
         case Kind::Data:
-            AppendHead(marker::kData, [value length], leaves_);
-            leaves_.append(static_cast<const char*>([value bytes]), [value length]);
-            return true;
+            AppendHead(marker::kData, [value length], leaf);
+            leaf.append(static_cast<const char*>([value bytes]), [value length]);
+            break;
         case Kind::Uid: {
             const std::size_t size = SizeFor(UidIn(value));
-            leaves_ += static_cast<char>(marker::kUid | (size - 1));
-            AppendNumber(UidIn(value), size, leaves_);
-            return true;
+            leaf += static_cast<char>(marker::kUid | (size - 1));
+            AppendNumber(UidIn(value), size, leaf);
+            break;
         }
         default:
-            return Fail("Property lists cannot contain an object of this class.");
+            return TextLeaf(TextOf(value));
     }
+    return leaf;
 }
 
-bool Writer::Write(id root, std::string& bytes) {
-    Number rootNumber = 0;
-    if (!Add(root, 0, rootNumber)) {
-        return false;
+class Writer {
+  public:
+    std::string Write(id root);
+
+  private:
+    /// A leaf is encoded already; a container has the numbers of what it holds, keys first.
+    struct Object {
+        std::string leaf;
+        std::uint8_t container;
+        std::vector<Number> parts;
+    };
+
+    Number Add(id value, unsigned level);
+    Number AddLeaf(const std::string& leaf);
+
+    std::vector<Object> objects_;
+    std::unordered_map<std::string, Number> known_;
+};
+
+/// @param level  1 for the root
+Number Writer::Add(id value, unsigned level) {
+    const Kind kind = KindOf(value);
+    const bool isDictionary = kind == Kind::Dictionary;
+    if (kind != Kind::Array && !isDictionary) {
+        return AddLeaf(Leaf(value, kind));
     }
-    bytes = kBinaryHeader;
-    bytes += leaves_;
+    CheckLevel(level);
+    std::vector<Number> parts;
+    if (isDictionary) {
+        const std::map<std::u16string, id> entries = EntriesOf(value);
+        for (const auto& [key, item] : entries) {
+            parts.push_back(AddLeaf(TextLeaf(key)));
+        }
+        for (const auto& [key, item] : entries) {
+            parts.push_back(Add(item, level + 1));
+        }
+    } else {
+        for (id item in value) {
+            parts.push_back(Add(item, level + 1));
+        }
+    }
+    objects_.push_back({{}, isDictionary ? marker::kDictionary : marker::kArray, std::move(parts)});
+    return objects_.size() - 1;
+}
+
+/// Adds a leaf, or finds the one that is the same.
+Number Writer::AddLeaf(const std::string& leaf) {
+    const auto [found, isNew] = known_.try_emplace(leaf, objects_.size());
+    if (isNew) {
+        objects_.push_back({leaf, 0, {}});
+    }
+    return found->second;
+}
+
+std::string Writer::Write(id root) {
+    const Number rootNumber = Add(root, 1);
     const std::size_t referenceSize = SizeFor(objects_.size());
-    std::vector<std::size_t> offsets;
-    offsets.reserve(objects_.size());
-    for (const Object& object : objects_) {
+    std::string bytes(kBinaryHeader);
+    std::vector<std::size_t> offsets(objects_.size());
+    for (std::size_t i = 0; i < objects_.size(); ++i) {
+        offsets[i] = bytes.size();
+        bytes += objects_[i].leaf;
+    }
+    for (std::size_t i = 0; i < objects_.size(); ++i) {
+        const Object& object = objects_[i];
         if (object.container == 0) {
-            offsets.push_back(kBinaryHeader.size() + object.start);
             continue;
         }
-        offsets.push_back(bytes.size());
+        offsets[i] = bytes.size();
         const bool isPairs = object.container == marker::kDictionary;
-        AppendHead(object.container, isPairs ? object.length / 2 : object.length, bytes);
-        for (std::size_t i = 0; i < object.length; ++i) {
-            AppendNumber(references_[object.start + i], referenceSize, bytes);
+        AppendHead(object.container, object.parts.size() / (isPairs ? 2 : 1), bytes);
+        for (const Number part : object.parts) {
+            AppendNumber(part, referenceSize, bytes);
         }
     }
     const std::size_t table = bytes.size();
@@ -259,16 +187,13 @@ bool Writer::Write(id root, std::string& bytes) {
     AppendNumber(objects_.size(), 8, bytes);
     AppendNumber(rootNumber, 8, bytes);
     AppendNumber(table, 8, bytes);
-    return true;
+    return bytes;
 }
 
 }  // namespace
 
-bool WriteBinary(id root, std::string& bytes, Problem& problem) {
-    Writer writer;
-    const bool written = writer.Write(root, bytes);
-    problem = writer.WhatIsWrong();
-    return written;
+std::string WriteBinary(id root) {
+    return Writer().Write(root);
 }
 
 }  // namespace propertylist

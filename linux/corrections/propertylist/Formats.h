@@ -5,29 +5,27 @@
 #include <string>
 #include <string_view>
 
-#include "linux/corrections/propertylist/Values.h"
-
-// The readers return a reference to the root that the caller owns; nil with `problem` set when the
-// list is malformed. What they take and what they refuse is what Apple's take and refuse.
-// The writers return false with `problem` set when something in the list is not for property lists.
+// What the readers take and what they refuse is what Apple's take and refuse. Readers and writers
+// throw an NSString that says what is wrong (with this runtime, Objective-C++ cannot catch what C++
+// throws); what readers return is autoreleased.
 namespace propertylist {
 
 /// Refused as well: references that multiply a few objects into more than memory is good for.
-id NewFromBinary(std::string_view bytes, NSPropertyListMutabilityOptions options, Problem& problem);
+id ReadBinary(std::string_view bytes, NSPropertyListMutabilityOptions options);
 
 /// @param text  in UTF-8; what follows the root element does not matter
-id NewFromXML(std::string_view text, NSPropertyListMutabilityOptions options, Problem& problem);
+id ReadXML(std::string_view text, NSPropertyListMutabilityOptions options);
 
 /// The format of NeXT's days: `{ key = value; }`, `( value, value )`, <0fb5 1a>, "quoted \U00e9
 /// text" and plain words; a strings file is a dictionary without its braces.
 /// @param text  in UTF-8
-id NewFromOldText(std::string_view text, NSPropertyListMutabilityOptions options, Problem& problem);
+id ReadOldText(std::string_view text, NSPropertyListMutabilityOptions options);
 
 /// Strings, numbers, dates and data that occur again are written once.
-bool WriteBinary(id root, std::string& bytes, Problem& problem);
+std::string WriteBinary(id root);
 
 /// In UTF-8, laid out as Apple does. Control characters, which XML cannot have, are written as they
 /// are: Apple's reader and ours take them back.
-bool WriteXML(id root, std::string& text, Problem& problem);
+std::string WriteXML(id root);
 
 }  // namespace propertylist

@@ -4,6 +4,7 @@
 
 #include "linux/corrections/propertylist/Formats.h"
 #include "linux/corrections/propertylist/Text.h"
+#include "linux/corrections/propertylist/Values.h"
 
 namespace propertylist {
 
@@ -42,21 +43,14 @@ char16_t NextStepCharacter(unsigned char byte) {
     return unit == 0xFFFD ? u'\0' : unit;
 }
 
-/// A reader that fails leaves its place where it stumbled; an array may still end well there.
 class Reader {
   public:
     Reader(std::u16string_view text, NSPropertyListMutabilityOptions options)
-        : text_(text), maker_(options), keyMaker_(NSPropertyListImmutable) {}
+        : text_(text), maker_(options) {}
 
-    id NewRoot();
-    Problem WhatIsWrong() const { return problem_; }
+    id ReadRoot();
 
   private:
-    id Fail(Problem problem) {
-        problem_ = problem;
-        return nil;
-    }
-
     /// The next character as it stands; NUL at the end.
     char16_t Here() const { return at_ < text_.size() ? text_[at_] : u'\0'; }
     /// The next character that counts, behind blanks and comments.
@@ -67,18 +61,22 @@ class Reader {
         return found;
     }
 
-    id NewValue(unsigned depth);
-    id NewArray(unsigned depth);
-    id NewDictionary(unsigned depth);
-    id NewString(const Maker& maker);
-    id NewQuoted(const Maker& maker);
-    id NewData();
+    void Expect(char16_t expected, NSString* problem) {
+        if (!Skip(expected)) {
+            @throw problem;
+        }
+    }
+
+    id ReadValue(unsigned level);
+    NSArray* ReadArray(unsigned level);
+    NSDictionary* ReadDictionary(unsigned level);
+    NSString* TakeString();
+    NSString* TakeQuoted();
+    NSData* ReadData();
     char16_t TakeEscape();
 
     std::u16string_view text_;
     Maker maker_;
-    Maker keyMaker_;
-    Problem problem_ = nullptr;
     std::size_t at_ = 0;
 };
 
@@ -101,101 +99,102 @@ char16_t Reader::Next() {
 
 /// What has nothing but blanks and comments is an empty dictionary. A word with something behind it
 /// may be the first key of a strings file; whatever stands behind its entries is passed over.
-id Reader::NewRoot() {
+id Reader::ReadRoot() {
     Next();
     if (at_ == text_.size()) {
-        return maker_.NewDictionary({}, {});
+        return maker_.Dictionary({}, {});
     }
-    id root = NewValue(1);
+    id root = ReadValue(1);
     Next();
-    if (root == nil || at_ == text_.size()) {
+    if (at_ == text_.size()) {
         return root;
     }
-    const bool isWord = KindOf(root) == Kind::String;
-    [root release];
-    if (!isWord) {
-        return Fail("The property list has something after its end.");
+    if (![root isKindOfClass:[NSString class]]) {
+        @throw @"The property list has something after its end.";
     }
     at_ = 0;
-    return NewDictionary(1);
+    return ReadDictionary(2);
 }
 
-/// @param depth  its level, 1 for the root
-id Reader::NewValue(unsigned depth) {
+/// @param level  1 for the root
+id Reader::ReadValue(unsigned level) {
     const char16_t first = Next();
+    if (first == '<') {
+        return ReadData();
+    }
     if (first != '{' && first != '(') {
-        return first == '<' ? NewData() : NewString(maker_);
+        NSString* string = TakeString();
+        if (string == nil) {
+            @throw @"A value is missing or damaged.";
+        }
+        return string;
     }
-    if (depth > kDeepestNesting) {
-        return Fail(kTooDeep);
-    }
+    CheckLevel(level);
     ++at_;
     if (first == '(') {
-        return NewArray(depth + 1);
+        return ReadArray(level + 1);
     }
-    id dictionary = NewDictionary(depth + 1);
-    if (dictionary == nil || Skip('}')) {
-        return dictionary;
-    }
-    [dictionary release];
-    return Fail("A dictionary is not closed.");
+    NSDictionary* dictionary = ReadDictionary(level + 1);
+    Expect('}', @"A dictionary is not closed.");
+    return dictionary;
 }
 
-/// A comma may stand before the closing bracket.
-id Reader::NewArray(unsigned depth) {
-    References values;
-    while (values.Add(NewValue(depth)) && Skip(',')) {
+/// A comma may stand before the closing bracket. A value that cannot be read is passed over when
+/// the bracket stands where the reader stumbled.
+NSArray* Reader::ReadArray(unsigned level) {
+    std::vector<id> values;
+    @try {
+        do {
+            values.push_back(ReadValue(level));
+        } while (Skip(','));
+    } @catch (NSString*) {
     }
-    return Skip(')') ? maker_.NewArray(values) : Fail("An array has a comma or bracket missing.");
+    Expect(')', @"An array has a comma or bracket missing.");
+    return maker_.Array(values);
 }
 
 /// Reads as many entries as there are. A key alone is its own value.
-id Reader::NewDictionary(unsigned depth) {
-    References keys;
-    References values;
-    while (keys.Add(NewString(keyMaker_))) {
+NSDictionary* Reader::ReadDictionary(unsigned level) {
+    std::vector<id> keys;
+    std::vector<id> values;
+    while (NSString* key = TakeString()) {
         const bool isAlone = Next() == ';';
-        if (!isAlone && !Skip('=')) {
-            return Fail("A key in a dictionary has no value.");
+        if (!isAlone) {
+            Expect('=', @"A key in a dictionary has no value.");
         }
-        id key = keys.data()[keys.size() - 1];
-        if (!values.Add(isAlone ? (maker_.MutableLeaves() ? [key mutableCopy] : [key retain])
-                                : NewValue(depth))) {
-            return nil;
-        }
-        if (!Skip(';')) {
-            return Fail("A semicolon is missing in a dictionary.");
-        }
+        keys.push_back(key);
+        values.push_back(isAlone ? key : ReadValue(level));
+        Expect(';', @"A semicolon is missing in a dictionary.");
     }
-    return maker_.NewDictionary(keys, values);
+    return maker_.Dictionary(keys, values);
 }
 
-id Reader::NewString(const Maker& maker) {
+/// @return nil when there is none, or its quotes are not closed
+NSString* Reader::TakeString() {
     const char16_t first = Next();
     if (first == '"' || first == '\'') {
-        return NewQuoted(maker);
+        return TakeQuoted();
     }
     const std::size_t start = at_;
     while (IsPlain(Here())) {
         ++at_;
     }
-    return at_ > start ? maker.NewText(text_.substr(start, at_ - start))
-                       : Fail("A value is missing or damaged.");
+    return at_ > start ? maker_.Text(text_.substr(start, at_ - start)) : nil;
 }
 
-id Reader::NewQuoted(const Maker& maker) {
+NSString* Reader::TakeQuoted() {
     const char16_t quote = text_[at_++];
     const std::size_t start = at_;
     std::u16string text;
     while (at_ < text_.size()) {
         const char16_t unit = text_[at_++];
         if (unit == quote) {
-            return maker.NewText(text);
+            return maker_.Text(text);
         }
         text += unit == '\\' ? TakeEscape() : unit;
     }
     at_ = start;
-    return Fail("The quotes around a text are not closed.");
+    return nil;
 }
 
 /// Takes what stands behind a backslash.
@@ -229,38 +228,29 @@ char16_t Reader::TakeEscape() {
 }
 
 /// Blanks may stand between the bytes, not between the digits of one.
-id Reader::NewData() {
+NSData* Reader::ReadData() {
     std::string bytes;
     ++at_;
-    for (; at_ < text_.size() && text_[at_] != '>'; ++at_) {
-        const char16_t unit = text_[at_];
-        if (unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r' || IsSeparator(unit)) {
+    for (; Here() != '>'; ++at_) {
+        if (IsIn(" \t\n\r", Here()) || IsSeparator(Here())) {
             continue;
         }
-        const int high = HexValue(unit);
+        const int high = HexValue(Here());
         at_ += high < 0 ? 0 : 1;
         const int low = high < 0 ? -1 : HexValue(Here());
         if (low < 0) {
-            return Fail("Data is damaged.");
+            @throw @"Data is damaged.";
         }
         bytes += static_cast<char>(high * 16 + low);
     }
-    return Skip('>') ? maker_.NewData(bytes) : Fail("Data is not closed.");
+    ++at_;
+    return maker_.Data(bytes);
 }
 
 }  // namespace
 
-id NewFromOldText(std::string_view text, NSPropertyListMutabilityOptions options,
-                  Problem& problem) {
-    std::u16string units;
-    if (!DecodeUtf8(text, units)) {
-        problem = "The data is no text in its encoding.";
-        return nil;
-    }
-    Reader reader(units, options);
-    id root = reader.NewRoot();
-    problem = reader.WhatIsWrong();
-    return root;
+id ReadOldText(std::string_view text, NSPropertyListMutabilityOptions options) {
+    return Reader(DecodeUtf8(text), options).ReadRoot();
 }
 
 }  // namespace propertylist

@@ -13,41 +13,33 @@ using namespace propertylist;
 
 namespace {
 
-void SetError(NSError** slot, NSInteger code, NSString* text, Problem problem) {
+void SetError(NSError** slot, NSInteger code, NSString* text, NSString* problem) {
     if (slot != nullptr) {
-        NSDictionary* info = @{
-            NSLocalizedDescriptionKey : text,
-            @"NSDebugDescription" : [NSString stringWithUTF8String:problem]
-        };
+        NSDictionary* info = @{NSLocalizedDescriptionKey : text, @"NSDebugDescription" : problem};
         *slot = [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info];
     }
 }
 
 /// What is no binary list is tried as XML, and what is no XML as old text.
-/// @return a reference to the root that the caller owns, or nil
-id NewFromBytes(std::string_view bytes, NSPropertyListReadOptions options,
-                NSPropertyListFormat& format, Problem& problem) {
-    id list = nil;
+id Read(std::string_view bytes, NSPropertyListReadOptions options, NSPropertyListFormat& format) {
     if (bytes.substr(0, kBinarySignature.size()) == kBinarySignature) {
-        format = NSPropertyListBinaryFormat_v1_0;
-        list = NewFromBinary(bytes, options, problem);
+        @try {
+            format = NSPropertyListBinaryFormat_v1_0;
+            return ReadBinary(bytes, options);
+        } @catch (NSString*) {
+        }
     }
-    std::string converted;
-    std::string_view text;
-    if (list == nil && (bytes.empty() || !TextAsUtf8(bytes, converted, text))) {
-        problem = "The data is empty, or no text in any known encoding.";
-        return nil;
+    if (bytes.empty()) {
+        @throw @"The data is empty.";
     }
-    if (list == nil) {
+    const std::string text = TextAsUtf8(bytes);
+    @try {
         format = NSPropertyListXMLFormat_v1_0;
-        list = NewFromXML(text, options, problem);
+        return ReadXML(text, options);
+    } @catch (NSString*) {
     }
-    if (list == nil) {
-        format = NSPropertyListOpenStepFormat;
-        Problem ofOldText = nullptr;
-        list = NewFromOldText(text, options, ofOldText);
-    }
-    return list;
+    format = NSPropertyListOpenStepFormat;
+    return ReadOldText(text, options);
 }
 
 }  // namespace
@@ -58,17 +50,18 @@ id NewFromBytes(std::string_view bytes, NSPropertyListReadOptions options,
                        options:(NSPropertyListReadOptions)options
                         format:(NSPropertyListFormat*)format
                          error:(NSError**)error {
-    Problem problem = nullptr;
-    NSPropertyListFormat found = 0;
-    id list = [NewFromBytes({static_cast<const char*>([data bytes]), [data length]}, options, found,
-                            problem) autorelease];
-    if (list == nil) {
+    @try {
+        NSPropertyListFormat found = 0;
+        id list = Read({static_cast<const char*>([data bytes]), [data length]}, options, found);
+        if (format != nullptr) {
+            *format = found;
+        }
+        return list;
+    } @catch (NSString* problem) {
         SetError(error, NSPropertyListReadCorruptError,
                  @"The data couldn’t be read because it isn’t in the correct format.", problem);
-    } else if (format != nullptr) {
-        *format = found;
+        return nil;
     }
-    return list;
 }
 
 + (NSData*)mac_dataWithPropertyList:(id)list
@@ -76,15 +69,18 @@ id NewFromBytes(std::string_view bytes, NSPropertyListReadOptions options,
                             options:(NSPropertyListWriteOptions)options
                               error:(NSError**)error {
     (void)options;
-    Problem problem = "Property lists are written as XML or in the binary format only.";
-    std::string bytes;
-    if ((format == NSPropertyListXMLFormat_v1_0 && WriteXML(list, bytes, problem)) ||
-        (format == NSPropertyListBinaryFormat_v1_0 && WriteBinary(list, bytes, problem))) {
+    @try {
+        if (format != NSPropertyListXMLFormat_v1_0 && format != NSPropertyListBinaryFormat_v1_0) {
+            @throw @"Property lists are written as XML or in the binary format only.";
+        }
+        const std::string bytes =
+            format == NSPropertyListXMLFormat_v1_0 ? WriteXML(list) : WriteBinary(list);
         return [NSData dataWithBytes:bytes.data() length:bytes.size()];
+    } @catch (NSString* problem) {
+        SetError(error, NSPropertyListWriteStreamError,
+                 @"The data couldn’t be written as a property list.", problem);
+        return nil;
     }
-    SetError(error, NSPropertyListWriteStreamError,
-             @"The data couldn’t be written as a property list.", problem);
-    return nil;
 }
 
 @end

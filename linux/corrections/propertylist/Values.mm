@@ -1,11 +1,8 @@
 #include "linux/corrections/propertylist/Values.h"
 
-#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstring>
-
-#include "linux/corrections/propertylist/Text.h"
 
 /// A date whose time is not a number, which GNUstep raises for.
 @interface KSUndefinedDate : NSDate
@@ -47,22 +44,21 @@ namespace {
 
 NSString* const kUidKey = @"CF$UID";
 
-bool IsAscii(std::string_view bytes) {
-    return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) != 0; });
-}
-
 Kind KindOfNumber(NSNumber* number) {
     static const Class booleanClass = [[NSNumber numberWithBool:YES] class];
     if ([number isKindOfClass:booleanClass]) {
         return Kind::Boolean;
     }
-    const char type = *[number objCType];
-    return std::strchr("fd", type) != nullptr           ? Kind::Real
-           : std::strchr("cCsSiIlLqQ", type) != nullptr ? Kind::Integer
-                                                        : Kind::Unsuitable;
+    return std::strchr("fd", *[number objCType]) != nullptr ? Kind::Real : Kind::Integer;
 }
 
 }  // namespace
+
+void CheckLevel(unsigned level) {
+    if (level > 512) {
+        @throw @"The property list is nested too deep, or contains itself.";
+    }
+}
 
 Kind KindOf(id value) {
     if ([value isKindOfClass:[NSString class]]) {
@@ -84,16 +80,18 @@ Kind KindOf(id value) {
     if ([value isKindOfClass:[NSData class]]) {
         return Kind::Data;
     }
-    return [value isKindOfClass:[NSDate class]] ? Kind::Date : Kind::Unsuitable;
+    if ([value isKindOfClass:[NSDate class]]) {
+        return Kind::Date;
+    }
+    @throw @"Property lists cannot contain an object of this class.";
 }
 
 std::uint32_t UidIn(NSDictionary* dictionary) {
     return static_cast<std::uint32_t>([[dictionary objectForKey:kUidKey] longLongValue]);
 }
 
-NSDictionary* NewUid(std::uint32_t uid) {
-    return [[NSDictionary alloc]
-        initWithObjectsAndKeys:[NSNumber numberWithUnsignedInt:uid], kUidKey, nil];
+NSDictionary* MakeUid(std::uint32_t uid) {
+    return @{kUidKey : [NSNumber numberWithUnsignedInt:uid]};
 }
 
 bool IsNegative(NSNumber* integer) {
@@ -101,103 +99,64 @@ bool IsNegative(NSNumber* integer) {
     return isSigned && [integer longLongValue] < 0;
 }
 
-void GetText(NSString* string, std::u16string& text) {
-    text.resize([string length]);
+std::u16string TextOf(NSString* string) {
+    std::u16string text([string length], u'\0');
     [string getCharacters:reinterpret_cast<unichar*>(text.data())
                     range:NSMakeRange(0, text.size())];
+    return text;
 }
 
-bool GetEntries(NSDictionary* dictionary, std::vector<Entry>& entries) {
-    entries.reserve([dictionary count]);
+std::map<std::u16string, id> EntriesOf(NSDictionary* dictionary) {
+    std::map<std::u16string, id> entries;
     for (id key in [dictionary keyEnumerator]) {
-        if (KindOf(key) != Kind::String) {
-            return false;
+        if (![key isKindOfClass:[NSString class]]) {
+            @throw @"Property lists can only have strings as keys of dictionaries.";
         }
-        entries.push_back({{}, [dictionary objectForKey:key]});
-        GetText(key, entries.back().key);
+        entries[TextOf(key)] = [dictionary objectForKey:key];
     }
-    std::sort(entries.begin(), entries.end(),
-              [](const Entry& left, const Entry& right) { return left.key < right.key; });
-    return true;
-}
-
-References::~References() {
-    for (id object : objects_) {
-        [object release];
-    }
-}
-
-bool References::Add(id owned) {
-    if (owned != nil) {
-        objects_.push_back(owned);
-    }
-    return owned != nil;
-}
-
-void References::Reverse() {
-    std::reverse(objects_.begin(), objects_.end());
+    return entries;
 }
 
 Maker::Maker(NSPropertyListMutabilityOptions options)
     : mutableContainers_(options != NSPropertyListImmutable),
       mutableLeaves_((options & NSPropertyListMutableContainersAndLeaves) != 0) {}
 
-NSString* Maker::NewText(std::u16string_view text) const {
+NSString* Maker::Text(std::u16string_view text) const {
     NSString* string = [[(mutableLeaves_ ? [NSMutableString class] : [NSString class]) alloc]
         initWithCharacters:reinterpret_cast<const unichar*>(text.data())
                     length:text.size()];
-    return string != nil ? string : NewBroken(text);
-}
-
-/// GNUstep makes no string with half a surrogate pair, but keeps one that is put in.
-NSString* Maker::NewBroken(std::u16string_view text) const {
-    NSMutableString* string = [[NSMutableString alloc] init];
+    if (string != nil) {
+        return [string autorelease];
+    }
+    // GNUstep makes no string with half a surrogate pair, but keeps one that is put in.
+    NSMutableString* broken = [NSMutableString string];
     for (const char16_t unit : text) {
-        [string appendFormat:@"%C", static_cast<unichar>(unit)];
+        [broken appendFormat:@"%C", static_cast<unichar>(unit)];
     }
-    return mutableLeaves_ ? string : [[string autorelease] copy];
+    return mutableLeaves_ ? broken : [[broken copy] autorelease];
 }
 
-NSString* Maker::NewLatin1(std::string_view bytes) const {
-    return [[(mutableLeaves_ ? [NSMutableString class] : [NSString class]) alloc]
-        initWithBytes:bytes.data()
-               length:bytes.size()
-             encoding:IsAscii(bytes) ? NSASCIIStringEncoding : NSISOLatin1StringEncoding];
+NSData* Maker::Data(std::string_view bytes) const {
+    return [(mutableLeaves_ ? [NSMutableData class] : [NSData class]) dataWithBytes:bytes.data()
+                                                                             length:bytes.size()];
 }
 
-NSString* Maker::NewUtf8(std::string_view bytes) const {
-    if (IsAscii(bytes)) {
-        return NewLatin1(bytes);
-    }
-    std::u16string text;
-    if (!DecodeUtf8(bytes, text)) {
-        return nil;
-    }
-    return NewText(std::u16string_view(text).substr(text[0] == u'\uFEFF' ? 1 : 0));
+NSArray* Maker::Array(const std::vector<id>& values) const {
+    return [(mutableContainers_ ? [NSMutableArray class]
+                                : [NSArray class]) arrayWithObjects:values.data()
+                                                              count:values.size()];
 }
 
-NSData* Maker::NewData(std::string_view bytes) const {
-    return [[(mutableLeaves_ ? [NSMutableData class] : [NSData class]) alloc]
-        initWithBytes:bytes.data()
-               length:bytes.size()];
+NSDictionary* Maker::Dictionary(const std::vector<id>& keys, const std::vector<id>& values) const {
+    return [(mutableContainers_ ? [NSMutableDictionary class]
+                                : [NSDictionary class]) dictionaryWithObjects:values.data()
+                                                                      forKeys:keys.data()
+                                                                        count:values.size()];
 }
 
-NSArray* Maker::NewArray(const References& values) const {
-    return [[(mutableContainers_ ? [NSMutableArray class] : [NSArray class]) alloc]
-        initWithObjects:values.data()
-                  count:values.size()];
-}
-
-NSDictionary* Maker::NewDictionary(const References& keys, const References& values) const {
-    return [[(mutableContainers_ ? [NSMutableDictionary class] : [NSDictionary class]) alloc]
-        initWithObjects:values.data()
-                forKeys:keys.data()
-                  count:values.size()];
-}
-
-NSDate* Maker::NewDate(double seconds) {
-    return std::isnan(seconds) ? [[KSUndefinedDate alloc] init]
-                               : [[NSDate alloc] initWithTimeIntervalSinceReferenceDate:seconds];
+NSDate* Maker::Date(double seconds) {
+    return std::isnan(seconds) ? [[[KSUndefinedDate alloc] init] autorelease]
+                               : [NSDate dateWithTimeIntervalSinceReferenceDate:seconds];
 }
 
 }  // namespace propertylist

@@ -7,6 +7,7 @@
 #include "linux/corrections/propertylist/Calendar.h"
 #include "linux/corrections/propertylist/Formats.h"
 #include "linux/corrections/propertylist/Text.h"
+#include "linux/corrections/propertylist/Values.h"
 
 namespace propertylist {
 
@@ -34,96 +35,56 @@ std::string IntegerText(NSNumber* integer) {
 
 class Writer {
   public:
-    explicit Writer(std::string& out) : out_(out) {}
+    void Write(id value, unsigned depth);
 
-    bool Write(id value, unsigned depth);
-    Problem WhatIsWrong() const { return problem_; }
+    std::string text = kStart;
 
   private:
-    bool Fail(Problem problem) {
-        problem_ = problem;
-        return false;
+    void Line(unsigned depth, std::string_view content) {
+        text.append(depth, '\t').append(content).append("\n");
     }
-
-    void Line(unsigned depth, const char* text) {
-        out_.append(depth, '\t').append(text).append("\n");
+    void Element(unsigned depth, const std::string& name, const std::string& content) {
+        Line(depth, "<" + name + ">" + content + "</" + name + ">");
     }
-    void Element(unsigned depth, const char* name, std::string_view text) {
-        out_.append(depth, '\t').append("<").append(name).append(">").append(text);
-        out_.append("</").append(name).append(">\n");
-    }
-    bool WriteText(const char* name, std::u16string_view text, unsigned depth);
-    bool WriteDate(NSDate* date, unsigned depth);
+    void WriteText(const char* name, std::u16string_view units, unsigned depth);
     void WriteData(NSData* data, unsigned depth);
-    bool WriteArray(NSArray* array, unsigned depth);
-    bool WriteDictionary(NSDictionary* dictionary, unsigned depth);
-
-    std::string& out_;
-    std::u16string text_;
-    std::string bytes_;
-    std::string escaped_;
-    Problem problem_ = nullptr;
+    void WriteArray(NSArray* array, unsigned depth);
+    void WriteDictionary(NSDictionary* dictionary, unsigned depth);
 };
 
 /// @param depth  the number of containers around the value
-bool Writer::Write(id value, unsigned depth) {
-    const Kind kind = KindOf(value);
-    if ((kind == Kind::Array || kind == Kind::Dictionary) && depth >= kDeepestNesting) {
-        return Fail(kTooDeep);
-    }
-    switch (kind) {
+void Writer::Write(id value, unsigned depth) {
+    switch (KindOf(value)) {
         case Kind::Array:
             return WriteArray(value, depth);
         case Kind::Boolean:
-            Line(depth, [value boolValue] ? "<true/>" : "<false/>");
-            return true;
+            return Line(depth, [value boolValue] ? "<true/>" : "<false/>");
         case Kind::Data:
-            WriteData(value, depth);
-            return true;
+            return WriteData(value, depth);
         case Kind::Date:
-            return WriteDate(value, depth);
+            return Element(depth, "date", TextFromMoment([value timeIntervalSinceReferenceDate]));
         case Kind::Dictionary:
         case Kind::Uid:
             return WriteDictionary(value, depth);
         case Kind::Integer:
-            Element(depth, "integer", IntegerText(value));
-            return true;
+            return Element(depth, "integer", IntegerText(value));
         case Kind::Real:
-            Element(depth, "real", RealText([value doubleValue]));
-            return true;
+            return Element(depth, "real", RealText([value doubleValue]));
         case Kind::String:
-            GetText(value, text_);
-            return WriteText("string", text_, depth);
-        case Kind::Unsuitable:
-            break;
+            return WriteText("string", TextOf(value), depth);
     }
-    return Fail("Property lists cannot contain an object of this class.");
 }
 
-bool Writer::WriteText(const char* name, std::u16string_view text, unsigned depth) {
-    bytes_.clear();
-    escaped_.clear();
-    if (!AppendUtf8(text, bytes_)) {
-        return Fail("A string of the property list has half a surrogate pair.");
-    }
-    for (const char character : bytes_) {
+void Writer::WriteText(const char* name, std::u16string_view units, unsigned depth) {
+    std::string escaped;
+    for (const char character : EncodeUtf8(units)) {
         if (character == '&' || character == '<' || character == '>') {
-            escaped_ += character == '&' ? "&amp;" : character == '<' ? "&lt;" : "&gt;";
+            escaped += character == '&' ? "&amp;" : character == '<' ? "&lt;" : "&gt;";
         } else {
-            escaped_ += character;
+            escaped += character;
         }
     }
-    Element(depth, name, escaped_);
-    return true;
-}
-
-bool Writer::WriteDate(NSDate* date, unsigned depth) {
-    std::string text;
-    if (!AppendMoment([date timeIntervalSinceReferenceDate], text)) {
-        return Fail("A date of the property list is beyond any calendar.");
-    }
-    Element(depth, "date", text);
-    return true;
+    Element(depth, name, escaped);
 }
 
 void Writer::WriteData(NSData* data, unsigned depth) {
@@ -143,49 +104,38 @@ void Writer::WriteData(NSData* data, unsigned depth) {
     Line(depth, "</data>");
 }
 
-bool Writer::WriteArray(NSArray* array, unsigned depth) {
+void Writer::WriteArray(NSArray* array, unsigned depth) {
+    CheckLevel(depth + 1);
     if ([array count] == 0) {
-        Line(depth, "<array/>");
-        return true;
+        return Line(depth, "<array/>");
     }
     Line(depth, "<array>");
     for (id value in array) {
-        if (!Write(value, depth + 1)) {
-            return false;
-        }
+        Write(value, depth + 1);
     }
     Line(depth, "</array>");
-    return true;
 }
 
-bool Writer::WriteDictionary(NSDictionary* dictionary, unsigned depth) {
-    std::vector<Entry> entries;
-    if (!GetEntries(dictionary, entries)) {
-        return Fail("Property lists can only have strings as keys of dictionaries.");
-    }
+void Writer::WriteDictionary(NSDictionary* dictionary, unsigned depth) {
+    CheckLevel(depth + 1);
+    const std::map<std::u16string, id> entries = EntriesOf(dictionary);
     if (entries.empty()) {
-        Line(depth, "<dict/>");
-        return true;
+        return Line(depth, "<dict/>");
     }
     Line(depth, "<dict>");
-    for (const Entry& entry : entries) {
-        if (!WriteText("key", entry.key, depth + 1) || !Write(entry.value, depth + 1)) {
-            return false;
-        }
+    for (const auto& [key, value] : entries) {
+        WriteText("key", key, depth + 1);
+        Write(value, depth + 1);
     }
     Line(depth, "</dict>");
-    return true;
 }
 
 }  // namespace
 
-bool WriteXML(id root, std::string& text, Problem& problem) {
-    text = kStart;
-    Writer writer(text);
-    const bool written = writer.Write(root, 0);
-    problem = writer.WhatIsWrong();
-    text += kEnd;
-    return written;
+std::string WriteXML(id root) {
+    Writer writer;
+    writer.Write(root, 0);
+    return writer.text + kEnd;
 }
 
 }  // namespace propertylist

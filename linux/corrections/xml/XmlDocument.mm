@@ -3,9 +3,11 @@
 // UTF-8, and searches its list of nodes for each node that it hands out or detaches. This one
 // stands on libxml2 directly; +[NSXMLDocument alloc] gives it.
 #include <Foundation/Foundation.h>
+#include <dlfcn.h>
+
+#include <cstring>
 
 #include "linux/corrections/FileContents.h"
-#include "linux/corrections/xml/GNUstepDocuments.h"
 #include "linux/corrections/xml/XmlTree.h"
 
 @interface XmlDocument : NSObject {
@@ -13,7 +15,6 @@
 }
 // What the options could change, how much is kept and what is fetched, is the same for all.
 - (id)initWithContentsOfURL:(NSURL*)url options:(NSUInteger)mask error:(NSError**)error;
-- (id)initWithData:(NSData*)data options:(NSUInteger)mask error:(NSError**)error;
 - (XmlTree*)tree;
 @end
 
@@ -128,32 +129,19 @@ XmlNode* ObjectFor(xmlNode* node, XmlDocument* owner) {
 @implementation XmlDocument
 
 - (id)initWithContentsOfURL:(NSURL*)url options:(NSUInteger)mask error:(NSError**)error {
+    self = [super init];
     std::string bytes;
-    if (!ReadFile([url path], bytes, error)) {
+    if (self == nil || !ReadFile([url path], bytes, error)) {
         [self release];
         return nil;
     }
-    return [self initWithBytes:bytes.data() length:bytes.size() error:error];
-}
-
-- (id)initWithData:(NSData*)data options:(NSUInteger)mask error:(NSError**)error {
-    return [self initWithBytes:[data bytes] length:[data length] error:error];
-}
-
-- (id)initWithBytes:(const void*)bytes length:(size_t)length error:(NSError**)error {
-    self = [super init];
-    if (self == nil) {
-        return nil;
-    }
     std::string message;
-    tree = XmlTree::Parse(bytes, length, message).release();
+    tree = XmlTree::Parse(bytes.data(), bytes.size(), message).release();
     if (tree == nullptr) {
         if (error != NULL) {
-            *error = [NSError
-                errorWithDomain:NSXMLParserErrorDomain
-                           code:NSXMLParserInternalError
-                       userInfo:[NSDictionary dictionaryWithObject:Text(message)
-                                                            forKey:NSLocalizedDescriptionKey]];
+            *error = [NSError errorWithDomain:NSXMLParserErrorDomain
+                                         code:NSXMLParserInternalError
+                                     userInfo:@{NSLocalizedDescriptionKey : Text(message)}];
         }
         [self release];
         return nil;
@@ -186,15 +174,14 @@ XmlNode* ObjectFor(xmlNode* node, XmlDocument* owner) {
 
 @end
 
-thread_local int GNUstepDocuments::alive = 0;
-
 @implementation NSXMLDocument (Standin)
 
-+ (id)allocWithZone:(NSZone*)zone {
-    if (GNUstepDocuments::AreWanted()) {
-        return static_cast<NSXMLDocument*>(NSAllocateObject(self, 0, zone));
-    }
-    return static_cast<NSXMLDocument*>(static_cast<id>([XmlDocument allocWithZone:zone]));
+// GNUstep's own readers, of interface files for one, ask for more than the program does.
++ (id)alloc {
+    Dl_info caller;
+    const bool isGNUstep = dladdr(__builtin_return_address(0), &caller) != 0 &&
+                           std::strstr(caller.dli_fname, "/libgnustep-") != nullptr;
+    return isGNUstep ? [super alloc] : static_cast<id>([XmlDocument alloc]);
 }
 
 @end

@@ -28,13 +28,13 @@ NSString* PathOfApplication(NSString* bundleIdentifier) {
 @implementation NSWorkspace (LaunchingApplications)
 
 // Only full paths; a Mac knows applications by their names, too.
-- (BOOL)launchApplication:(NSString*)path {
+- (BOOL)mac_launchApplication:(NSString*)path {
     return Launch(path, {});
 }
 
 // The addresses are the program's arguments. The options ask for what happens anyway: nothing is
 // waited for.
-- (BOOL)openURLs:(NSArray*)urls
+- (BOOL)mac_openURLs:(NSArray*)urls
            withAppBundleIdentifier:(NSString*)bundleIdentifier
                            options:(NSWorkspaceLaunchOptions)options
     additionalEventParamDescriptor:(NSAppleEventDescriptor*)descriptor

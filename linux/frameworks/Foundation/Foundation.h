@@ -6,7 +6,6 @@
 enum {
     NSFileWriteVolumeReadOnlyError = 642,
     NSPropertyListReadCorruptError = 3840,
-    NSPropertyListReadStreamError = 3842,
     NSPropertyListWriteStreamError = 3851,
 };
 

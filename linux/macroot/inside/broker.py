@@ -1,9 +1,6 @@
 """The broker of administrator rights: it answers the prompts that the program's side would show.
 
-A client connects to the socket, sends `command` or `right` and a line break, then the shell text or
-the right's name, and shuts down its writing side. The answer is one line, `VERDICT STATUS OUT ERR`,
-then OUT bytes of standard output and ERR bytes of standard error. VERDICT is allow, cancel or
-refuse; STATUS is the exit status of an allowed command, 128+N when signal N ended it, else 0.
+What it is asked and answers, README.md tells.
 """
 
 import json

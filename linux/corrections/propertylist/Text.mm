@@ -3,6 +3,11 @@
 #include <glib.h>
 #include <strings.h>
 
+#include <cstring>
+#include <memory>
+
+namespace propertylist {
+
 namespace {
 
 using namespace std::string_view_literals;
@@ -21,6 +26,20 @@ constexpr Mark kMarks[] = {
 
 bool StartsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
+}
+
+std::string Convert(std::string_view bytes, const std::string& from, const char* to) {
+    // What follows a slash would be an order to the converter.
+    gsize length = 0;
+    const std::unique_ptr<gchar, void (*)(void*)> converted(
+        from.find('/') != from.npos ? nullptr
+                                    : g_convert(bytes.data(), static_cast<gssize>(bytes.size()), to,
+                                                from.c_str(), nullptr, &length, nullptr),
+        g_free);
+    if (!converted) {
+        @throw @"The data is no text in its encoding.";
+    }
+    return {converted.get(), length};
 }
 
 /// The encoding that an XML declaration names. One that is no longer searched for as soon as a
@@ -60,62 +79,24 @@ std::string TakeEncoding(std::string_view& bytes) {
 
 }  // namespace
 
-bool DecodeUtf8(std::string_view bytes, std::u16string& text) {
-    text.clear();
-    text.reserve(bytes.size());
-    const char* const end = bytes.data() + bytes.size();
-    for (const char* at = bytes.data(); at < end; at = g_utf8_next_char(at)) {
-        // NUL is a character like any other here, GLib would stop at it.
-        const bool isAscii = static_cast<unsigned char>(*at) < 0x80;
-        const gunichar character =
-            isAscii ? static_cast<gunichar>(*at) : g_utf8_get_char_validated(at, end - at);
-        if (character > 0x10FFFF) {
-            return false;
-        }
-        if (character < 0x10000) {
-            text += static_cast<char16_t>(character);
-        } else {
-            text += static_cast<char16_t>(0xD7C0 + (character >> 10));
-            text += static_cast<char16_t>(0xDC00 + (character & 0x3FF));
-        }
-    }
-    return true;
+std::u16string DecodeUtf8(std::string_view bytes) {
+    const std::string units = Convert(bytes, "UTF-8", "UTF-16LE");
+    std::u16string text(units.size() / sizeof(char16_t), u'\0');
+    std::memcpy(text.data(), units.data(), units.size());
+    return text;
 }
 
-bool AppendUtf8(std::u16string_view text, std::string& bytes) {
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        gunichar character = text[at];
-        if ((character & 0xF800) == 0xD800) {
-            const char16_t next = at + 1 < text.size() ? text[at + 1] : 0;
-            if (character >= 0xDC00 || (next & 0xFC00) != 0xDC00) {
-                return false;
-            }
-            character = ((character - 0xD7C0) << 10) + (next & 0x3FF);
-            ++at;
-        }
-        char utf8[6];
-        bytes.append(utf8, static_cast<std::size_t>(g_unichar_to_utf8(character, utf8)));
-    }
-    return true;
+std::string EncodeUtf8(std::u16string_view text) {
+    return Convert({reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)},
+                   "UTF-16LE", "UTF-8");
 }
 
-bool TextAsUtf8(std::string_view bytes, std::string& converted, std::string_view& text) {
+std::string TextAsUtf8(std::string_view bytes) {
     const std::string encoding = TakeEncoding(bytes);
-    text = bytes;
     if (strcasecmp(encoding.c_str(), "UTF-8") == 0) {
-        return true;
+        return std::string(bytes);
     }
-    // What follows a slash would be an order to the converter.
-    gsize length = 0;
-    gchar* const utf8 = encoding.find('/') != encoding.npos
-                            ? nullptr
-                            : g_convert(bytes.data(), static_cast<gssize>(bytes.size()), "UTF-8",
-                                        encoding.c_str(), nullptr, &length, nullptr);
-    if (utf8 == nullptr) {
-        return false;
-    }
-    converted.assign(utf8, length);
-    g_free(utf8);
-    text = converted;
-    return true;
+    return Convert(bytes, encoding, "UTF-8");
 }
+
+}  // namespace propertylist
