@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
-#include <unordered_map>
+#include <string_view>
+#include <unordered_set>
 
 #include "linux/corrections/propertylist/BinaryFormat.h"
 #include "linux/corrections/propertylist/Formats.h"
@@ -101,23 +102,39 @@ std::string Leaf(id value, Kind kind) {
     return leaf;
 }
 
+/// Leaves stand before all containers, each once, and are written as they are met: a list of a million numbers takes
+/// little more than its bytes.
 class Writer {
   public:
     std::string Write(id root);
 
   private:
-    /// A leaf is encoded already; a container has the numbers of what it holds, keys first.
-    struct Object {
-        std::string leaf;
-        std::uint8_t container;
-        std::vector<Number> parts;
+    struct Container {
+        Number number;
+        std::uint8_t type;
+        std::vector<Number> parts;  // keys first
+    };
+
+    /// Compares leaves by their bytes.
+    struct Bytes {
+        const Writer* writer;
+        std::size_t operator()(Number leaf) const {
+            return std::hash<std::string_view>{}(writer->LeafAt(leaf));
+        }
+        bool operator()(Number one, Number other) const {
+            return writer->LeafAt(one) == writer->LeafAt(other);
+        }
     };
 
     Number Add(id value, unsigned level);
     Number AddLeaf(const std::string& leaf);
+    std::string_view LeafAt(Number leaf) const;
 
-    std::vector<Object> objects_;
-    std::unordered_map<std::string, Number> known_;
+    std::string bytes_{kBinaryHeader};
+    std::vector<std::size_t>
+        offsets_;  // a container's: where the next leaf stands, until it is written
+    std::vector<Container> containers_;
+    std::unordered_set<Number, Bytes, Bytes> known_{0, Bytes{this}, Bytes{this}};
 };
 
 /// @param level  1 for the root
@@ -142,52 +159,53 @@ Number Writer::Add(id value, unsigned level) {
             parts.push_back(Add(item, level + 1));
         }
     }
-    objects_.push_back({{}, isDictionary ? marker::kDictionary : marker::kArray, std::move(parts)});
-    return objects_.size() - 1;
+    const Number number = offsets_.size();
+    offsets_.push_back(bytes_.size());
+    containers_.push_back(
+        {number, isDictionary ? marker::kDictionary : marker::kArray, std::move(parts)});
+    return number;
 }
 
 /// Adds a leaf, or finds the one that is the same.
 Number Writer::AddLeaf(const std::string& leaf) {
-    const auto [found, isNew] = known_.try_emplace(leaf, objects_.size());
-    if (isNew) {
-        objects_.push_back({leaf, 0, {}});
+    offsets_.push_back(bytes_.size());
+    bytes_ += leaf;
+    const auto [found, isNew] = known_.insert(offsets_.size() - 1);
+    if (!isNew) {
+        bytes_.resize(offsets_.back());
+        offsets_.pop_back();
     }
-    return found->second;
+    return *found;
+}
+
+std::string_view Writer::LeafAt(Number leaf) const {
+    const std::size_t end = leaf + 1 < offsets_.size() ? offsets_[leaf + 1] : bytes_.size();
+    return std::string_view(bytes_).substr(offsets_[leaf], end - offsets_[leaf]);
 }
 
 std::string Writer::Write(id root) {
     const Number rootNumber = Add(root, 1);
-    const std::size_t referenceSize = SizeFor(objects_.size());
-    std::string bytes(kBinaryHeader);
-    std::vector<std::size_t> offsets(objects_.size());
-    for (std::size_t i = 0; i < objects_.size(); ++i) {
-        offsets[i] = bytes.size();
-        bytes += objects_[i].leaf;
-    }
-    for (std::size_t i = 0; i < objects_.size(); ++i) {
-        const Object& object = objects_[i];
-        if (object.container == 0) {
-            continue;
-        }
-        offsets[i] = bytes.size();
-        const bool isPairs = object.container == marker::kDictionary;
-        AppendHead(object.container, object.parts.size() / (isPairs ? 2 : 1), bytes);
-        for (const Number part : object.parts) {
-            AppendNumber(part, referenceSize, bytes);
+    const std::size_t referenceSize = SizeFor(offsets_.size());
+    for (const Container& container : containers_) {
+        offsets_[container.number] = bytes_.size();
+        const bool isPairs = container.type == marker::kDictionary;
+        AppendHead(container.type, container.parts.size() / (isPairs ? 2 : 1), bytes_);
+        for (const Number part : container.parts) {
+            AppendNumber(part, referenceSize, bytes_);
         }
     }
-    const std::size_t table = bytes.size();
+    const std::size_t table = bytes_.size();
     const std::size_t offsetSize = SizeFor(table);
-    for (const std::size_t offset : offsets) {
-        AppendNumber(offset, offsetSize, bytes);
+    for (const std::size_t offset : offsets_) {
+        AppendNumber(offset, offsetSize, bytes_);
     }
-    bytes.append(6, '\0');
-    AppendNumber(offsetSize, 1, bytes);
-    AppendNumber(referenceSize, 1, bytes);
-    AppendNumber(objects_.size(), 8, bytes);
-    AppendNumber(rootNumber, 8, bytes);
-    AppendNumber(table, 8, bytes);
-    return bytes;
+    bytes_.append(6, '\0');
+    AppendNumber(offsetSize, 1, bytes_);
+    AppendNumber(referenceSize, 1, bytes_);
+    AppendNumber(offsets_.size(), 8, bytes_);
+    AppendNumber(rootNumber, 8, bytes_);
+    AppendNumber(table, 8, bytes_);
+    return std::move(bytes_);
 }
 
 }  // namespace
