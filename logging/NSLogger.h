@@ -7,19 +7,20 @@
 /// Each Log… operation builds its text from an NSString format and arguments, and hands its UTF-8
 /// bytes, up to the first NUL, to CLogger. Meant: the text is formatted a second time, by printf's
 /// formatter and without arguments: "%%" becomes "%", and any other "%" is written as it stands. An
-/// object that is nil prints as "(null)". A nil format does nothing.
+/// object that is nil prints as "(null)". A nil format does nothing. The compiler holds the arguments
+/// against the format.
 @interface NSLogger : NSObject
 
 /// Level CRITICAL.
-+ (void)LogCritical:(NSString*)format, ...;
++ (void)LogCritical:(NSString*)format, ... NS_FORMAT_FUNCTION(1, 2);
 /// Level FAILURE.
-+ (void)LogFailure:(NSString*)format, ...;
++ (void)LogFailure:(NSString*)format, ... NS_FORMAT_FUNCTION(1, 2);
 /// Level WARNING.
-+ (void)LogWarning:(NSString*)format, ...;
++ (void)LogWarning:(NSString*)format, ... NS_FORMAT_FUNCTION(1, 2);
 /// Level INFO.
-+ (void)LogInformation:(NSString*)format, ...;
++ (void)LogInformation:(NSString*)format, ... NS_FORMAT_FUNCTION(1, 2);
 /// Level INFO. Meant: there is no level of success.
-+ (void)LogSuccess:(NSString*)format, ...;
++ (void)LogSuccess:(NSString*)format, ... NS_FORMAT_FUNCTION(1, 2);
 
 /// Whether the process-wide logger is on.
 + (BOOL)IsEnabled;

@@ -9,6 +9,7 @@
 }
 
 - (void)awakeFromNib {
+    [super awakeFromNib];
     [self setData];
 }
 
