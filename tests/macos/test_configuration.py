@@ -17,7 +17,7 @@ NO_GOOGLE_TEST = "-DCMAKE_DISABLE_FIND_PACKAGE_GTest=TRUE"
 MISSING = "No tests are built: GoogleTest is missing (brew install googletest)"
 
 
-def configure(folder, *options):
+def configure(folder, *options, **environment):
     """The text of the build file that a Mac would have in `folder`/build, and what the configuration said."""
     tools = folder / "tools"
     tools.mkdir()
@@ -29,7 +29,7 @@ def configure(folder, *options):
          # Nothing can be linked here; what the compilers are is asked all the same.
          "-DCMAKE_CXX_COMPILER_WORKS=1", "-DCMAKE_OBJCXX_COMPILER_WORKS=1",
          f"-DCMAKE_PROGRAM_PATH={tools}", f"-DCMAKE_INSTALL_NAME_TOOL={tools}/install_name_tool", *options],
-        env={"PATH": f"{tools}:/usr/bin:/bin"}, capture_output=True, text=True)
+        env={"PATH": f"{tools}:/usr/bin:/bin", **environment}, capture_output=True, text=True)
     assert done.returncode == 0, done.stderr
     return (folder / "build/build.ninja").read_text(), done.stdout
 
@@ -63,6 +63,14 @@ def test_every_file_is_compiled_for_the_least_system_and_both_processors(build):
     for line in flags:
         assert "-mmacosx-version-min=10.9" in line
         assert "-arch x86_64 -arch arm64" in line
+
+
+def test_the_environment_may_name_another_least_system(tmp_path):
+    build, _ = configure(tmp_path, NO_GOOGLE_TEST, MACOSX_DEPLOYMENT_TARGET="10.13")
+    for line in variables(build, "FLAGS"):
+        assert "-mmacosx-version-min=10.13" in line
+    assert "--minimum-deployment-target 10.13 --compile" in build
+    assert "<string>10.13</string>" in (tmp_path / "build/installer/Info.plist").read_text()
 
 
 def test_other_systems_and_processors_can_be_asked_for(tmp_path):
