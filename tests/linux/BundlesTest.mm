@@ -19,17 +19,6 @@ class Bundles : public testing::Test {
     TemporaryFolder folder_;
 };
 
-TEST_F(Bundles, InApplesLayoutAreUnderstood) {
-    MakeBundle(folder_, "Google Chrome.app",
-               Entry("CFBundleIdentifier", "com.google.Chrome") + Entry("KSVersion", "7"));
-    NSBundle* bundle = At("Google Chrome.app");
-    EXPECT_EQ(Text([bundle bundlePath]), folder_ / "Google Chrome.app");
-    EXPECT_EQ(Text([bundle bundleIdentifier]), "com.google.Chrome");
-    EXPECT_EQ(Text((NSString*)[[bundle infoDictionary] objectForKey:@"KSVersion"]), "7");
-    EXPECT_EQ(Text((NSString*)[bundle objectForInfoDictionaryKey:@"KSVersion"]), "7");
-    EXPECT_EQ(Text([bundle resourcePath]), folder_ / "Google Chrome.app/Contents/Resources");
-}
-
 TEST_F(Bundles, WithABrokenInfoAreEmpty) {
     MakeBundle(folder_, "Broken.app", "");
     folder_.Write("Broken.app/Contents/Info.plist", "<plist");

@@ -5,64 +5,11 @@
 #include <cmath>
 #include <string>
 
-#include "tests/support/ErrorChecks.h"
+#include "tests/support/PropertyListFixture.h"
 
 namespace {
 
-constexpr NSPropertyListFormat kXML = NSPropertyListXMLFormat_v1_0;
-constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
-constexpr NSPropertyListFormat kFormats[] = {kXML, kBinary};
-
-class PropertyListObjects : public testing::Test {
-  protected:
-    NSData* Write(id list, NSPropertyListFormat format) {
-        return [NSPropertyListSerialization dataWithPropertyList:list
-                                                          format:format
-                                                         options:0
-                                                           error:&error_];
-    }
-    id Read(NSData* data, NSPropertyListReadOptions options = NSPropertyListImmutable) {
-        return [NSPropertyListSerialization propertyListWithData:data
-                                                         options:options
-                                                          format:&format_
-                                                           error:&error_];
-    }
-
-    void ExpectUnsuitable(id list) {
-        for (const NSPropertyListFormat format : kFormats) {
-            error_ = nil;
-            EXPECT_EQ(Write(list, format), nil);
-            EXPECT_EQ(Text([error_ domain]), "NSCocoaErrorDomain");
-            EXPECT_EQ([error_ code], NSPropertyListWriteStreamError);
-            EXPECT_GT([[error_ localizedDescription] length], 0U);
-        }
-    }
-
-    void ExpectUnsuitableAnywhere(id object) {
-        ExpectUnsuitable(object);
-        ExpectUnsuitable(@[ @1, object ]);
-        ExpectUnsuitable(@{@"key" : @[ @{@"inner" : object} ]});
-    }
-
-    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    NSError* error_ = nil;
-    NSPropertyListFormat format_ = 0;
-
-    ~PropertyListObjects() override { [pool_ release]; }
-};
-
-NSData* Bytes(const char* text) {
-    return [NSData dataWithBytes:text length:strlen(text)];
-}
-
-NSDictionary* Sample() {
-    return @{
-        @"array" : @[ @"string", @1, [NSNumber numberWithBool:YES], @2.5, @[], @{} ],
-        @"data" : Bytes("data"),
-        @"date" : [NSDate distantFuture],
-        @"dictionary" : @{@"inner" : @"text"},
-    };
-}
+using PropertyListObjects = PropertyListFixture;
 
 TEST_F(PropertyListObjects, OfOtherClassesAreRefusedAtEveryLevel) {
     ExpectUnsuitableAnywhere([NSSet setWithObject:@"a"]);
