@@ -79,7 +79,7 @@ void SHA256::getHash(uint8_t digest[kHashBytes]) const {
 
 std::string SHA256::getHash() const {
     constexpr char kDigits[] = "0123456789abcdef";
-    uint8_t digest[kHashBytes];
+    uint8_t digest[kHashBytes] = {};
     getHash(digest);
     std::string text;
     text.reserve(2 * kHashBytes);

@@ -47,7 +47,7 @@ void LoseDisplay(Display* /*display*/, void* /*data*/) {
 @implementation NSApplication (MaybeWithoutDisplay)
 
 // The framework's own connection may still be refused, by a display that has no room for one more.
-+ (NSApplication*)newOrNil {
++ (NSApplication*)applicationOrNil {
     @try {
         return [self mac_sharedApplication];
     } @catch (NSException* refused) {
@@ -71,7 +71,7 @@ void LoseDisplay(Display* /*display*/, void* /*data*/) {
     }
     RegisterLook();
     const FrameOffsets offsets(display.get());
-    NSApplication* application = [self newOrNil];
+    NSApplication* application = [self applicationOrNil];
     if (application) {
         [application finishLaunching];
         XSetIOErrorHandler(NoteLoss);

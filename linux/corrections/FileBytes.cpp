@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr size_t kBufferSize = 64 * 1024;
+constexpr size_t kBufferSize = size_t{64} * 1024;
 constexpr off_t kLargestFile = INT_MAX;
 
 ssize_t ReadSome(int source, void* buffer, size_t length) {

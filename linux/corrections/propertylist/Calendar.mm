@@ -49,7 +49,7 @@ double MomentFromText(std::string_view text) {
     time.tm_hour = part(7);
     time.tm_min = part(10);
     time.tm_sec = part(13);
-    const double cycles = year / kYearsACycle - 2000 / kYearsACycle;
+    const int cycles = year / kYearsACycle - 2000 / kYearsACycle;
     return static_cast<double>(timegm(&time)) - kReference + cycles * kSecondsACycle;
 }
 

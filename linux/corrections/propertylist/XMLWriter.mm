@@ -89,7 +89,7 @@ void Writer::WriteText(const char* name, std::u16string_view units, unsigned dep
 
 void Writer::WriteData(NSData* data, unsigned depth) {
     constexpr std::size_t kLineWidth = 76;
-    constexpr unsigned kTabWidth = 8;
+    constexpr std::size_t kTabWidth = 8;
     constexpr unsigned kMostTabs = 8;
 
     const unsigned tabs = std::min(depth, kMostTabs);

@@ -199,7 +199,7 @@ xmlAttr* AttributeNamed(const xmlNode* element, const std::string& qualifiedName
 
 std::string TextOf(const xmlNode* node) {
     xmlChar* const content = xmlNodeGetContent(node);
-    const std::string text = content != nullptr ? Chars(content) : "";
+    std::string text = content != nullptr ? Chars(content) : "";
     xmlFree(content);
     return text;
 }

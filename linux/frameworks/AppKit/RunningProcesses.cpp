@@ -78,6 +78,7 @@ std::vector<std::string> BundlesOfProcesses() {
         processes.insert(std::atoi(entry->path().filename().c_str()));
     }
     std::vector<std::string> bundles;
+    bundles.reserve(processes.size());
     for (const int process : processes) {
         bundles.push_back(BundleOf(kProcesses / std::to_string(process)));
     }
