@@ -108,10 +108,16 @@ def test_what_the_program_did_to_the_tree_is_there(mac, real_users):
         mac.remove(made)
 
 
+def heed_signals():
+    """Who runs the tests may have had them ignored, as nohup does, and so would what they start."""
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, signal.SIG_DFL)
+
+
 def start(mac, script, *options):
     command = [MACROOT, "run", *options, mac.tree, "--", "/bin/sh", "-c", script]
     return subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                            start_new_session=True)
+                            start_new_session=True, preexec_fn=heed_signals)
 
 
 @pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGTERM, signal.SIGHUP])
