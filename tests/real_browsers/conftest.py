@@ -12,7 +12,7 @@ from tests.support.mac import Mac
 
 HERE = pathlib.Path(__file__).parent
 PROGRAMS = ("KSExtensionInstaller", "product_calls")
-BESIDE_THEM = ("libmacos-standins.so", "Resources")
+BESIDE_THEM = ("libmacos-standins.so", "QWSyleAlert.xib", "QWBrowsersAlert.xib")
 
 # The applications' programs, by their names in a Mac root (see places).
 APPLICATIONS = {
