@@ -30,7 +30,7 @@ NSString* const kBoldFont = @"systemBold";
         return font;
     }
     NSFont* bold = [[NSFont boldSystemFontOfSize:[font pointSize]] retain];
-    // NOLINTNEXTLINE(clang-analyzer-osx.cocoa.RetainCount): what stands for an initialiser owns what it was given
+    // NOLINTNEXTLINE(clang-analyzer-osx.cocoa.RetainCount): an initialiser in another's place
     [font release];
     return bold;
 }

@@ -100,23 +100,7 @@ TEST_F(PropertyListObjects, TheReferencesOfAKeyedArchiveAreDictionariesToLookAt)
     EXPECT_EQ([Write(uid, kBinary) length], strlen("bplist00") + 2 + 1 + 32);
 }
 
-class Mutability : public PropertyListObjects,
-                   public testing::WithParamInterface<NSPropertyListFormat> {
-  protected:
-    /// A list in which every kind of object stands at the root's level and below it.
-    NSDictionary* ReadWith(NSPropertyListReadOptions options) {
-        NSArray* values = @[ @"text", Bytes("data"), @[], @{} ];
-        return Read(Write(
-                        @{@"values" : values,
-                          @"deep" : @[ @{@"values" : values} ]},
-                        GetParam()),
-                    options);
-    }
-
-    static NSArray* DeepValues(NSDictionary* root) {
-        return [[[root objectForKey:@"deep"] objectAtIndex:0] objectForKey:@"values"];
-    }
-};
+using Mutability = MutabilityFixture;
 
 TEST_P(Mutability, NothingIsMutableUnlessAskedFor) {
     NSDictionary* root = ReadWith(NSPropertyListImmutable);

@@ -62,3 +62,22 @@ inline NSDictionary* Sample() {
         @"dictionary" : @{@"inner" : @"text"},
     };
 }
+
+/// Lists read with one of the options of mutability.
+class MutabilityFixture : public PropertyListFixture,
+                          public testing::WithParamInterface<NSPropertyListFormat> {
+  protected:
+    /// A list in which every kind of object stands at the root's level and below it.
+    NSDictionary* ReadWith(NSPropertyListReadOptions options) {
+        NSArray* values = @[ @"text", Bytes("data"), @[], @{} ];
+        return Read(Write(
+                        @{@"values" : values,
+                          @"deep" : @[ @{@"values" : values} ]},
+                        GetParam()),
+                    options);
+    }
+
+    static NSArray* DeepValues(NSDictionary* root) {
+        return [[[root objectForKey:@"deep"] objectAtIndex:0] objectForKey:@"values"];
+    }
+};

@@ -102,8 +102,8 @@ std::string Leaf(id value, Kind kind) {
     return leaf;
 }
 
-/// Leaves stand before all containers, each once, and are written as they are met: a list of a million numbers takes
-/// little more than its bytes.
+/// Leaves stand before all containers, each once, and are written as they are met: a list of a
+/// million numbers takes little more than its bytes.
 class Writer {
   public:
     std::string Write(id root);
