@@ -4,6 +4,7 @@
 //  - without a display its making ends in a crash, where a program wants a nil to act on;
 //  - it shows a tile of its own beside the windows, and the scrollers on the left of theirs;
 //  - it ends the whole program when the display goes away, where only its windows are lost;
+//  - it believes that a display always answers, where one that goes away answers nothing;
 //  - until the launching is finished no window becomes the key window, so none takes the keyboard;
 //    a Mac's modal window takes it in any case;
 //  - finishing takes the command line for names of files, and says in a panel that it cannot open
@@ -11,6 +12,7 @@
 #include <AppKit/AppKit.h>
 #include <GNUstepGUI/GSDisplayServer.h>
 #include <X11/Xlib.h>
+#include <dlfcn.h>
 
 #include <memory>
 
@@ -43,6 +45,13 @@ void LoseDisplay(Display* /*display*/, void* /*data*/) {
 }
 
 }  // namespace
+
+extern "C" XModifierKeymap* XGetModifierMapping(Display* display) {
+    static const auto original =
+        reinterpret_cast<decltype(&XGetModifierMapping)>(dlsym(RTLD_NEXT, "XGetModifierMapping"));
+    XModifierKeymap* map = original(display);
+    return map ? map : XNewModifiermap(0);
+}
 
 @implementation NSApplication (MaybeWithoutDisplay)
 

@@ -41,3 +41,15 @@ void PrivateDisplay::MoveMouse() const {
                  position);
     XSync(display.get(), False);
 }
+
+void PrivateDisplay::ChangeKeyboardAndFreeze() const {
+    Display* display = XOpenDisplay(nullptr);
+    XGrabServer(display);
+    int count = 0;
+    const int first = 8;
+    const std::unique_ptr<KeySym, decltype(&XFree)> symbols(
+        XGetKeyboardMapping(display, static_cast<KeyCode>(first), 1, &count), &XFree);
+    XChangeKeyboardMapping(display, first, count, symbols.get(), 1);
+    XSync(display, False);
+    // The connection stays open: without it the display would answer again.
+}

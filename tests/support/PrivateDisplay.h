@@ -18,6 +18,9 @@ class PrivateDisplay {
     /// Moves the mouse, as a user would.
     void MoveMouse() const;
 
+    /// Tells every program that the keyboard has changed, and answers none of them from then on.
+    void ChangeKeyboardAndFreeze() const;
+
   private:
     std::optional<ChildProcess> server_;
     std::optional<std::string> previous_;

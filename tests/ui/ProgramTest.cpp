@@ -12,6 +12,7 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "tests/support/DesktopUser.h"
 #include "tests/support/PrivateDisplay.h"
@@ -90,6 +91,23 @@ TEST_F(Program, IsToldThatItsAlertWasClosedWhenTheDisplayGoes) {
     auto display = std::make_unique<PrivateDisplay>();
     const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen(kProgram.c_str(), "r"), &pclose);
     DesktopUser().SeeAlert();
+    display.reset();
+    int result = 0;
+    EXPECT_EQ(std::fscanf(pipe.get(), "%d", &result), 1);
+    EXPECT_EQ(result, -1);
+}
+
+// GNUstep asks for the new keyboard, which nobody answers any more.
+TEST_F(Program, IsToldSoWhenTheDisplayGoesAtAChangeOfTheKeyboard) {
+    auto display = std::make_unique<PrivateDisplay>();
+    const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen(kProgram.c_str(), "r"), &pclose);
+    {
+        DesktopUser user;
+        user.SeeAlert();
+        user.SeeKeyboardTaken();
+    }
+    display->ChangeKeyboardAndFreeze();
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));  // it waits for the answer now
     display.reset();
     int result = 0;
     EXPECT_EQ(std::fscanf(pipe.get(), "%d", &result), 1);
