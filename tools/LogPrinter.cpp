@@ -120,8 +120,8 @@ std::string LogPrinter::ForPrograms(const std::string& log, const LogMessage& me
                        ", \"level\": " + JsonString(message.level) +
                        ", \"text\": " + JsonString(message.text);
     if (const Explanation* found = explain ? Explain(message) : nullptr) {
-        line += ", \"meaning\": " + JsonString(found->meaning) +
-                ", \"advice\": " + JsonString(found->advice);
+        line += ", \"source\": " + JsonString(found->source) +
+                ", \"meaning\": " + JsonString(found->meaning) + ", \"advice\": " + JsonString(found->advice);
     }
     return line + "}\n";
 }

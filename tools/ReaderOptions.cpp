@@ -23,7 +23,7 @@ const char kReaderUsage[] =
     "  --since YYYY-MM-DD    all logs of this day and later\n"
     "  --grep PATTERN        only messages whose text matches, an extended regular expression\n"
     "  --explain             with each message what it means and what to do\n"
-    "  --json                one object a line: log, time, level, text; meaning, advice\n"
+    "  --json                one object a line: log, time, level, text; source, meaning, advice\n"
     "  --follow              go on while the log is being written, until interrupted\n"
     "  --messages            every known message with its meaning, as a document\n"
     "  --help, --version\n"

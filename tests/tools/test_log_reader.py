@@ -234,6 +234,7 @@ def test_json_is_one_object_a_line(log):
     assert status == 0
     assert [(each["time"], each["level"], each["text"]) for each in objects] == MESSAGES
     assert {each["log"] for each in objects} == {log.name}
+    assert objects[0]["source"] == "ChromeInstall"
     assert objects[0]["meaning"] == "Chrome is installed at this address." and objects[0]["advice"] == "Nothing."
     assert "meaning" not in objects[3]
 
