@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
-#include <iterator>
+#include <memory>
 #include <string>
 
 #include "crypto/DecryptionEngine.h"
@@ -21,6 +20,20 @@ constexpr char kUsage[] =
     "Status: 0; 1 for a log that cannot be read or is none under this password; 2 for wrong "
     "usage.\n"
     "A log whose name begins with \"-\" is given as ./-NAME.\n";
+
+// False for what cannot be read to its end, such as a folder. Not by a stream of C++: it throws, or
+// takes the failure for the end, depending on the library.
+bool Read(const char* path, std::string& bytes) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(path, "rb"), fclose);
+    if (file == nullptr) {
+        return false;
+    }
+    char chunk[65536];
+    while (const size_t count = fread(chunk, 1, sizeof chunk, file.get())) {
+        bytes.append(chunk, count);
+    }
+    return ferror(file.get()) == 0;
+}
 
 // Headers and texts are padded with blanks to whole blocks: those at the end of a line are no
 // content.
@@ -56,9 +69,8 @@ int main(int argc, char** argv) {
         std::cerr << kUsage;
         return 2;
     }
-    std::ifstream file(argv[1], std::ios::binary);
-    std::string log{std::istreambuf_iterator<char>(file), {}};
-    if (!file.is_open() || file.bad()) {
+    std::string log;
+    if (!Read(argv[1], log)) {
         std::cerr << "KSLogReader: cannot read " << argv[1] << '\n';
         return 1;
     }

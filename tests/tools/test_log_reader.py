@@ -31,9 +31,10 @@ def test_wrong_usage_is_told_on_standard_error(arguments):
     assert told.returncode == 2 and told.stderr.startswith("usage: KSLogReader LOG") and told.stdout == ""
 
 
-def test_a_log_that_is_missing(tmp_path):
-    told = reader(str(tmp_path / "missing.log"))
-    assert (told.returncode, told.stdout) == (1, "") and "cannot read" in told.stderr
+def test_a_log_that_cannot_be_read(tmp_path):
+    for path in (tmp_path / "missing.log", tmp_path, "/proc/self/mem"):
+        told = reader(str(path))
+        assert (told.returncode, told.stdout, told.stderr) == (1, "", f"KSLogReader: cannot read {path}\n")
 
 
 def test_a_log_may_have_a_name_like_an_option(tmp_path):
