@@ -82,6 +82,31 @@ def test_a_payload_of_odd_names_stays(tmp_path):
     assert {name: (payload / name).read_text() for name in names} == dict.fromkeys(names, "kept")
 
 
+HOST_MANIFESTS = [
+    "/Library/Google/Chrome/NativeMessagingHosts/com.corvendale.kschromena.json",
+    "/Users/alex/Library/Application Support/Microsoft Edge/NativeMessagingHosts/com.corvendale.kschromena.json",
+    "/Users/alex/Library/Application Support/Mozilla/NativeMessagingHosts/com.corvendale.ksnative.json",
+]
+
+
+def test_empty_host_manifests_of_a_run_that_was_killed_are_made_whole_by_the_next(tmp_path):
+    undisturbed = Mac.new("typical", tmp_path / "undisturbed")
+    killed = Mac.new("typical", tmp_path / "killed")
+    for mac in (undisturbed, killed):
+        for path in HOST_MANIFESTS:
+            mac.path(path).parent.mkdir(parents=True, exist_ok=True)
+            mac.remove(path)
+            if mac is killed:  # as a copy begins
+                mac.path(path).touch(mode=0o600)
+        folders = [word for path in HOST_MANIFESTS for word in ("--own", path.rpartition("/")[0])]
+        result = mac.run("--admin", "refuse", *folders)
+        assert (result.status, result.stderr) == (0, "")
+    for path in HOST_MANIFESTS:
+        assert killed.path(path).stat().st_size > 0, path
+    assert [line for line in killed.manifest() if "/logs/" not in line] == [
+        line for line in undisturbed.manifest() if "/logs/" not in line]
+
+
 def test_a_home_that_does_not_exist(tmp_path):
     mac = Mac.new("typical", tmp_path)
     result = mac.run("--home", "/Users/nobody/here")

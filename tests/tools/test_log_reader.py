@@ -187,8 +187,9 @@ def test_a_file_that_is_no_log(log, content, complaint):
     assert (status, out) == (1, "") and complaint in err
 
 
-def test_a_folder_and_a_missing_file(tmp_path):
+def test_what_cannot_be_read(tmp_path):
     assert told(tmp_path) == (1, "", f"KSLogReader: {tmp_path}: Is a directory\n")
+    assert told("/proc/self/mem") == (1, "", "KSLogReader: /proc/self/mem: Input/output error\n")
     assert told(tmp_path / "missing") == (1, "", f"KSLogReader: {tmp_path / 'missing'}: No such file or directory\n")
 
 
