@@ -10,6 +10,7 @@ from proof.results import Trial
 
 CHAPTERS = [
     "calls",
+    "kills",
 ]
 
 

@@ -9,11 +9,15 @@ import tempfile
 from dataclasses import dataclass
 from pathlib import Path
 
+from proof import trees
 from proof.results import ROOT
 from tests.support.mac import LOGS, Mac
 
+VERDICTS = ["allow", "refuse"]
 SECONDS = 30  # until a run counts as hanging: 10 for the installer, the rest for strace and a busy machine
 
+_INSTALLER = ROOT / "build/release/bin/KSExtensionInstaller"
+_INSTALLER_INSIDE = "/run/installer/KSExtensionInstaller"
 _LINE = re.compile(r"(\w+)\((.*)\) += (\S+.*)")
 _PATH = re.compile(r'"(/[^"]*)"|^\d+<([^>]*)>')
 _BEGINNING = "/Users/Shared/Keystrel/"  # the product's first file; what comes before is the loader's and the frameworks'
@@ -31,6 +35,10 @@ class Call:
     def path(self):
         found = _PATH.search(self.arguments)
         return found and (found[1] or found[2])
+
+    @property
+    def opens_for_writing(self):
+        return self.name == "openat" and ("O_WRONLY" in self.arguments or "O_RDWR" in self.arguments)
 
 
 class Machines:
@@ -61,21 +69,50 @@ def machines():
         yield Machines(folder)
 
 
-def run(mac, verdict, *options, at="2024-03-05 09:07:02"):
-    """Runs the installer under strace with these options (without any, as it is); the Result, or None for a hang."""
-    words = ("--fast", "--admin", verdict, "--at", at)
-    program, *arguments = ["/usr/bin/strace", "-qq", "-y", *options, "/run/installer/KSExtensionInstaller"]
-    if not options:
-        program, arguments = "/run/installer/KSExtensionInstaller", []
+class Undisturbed:
+    """A run that nothing disturbs: the trees before and after it, the calls it makes, the log it leaves."""
+
+    def __init__(self, machines, verdict):
+        self.verdict = verdict
+        with machines.fresh() as mac:
+            self.old = trees.read(mac.tree)
+            self.calls = _calls(mac, verdict)
+            self.new = trees.read(mac.tree)
+            self.log = log(mac)
+
+
+def run(mac, verdict, at):
+    """Runs the installer as it is: the Result, or None for a hang."""
+    return _run(mac, verdict, at, _INSTALLER)
+
+
+def disturb(mac, verdict, call, how):
+    """A run in which that call is disturbed, in strace's words: the Result, or None for a hang."""
+    return _traced(mac, verdict, f"trace={call.name}", f"inject={call.name}:{how}:when={call.number}")
+
+
+def log(mac):
+    """The log's messages and how often each is there; nothing when there is no log."""
+    files = sorted(mac.path(LOGS).glob("*.log"))
+    text = files[0].read_text(encoding="utf-8") if files else ""
+    return collections.Counter(re.split(r"^\d\d:\d\d:\d\d - ", text, flags=re.MULTILINE)[1:])
+
+
+def _run(mac, verdict, at, program, *arguments):
     try:
-        return mac.run(*words, program=program, args=arguments, timeout=SECONDS)
+        return mac.run("--fast", "--admin", verdict, "--at", at, program=program, args=arguments, timeout=SECONDS)
     except subprocess.TimeoutExpired:
         return None
 
 
-def calls(mac, verdict):
+def _traced(mac, verdict, *expressions):
+    words = [word for expression in expressions for word in ("-e", expression)]
+    return _run(mac, verdict, "2024-03-05 09:07:02", "/usr/bin/strace", "-qq", "-y", *words, _INSTALLER_INSIDE)
+
+
+def _calls(mac, verdict):
     """The calls of an undisturbed run on files, from the first that the product makes, in order."""
-    result = run(mac, verdict, "-e", "trace=%file,%desc")
+    result = _traced(mac, verdict, "trace=%file,%desc")
     assert result and result.status == 0, result
     counts = collections.Counter()
     found = []
@@ -86,16 +123,3 @@ def calls(mac, verdict):
             if found or _BEGINNING in arguments:
                 found.append(Call(name, counts[name], arguments))
     return found
-
-
-def disturb(mac, verdict, call, how):
-    """A run in which that call is disturbed, in strace's words: the Result, or None for a hang."""
-    result = run(mac, verdict, "-e", f"trace={call.name}", "-e", f"inject={call.name}:{how}:when={call.number}")
-    return result
-
-
-def log(mac):
-    """The log's messages and how often each is there; nothing when there is no log."""
-    files = sorted(mac.path(LOGS).glob("*.log"))
-    text = files[0].read_text(encoding="utf-8") if files else ""
-    return collections.Counter(re.split(r"^\d\d:\d\d:\d\d - ", text, flags=re.MULTILINE)[1:])
