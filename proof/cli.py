@@ -9,6 +9,7 @@ import time
 from proof.results import Trial
 
 CHAPTERS = [
+    "calls",
 ]
 
 
