@@ -10,6 +10,8 @@ from proof.results import Trial
 
 CHAPTERS = [
     "calls",
+    "machines",
+    "mutation",
 ]
 
 
