@@ -11,6 +11,8 @@ from proof.results import Trial
 CHAPTERS = [
     "calls",
     "kills",
+    "machines",
+    "mutation",
 ]
 
 
