@@ -86,7 +86,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const bool enciphered = input.ConsumeBool();
         const bool isNarrow = input.ConsumeBool();
         const Level level = input.PickValueInArray(kLevels);
-        const std::size_t repeat = input.ConsumeIntegralInRange<std::size_t>(0, 2 * kLongest);
+        const std::size_t repeat =
+            input.ConsumeIntegralInRange<std::size_t>(0, 15) != 15
+                ? 0
+                : input.ConsumeIntegralInRange<std::size_t>(kLongest - 100, kLongest + 100);
         const std::string bytes = input.ConsumeRemainingBytesAsString();
         std::u16string units = Units(bytes);
         if (isNarrow) {
@@ -108,9 +111,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         new (&CLogger::m_Logger)
             CLogger(path, "", enciphered, reinterpret_cast<const uint8_t*>(kKey.data()),
                     static_cast<uint32_t>(kKey.size()), CLogger::LevelInfo);
-        level.log([TextOf(units) stringByPaddingToLength:units.size() + repeat
-                                              withString:@"%"
-                                         startingAtIndex:0]);
+        NSMutableString* logged = TextOf(units);
+        [logged appendString:[@"" stringByPaddingToLength:repeat
+                                               withString:@"%"
+                                          startingAtIndex:0]];
+        level.log(logged);
         std::string log = ReadFile(path);
         log = enciphered ? openssl::Decipher(kKey, log) : log;
 
