@@ -48,7 +48,8 @@
 
 /// Copies the host manifest and the extension package and writes the descriptor, whose own failures
 /// are silent. When the host manifest cannot be copied, a script with administrator rights makes
-/// its folder, open to everybody, and the copy is tried once more.
+/// its folder, open to everybody, where there is none, and the copy is tried once more. A folder
+/// that is there and closed stays so, and the second copy fails like the first.
 ///
 /// Logs, as warnings:
 ///  - "No copy: file not present: %@" with the path. Meant: said of a file that is present.
