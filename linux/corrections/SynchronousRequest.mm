@@ -5,20 +5,26 @@
 // stands before a NUL.
 #include <Foundation/Foundation.h>
 
+#include <iterator>
+#include <sstream>
+
 #include "linux/corrections/Programs.h"
 
 namespace {
 
-/// The body on standard output, the status on standard error.
+// The body goes to standard output, the status to standard error.
+constexpr char kCommand[] = "/usr/bin/curl --disable --silent --globoff --noproxy * "
+                            "--proto =http,https --location --max-redirs 20 --speed-limit 1 "
+                            "--write-out %{stderr}%{http_code}";
+
 ProgramResult Ask(NSURLRequest* request) {
+    std::istringstream command(kCommand);
+    Words words(std::istream_iterator<std::string>(command), {});
     NSString* address = [[request URL] absoluteString];
-    const bool isHead = [[request HTTPMethod] isEqual:@"HEAD"];
     const std::string patience = std::to_string(static_cast<long>([request timeoutInterval]));
-    Words words = {"/usr/bin/curl", "--disable", "--silent", "--globoff", "--proxy", "", "--proto",
-                   "=http,https", "--location", "--max-redirs", "20", "--connect-timeout", patience,
-                   "--speed-limit", "1", "--speed-time", patience, "--write-out",
-                   "%{stderr}%{http_code}", "--url", address == nil ? "" : [address UTF8String]};
-    if (isHead) {
+    words.insert(words.end(), {"--connect-timeout", patience, "--speed-time", patience});
+    words.insert(words.end(), {"--url", address == nil ? "" : [address UTF8String]});
+    if ([[request HTTPMethod] isEqual:@"HEAD"]) {
         words.insert(words.end(), {"--head", "--output", "/dev/null"});
     }
     return RunProgram(words);
