@@ -7,7 +7,6 @@ import pytest
 from tests.support.mac import Mac
 
 
-
 def files_of(mac, folder):
     """Each entry below a folder: its mode, and what it holds or links to."""
     entries = {}
@@ -37,16 +36,24 @@ HOMES = [
 ]
 
 
+def run_at(home, mac):
+    """What a run makes of a Mac with that home: the home's files, and all but homes and logs."""
+    result = mac.run("--home", home, "--admin", "refuse")
+    assert (result.status, result.stderr) == (0, "")
+    return files_of(mac, home), others(mac)
+
+
+@pytest.fixture(scope="module")
+def usual(tmp_path_factory):
+    """What a run makes of a Mac with the usual home."""
+    return run_at("/Users/alex", Mac.new("typical", tmp_path_factory.mktemp("usual")))
+
+
 @pytest.mark.parametrize("name", HOMES)
-def test_any_home_is_treated_alike(tmp_path, name):
-    usual = Mac.new("typical", tmp_path / "usual")
-    odd = Mac.new("typical", tmp_path / "odd")
+def test_any_home_is_treated_alike(tmp_path, usual, name):
+    odd = Mac.new("typical", tmp_path)
     odd.path("/Users/alex").rename(odd.path("/Users/" + name))
-    for mac, home in ((usual, "/Users/alex"), (odd, "/Users/" + name)):
-        result = mac.run("--home", home, "--admin", "refuse")
-        assert (result.status, result.stderr) == (0, "")
-    assert files_of(odd, "/Users/" + name) == files_of(usual, "/Users/alex")
-    assert others(odd) == others(usual)
+    assert run_at("/Users/" + name, odd) == usual
     assert {path.name for path in odd.path("/Users").iterdir()} == {name, "Shared"}
 
 
