@@ -70,6 +70,7 @@ const Replacement kReplacements[] = {
     {"NSApplication", "-runModalForWindow:"},
     {"NSApplication", "-stopModalWithCode:"},
     {"GSDisplayServer", "-getEventMatchingMask:beforeDate:inMode:dequeue:"},
+    {"GSServicesManager", "-registerAsServiceProvider"},
     {"GSTheme", "-drawFocusFrame:view:"},
     {"NSButton", "-performKeyEquivalent:"},
     {"NSButtonCell", "-setKeyEquivalent:"},
