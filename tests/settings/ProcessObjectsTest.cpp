@@ -124,6 +124,7 @@ void ExpectOnFromTheFirstSuccess() {
     EXPECT_FALSE(logger.InitLogger("", "", false, nullptr, 0, CLogger::LevelInfo));
     EXPECT_FALSE(logger.InitLogger("/missing/log", "", false, nullptr, 0, CLogger::LevelInfo));
     EXPECT_FALSE(logger.InitLogger(log.Path(), "", true, nullptr, 0, CLogger::LevelInfo));
+    EXPECT_TRUE(CLogger::IsEncryptionEnable());  // it was asked for
     EXPECT_TRUE(logger.InitLogger(log.Path(), "", false, nullptr, 0, CLogger::LevelNone));
     EXPECT_FALSE(CLogger::IsEnabled());
     EXPECT_TRUE(logger.InitLogger(log.Path(), "", false, nullptr, 0, CLogger::LevelInfo));
