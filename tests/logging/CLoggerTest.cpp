@@ -258,7 +258,9 @@ TEST(InitLogger, AFailureAfterASuccessNeverLetsPlainTextIntoAnEncipheredLog) {
     const LogFile log;
     CLogger logger(log.Path(), "", true, KeyBytes(kKey), 32, CLogger::LevelInfo);
     EXPECT_FALSE(logger.InitLogger(log.Path(), "", true, KeyBytes(kKey), 16, CLogger::LevelInfo));
+    testing::internal::CaptureStdout();
     Print(logger, CLogger::LevelCritical, "nothing");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     Print(logger, CLogger::LevelNone, "secret");
     EXPECT_EQ(log.Bytes(), "");
 }
@@ -302,7 +304,9 @@ TEST(InitLogger, AfterASuccessAFailureIsSilentUntilTheNextSuccess) {
         const LogFile log;
         CLogger logger(log.Path(), "", false, nullptr, 0, CLogger::LevelInfo);
         ASSERT_FALSE(logger.InitLogger(path, "", false, nullptr, 0, CLogger::LevelInfo));
+        testing::internal::CaptureStdout();
         Print(logger, CLogger::LevelCritical, "nothing");
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << path;
         EXPECT_EQ(log.Bytes(), "");
         ASSERT_TRUE(logger.InitLogger(log.Path(), "", false, nullptr, 0, CLogger::LevelInfo));
         Print(logger, CLogger::LevelCritical, "here");
@@ -331,6 +335,11 @@ TEST(LogLevel, IsA32BitNumberWithASign) {
     Print(logger, Level(-2147483647 - 1), ", below it");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "\nat it\n\nat it, below it\n");
     EXPECT_EQ(log.Bytes(), "at it, below it");
+
+    const LogFile other;
+    CLogger usual(other.Path(), "", false, nullptr, 0, CLogger::LevelInfo);
+    Print(usual, Level(-1), "below none");
+    EXPECT_EQ(other.Bytes(), "below none");
 }
 
 TEST(SetupEmptyLogger, LeavesTheFileOpen) {

@@ -115,8 +115,8 @@ TEST_F(ProcessObjects, TheLoggersEnvironmentLivesOnWhileLoggingIsOn) {
     EXPECT_NE(lastEnvironment, nullptr);
 }
 
-// Also after a failure: what was on stays on, and silent.
-TEST_F(ProcessObjects, TheLogIsOnFromItsFirstSuccess) {
+// In a process of its own, since what is on stays on.
+void ExpectOnFromTheFirstSuccess() {
     const LogFile log;
     CLogger& logger = CLogger::m_Logger;
     EXPECT_FALSE(CLogger::IsEnabled());
@@ -124,6 +124,7 @@ TEST_F(ProcessObjects, TheLogIsOnFromItsFirstSuccess) {
     EXPECT_FALSE(logger.InitLogger("", "", false, nullptr, 0, CLogger::LevelInfo));
     EXPECT_FALSE(logger.InitLogger("/missing/log", "", false, nullptr, 0, CLogger::LevelInfo));
     EXPECT_FALSE(logger.InitLogger(log.Path(), "", true, nullptr, 0, CLogger::LevelInfo));
+    EXPECT_TRUE(CLogger::IsEncryptionEnable());  // it was asked for
     EXPECT_TRUE(logger.InitLogger(log.Path(), "", false, nullptr, 0, CLogger::LevelNone));
     EXPECT_FALSE(CLogger::IsEnabled());
     EXPECT_TRUE(logger.InitLogger(log.Path(), "", false, nullptr, 0, CLogger::LevelInfo));
@@ -131,6 +132,15 @@ TEST_F(ProcessObjects, TheLogIsOnFromItsFirstSuccess) {
     EXPECT_TRUE(logger.InitLogger(log.Path(), "", false, nullptr, 0, CLogger::LevelNone));
     EXPECT_FALSE(logger.InitLogger("", "", false, nullptr, 0, CLogger::LevelInfo));
     EXPECT_TRUE(CLogger::IsEnabled());
+}
+
+TEST_F(ProcessObjects, TheLogIsOnFromItsFirstSuccess) {
+    EXPECT_EXIT(
+        {
+            ExpectOnFromTheFirstSuccess();
+            std::exit(HasFailure() ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
