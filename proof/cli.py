@@ -4,6 +4,8 @@ import argparse
 import importlib
 import os
 import random
+import subprocess
+import sys
 import time
 
 from proof.results import Trial
@@ -32,11 +34,19 @@ def main(arguments):
     if options.seed is None:
         options.seed = 1 if options.quick else random.randrange(1, 1_000_000)
 
+    _become_root()
     print(f"scripts/prove --seed {options.seed}")
     # Every chapter is tried, also after one that does not hold.
     failed = [name for name in options.chapters or CHAPTERS if not _holds(name, options)]
     print(f"\nprove: {'does not hold: ' + ', '.join(failed) if failed else 'everything holds'}")
     return 1 if failed else 0
+
+
+def _become_root():
+    """Chapters copy what is root's and what is alex's, which an ordinary user may do in a user namespace."""
+    inside = ["unshare", "--user", "--map-root-user", "--map-auto"]
+    if os.geteuid() != 0 and subprocess.run([*inside, "true"], stderr=subprocess.DEVNULL).returncode == 0:
+        os.execvp(inside[0], [*inside, sys.executable, *sys.argv])
 
 
 def _holds(name, options):

@@ -12,7 +12,7 @@ from proof.results import INSTALLER, Outcome, Table
 SOURCES = [*INSTALLER, "proof/traced.py", "proof/trees.py"]
 
 _OTHERS = 20  # of the calls that change nothing, one of so many: killed there, a run leaves what the next change finds
-_QUICK = 12  # a quick run tries one case of so many
+_QUICK = 24  # a quick run tries one case of so many
 
 _CHANGING = {"write", "fsync", "fchmod", "chmod", "utimensat", "mkdir", "rename", "unlink", "rmdir"}
 _LATER = "2024-03-06 10:11:12"

@@ -70,7 +70,10 @@ def machines():
 
 
 class Undisturbed:
-    """A run that nothing disturbs: the trees before and after it, the calls it makes, the log it leaves."""
+    """A run that nothing disturbs: the trees before and after it, the calls it makes, the log it leaves.
+
+    verdict: what the administrator says; with commas between, what to each prompt.
+    """
 
     def __init__(self, machines, verdict):
         self.verdict = verdict
@@ -100,7 +103,8 @@ def log(mac):
 
 def _run(mac, verdict, at, program, *arguments):
     try:
-        return mac.run("--fast", "--admin", verdict, "--at", at, program=program, args=arguments, timeout=SECONDS)
+        verdicts = [word for one in verdict.split(",") for word in ("--admin", one)]
+        return mac.run("--fast", *verdicts, "--at", at, program=program, args=arguments, timeout=SECONDS)
     except subprocess.TimeoutExpired:
         return None
 
