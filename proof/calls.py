@@ -21,7 +21,7 @@ _SILENT_FILES = re.compile(r"/[a-p]{32}\.json$|/Default/Preferences$|/Microsoft 
 _SILENT_CALLS = {"chmod", "fchmod", "utimensat"}
 
 # Interrupted, these must be made again: nothing may tell the run from an undisturbed one.
-_TRIED_AGAIN = {"read", "pread64", "write", "pwrite64"}
+_TRIED_AGAIN = {"read", "pread64", "write", "writev"}
 
 # A call that fails on the way to a prompt has the prompt's refusal as its effect.
 _MIXED = ["allow,refuse,allow", "refuse,allow"]
@@ -30,18 +30,18 @@ _FIT = {
     "access": "EACCES EIO", "newfstatat": "EACCES EIO", "readlink": "EACCES EIO", "statfs": "EACCES EIO",
     "openat": "EACCES EIO EMFILE EINTR",
     "read": "EIO EINTR", "pread64": "EIO EINTR", "getdents64": "EIO", "close": "EIO EINTR",
-    "write": "ENOSPC EIO EINTR", "fsync": "ENOSPC EIO EINTR",
+    "write": "ENOSPC EIO EINTR", "writev": "ENOSPC EIO EINTR", "fsync": "ENOSPC EIO EINTR",
     "fchmod": "EACCES EIO EROFS", "chmod": "EACCES EIO EROFS", "utimensat": "EACCES EIO EROFS",
     "mkdir": "EACCES EIO EROFS ENOSPC", "rename": "EACCES EIO EROFS ENOSPC",
     "unlink": "EACCES EIO EROFS", "rmdir": "EACCES EIO EROFS",
-    "memfd_create": "EMFILE",
+    "memfd_create": "EMFILE", "dup": "EMFILE", "pipe2": "EMFILE",
     # These only ask or tell the kernel something of an open file.
     "fcntl": "", "lseek": "", "mmap": "", "ioctl": "", "poll": "", "getcwd": "",
 }
 
 
 def errors(call):
-    """The errors that a call may end with."""
+    """The errors that a call may end with. A call that is not known is a KeyError: it wants its line in the table."""
     if call.opens_for_writing:
         return _FIT[call.name].split() + ["EROFS", "ENOSPC"]
     if call.name == "newfstatat" and "AT_EMPTY_PATH" in call.arguments:

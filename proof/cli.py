@@ -24,8 +24,10 @@ def main(arguments):
         epilog="Cases that held are kept in build/prove and not tried again until a source of theirs changes;\n"
                "a stopped run goes on where it was. The status is 0 when everything holds.")
     parser.add_argument("--quick", action="store_true", help="a fixed sample of each chapter, named in its table")
-    parser.add_argument("--seed", metavar="N", type=int, help="what random cases grow from (default: a new one; 1 for --quick)")
-    parser.add_argument("--jobs", metavar="N", type=int, default=os.cpu_count(), help="cases tried at once (default: one a processor)")
+    parser.add_argument("--seed", metavar="N", type=int,
+                        help="what random cases and their order grow from (default: a new one; 1 for --quick)")
+    parser.add_argument("--jobs", metavar="N", type=int, default=os.cpu_count(),
+                        help="cases tried at once (default: one a processor)")
     parser.add_argument("chapters", metavar="CHAPTER", nargs="*", help=f"of {', '.join(CHAPTERS)} (default: all)")
     options = parser.parse_args(arguments)
     unknown = set(options.chapters) - set(CHAPTERS)

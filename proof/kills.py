@@ -35,8 +35,8 @@ def prove(trial):
         rows[cases[case][1].name][outcome.text.split(":")[0]] += 1
     columns = list(dict.fromkeys(kind for row in rows.values() for kind in row))
     return Table(
-        f"{'1 case of ' + str(_QUICK) if trial.quick else 'all cases'}: {len(chosen)} of {len(cases)}, at each call that "
-        f"changes a file and at 1 of {_OTHERS} others",
+        f"{'1 case of ' + str(_QUICK) if trial.quick else 'all cases'}: {len(chosen)} of {len(cases)}, at each call "
+        f"that changes a file and at 1 of {_OTHERS} others",
         ["killed at", *columns],
         [[name, *(row[column] or "" for column in columns)] for name, row in sorted(rows.items())],
         [f"{case} ({cases[case][1].path}): {outcome.text}" for case, outcome in found.items() if not outcome.holds],

@@ -20,7 +20,7 @@ _INSTALLER = ROOT / "build/release/bin/KSExtensionInstaller"
 _INSTALLER_INSIDE = "/run/installer/KSExtensionInstaller"
 _LINE = re.compile(r"(\w+)\((.*)\) += (\S+.*)")
 _PATH = re.compile(r'"(/[^"]*)"|^\d+<([^>]*)>')
-_BEGINNING = "/Users/Shared/Keystrel/"  # the product's first file; what comes before is the loader's and the frameworks'
+_BEGINNING = "/Users/Shared/Keystrel/"  # the product's first file; before it come the loader and the frameworks
 
 
 @dataclass(frozen=True)
