@@ -4,6 +4,7 @@ import argparse
 import importlib
 import os
 import random
+import signal
 import subprocess
 import sys
 import time
@@ -37,6 +38,7 @@ def main(arguments):
         options.seed = 1 if options.quick else random.randrange(1, 1_000_000)
 
     _become_root()
+    signal.signal(signal.SIGTERM, signal.default_int_handler)  # which tidies up
     print(f"scripts/prove --seed {options.seed}")
     # Every chapter is tried, also after one that does not hold.
     failed = [name for name in options.chapters or CHAPTERS if not _holds(name, options)]
