@@ -18,9 +18,10 @@ SECONDS = 30  # until a run counts as hanging: 10 for the installer, the rest fo
 
 _INSTALLER = ROOT / "build/release/bin/KSExtensionInstaller"
 _INSTALLER_INSIDE = "/run/installer/KSExtensionInstaller"
+_WAITING = {"poll", "ppoll", "select", "pselect6"}  # how often a run does so is a matter of time
 _LINE = re.compile(r"(\w+)\((.*)\) += (\S+.*)")
 _PATH = re.compile(r'"(/[^"]*)"|^\d+<([^>]*)>')
-_BEGINNING = "/Users/Shared/Keystrel/"  # the product's first file; what comes before is the loader's and the frameworks'
+_BEGINNING = "/Users/Shared/Keystrel/"  # the product's first file; before it come the loader and the frameworks
 
 
 @dataclass(frozen=True)
@@ -70,7 +71,10 @@ def machines():
 
 
 class Undisturbed:
-    """A run that nothing disturbs: the trees before and after it, the calls it makes, the log it leaves."""
+    """A run that nothing disturbs: the trees before and after it, the calls it makes, the log it leaves.
+
+    verdict: what the administrator says; with commas between, what to each prompt.
+    """
 
     def __init__(self, machines, verdict):
         self.verdict = verdict
@@ -100,7 +104,8 @@ def log(mac):
 
 def _run(mac, verdict, at, program, *arguments):
     try:
-        return mac.run("--fast", "--admin", verdict, "--at", at, program=program, args=arguments, timeout=SECONDS)
+        verdicts = [word for one in verdict.split(",") for word in ("--admin", one)]
+        return mac.run("--fast", *verdicts, "--at", at, program=program, args=arguments, timeout=SECONDS)
     except subprocess.TimeoutExpired:
         return None
 
@@ -120,6 +125,6 @@ def _calls(mac, verdict):
         if match := _LINE.match(line):
             name, arguments, _ = match.groups()
             counts[name] += 1
-            if found or _BEGINNING in arguments:
+            if name not in _WAITING and (found or _BEGINNING in arguments):
                 found.append(Call(name, counts[name], arguments))
     return found
