@@ -9,8 +9,9 @@ import shlex
 import shutil
 import signal
 import subprocess
-import time
 from collections import Counter
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
 
 from proof.results import INSTALLER, ROOT, Outcome, Table
 
@@ -23,19 +24,22 @@ _ROOMS = ("crypto", "logging", "settings", "platform", "ui", "privileged", "brow
 _WITHOUT_START_UP = ("ui", "privileged", "browsers", "installer")
 _FOLDER = ROOT / "build/mutation"
 _TREE, _BUILD = _FOLDER / "tree", _FOLDER / "build"
-# For what no unit test comes by.
-_SCENARIOS = ["tests/run/test_typical_mac.py", "tests/run/test_run.py::test_an_empty_machine"]
+# Whole runs, for what no unit test kills: those about what the source's name begins with.
+_SCENARIOS = {"browsers/Chrome": "chrome", "browsers/Edge": "edge", "browsers/FFox": "firefox", "browsers/Safari": "safari",
+              "browsers/": "typical_mac", "installer/": "typical_mac", "privileged/": "chrome", "logging/": "logging",
+              "settings/": "logging"}
 _SECONDS = 10  # beyond five times of what the tests take without a mutant
-_LARGE = "-*Large*"
+_WHOLE_FILE = 900  # seconds for a file of scenarios
+_LONGEST = 2  # seconds that a test may take to be one of them
 
 
 def prove(trial):
     """Tries mutants with the tests that come by them, the quickest program first."""
     mutants = _write_tree(trial.jobs)
-    tests = _Tests()
+    tests = _Tests(trial.jobs)
     names = sorted(mutants, key=lambda name: hashlib.sha256(name.encode()).digest())
     chosen = names[:QUICK] if trial.quick else names
-    outcomes = trial.outcomes(chosen, lambda name: tests.verdict(mutants[name].number))
+    outcomes = trial.outcomes(chosen, lambda name: tests.verdict(name, mutants[name].number))
     equivalent = _equivalents()
     killed, missed, named = Counter(), Counter(), Counter()
     failures = []
@@ -89,7 +93,7 @@ def _write_tree(jobs):
             _write(_TREE / name, path.read_bytes(), path)
     if not (_BUILD / "build.ninja").exists():
         _quietly("cmake", "-S", _TREE, "-B", _BUILD, "-G", "Ninja", "-DCMAKE_CXX_COMPILER=clang++",
-                 "-DCMAKE_CXX_FLAGS=-O1 -w")
+                 "-DCMAKE_CXX_FLAGS=-O1 -w -D_GLIBCXX_ASSERTIONS")
     targets = [f"{room}_tests" for room in (*_ROOMS, "product") if room != "installer"]
     _quietly("cmake", "--build", _BUILD, "-j", str(jobs), "--target", "scenario_programs", *targets)
     return mutants
@@ -139,7 +143,7 @@ def _equivalents():
 class _Tests:
     """The unit tests of the rooms, which of them comes by which mutant, and how long they take."""
 
-    def __init__(self):
+    def __init__(self, jobs):
         shown = subprocess.run(["ctest", "--test-dir", _BUILD, "--show-only=json-v1"], check=True, capture_output=True)
         self._programs = {}  # of ctest: name -> (command, environment)
         for test in json.loads(shown.stdout)["tests"]:
@@ -148,27 +152,37 @@ class _Tests:
                 environment = dict(word.split("=", 1) for word in properties.get("ENVIRONMENT", []))
                 self._programs[test["name"]] = test["command"], environment
         self._reached = {}  # mutant -> program -> tests
-        self._seconds = {}  # program -> of all its tests
+        self._seconds = {}  # program -> of its quick tests
+        self._quick = {}  # program -> its tests
+        with ThreadPoolExecutor(jobs) as pool:
+            list(pool.map(self._try_without, self._programs))
         for name in self._programs:
-            self._come_by(name)
+            self._read(name)
 
-    def _come_by(self, program):
-        kept = _FOLDER / "reached" / program
-        stamp = max(path.stat().st_mtime for path in (_BUILD / "bin").iterdir() if path.name != "__pycache__")
+    def _kept(self, program):
+        return _FOLDER / "reached" / program
+
+    def _try_without(self, program):
+        """Runs all tests of a program as they are, and the quick ones once more to see which mutants they come by."""
+        kept = self._kept(program)
+        stamp = max(Path(word).stat().st_mtime for word in self._programs[program][0] if word.startswith(f"{_BUILD}/bin/"))
         if not kept.exists() or kept.stat().st_mtime < stamp:
-            start = time.monotonic()
-            status, output = self._run(program, {"GTEST_FILTER": _LARGE}, 600)
-            if status != 0:
+            status, output = self._run(program, {"GTEST_FILTER": "-*Large*"}, 600)
+            if status != 0:  # the time is up, or a test fails
                 raise RuntimeError(f"{program} fails without a mutant:\n{output[-3000:]}")
-            seconds = time.monotonic() - start
-            _, output = self._run(program, {"GTEST_MUTANT": "reached", "GTEST_FILTER": _LARGE}, 600)
+            took = [(name, int(time)) for name, time in re.findall(r"^\[       OK \] (\S+) \((\d+) ms\)", output, re.MULTILINE)]
+            quick = [name for name, time in took if time <= 1000 * _LONGEST]
+            _, output = self._run(program, {"GTEST_MUTANT": "reached", "GTEST_FILTER": ":".join(quick) or "-*"}, 600)
             kept.parent.mkdir(parents=True, exist_ok=True)
-            kept.write_text(json.dumps([seconds, output]))
-        self._seconds[program], output = json.loads(kept.read_text())
-        test = "*"
+            kept.write_text(json.dumps([sum(time for name, time in took if name in quick) / 1000, output]))
+
+    def _read(self, program):
+        self._seconds[program], output = json.loads(self._kept(program).read_text())
+        test, self._quick[program] = "*", []
         for line in re.finditer(r"^\[ RUN      \] (\S+)|^reached (\d+)$", output, re.MULTILINE):
             if line[1]:
                 test = line[1]
+                self._quick[program].append(test)
             else:
                 self._reached.setdefault(int(line[2]), {}).setdefault(program, {})[test] = True
 
@@ -176,12 +190,12 @@ class _Tests:
         command, own = self._programs[program]
         return _run(command, {**os.environ, **own, **environment}, seconds, _BUILD)
 
-    def verdict(self, number):
+    def verdict(self, name, number):
         """What the tests say of a mutant."""
         programs = self._reached.get(number, {})
         for program in sorted(programs, key=self._seconds.get):
             tests = programs[program]
-            wanted = ("*" if "*" in tests else ":".join(tests)) + _LARGE
+            wanted = ":".join(self._quick[program] if "*" in tests else tests)
             status, output = self._run(program, {"GTEST_MUTANT": str(number), "GTEST_FILTER": wanted, "GTEST_FAIL_FAST": "1"},
                                        _SECONDS + 5 * self._seconds[program])
             if status is None:
@@ -189,17 +203,15 @@ class _Tests:
             if status != 0:
                 failed = re.search(r"^\[  FAILED  \] (\S+)", output, re.MULTILINE)
                 return Outcome(f"killed by {failed[1] if failed else program + ', which ends'}")
-        if not programs or number in _scenario_mutants():
-            status, _ = _run(["/usr/bin/python3", "-m", "pytest", "-xq", "-p", "no:cacheprovider", *_SCENARIOS],
-                             {**os.environ, "KS_BUILD": str(_BUILD), "GTEST_MUTANT": str(number)}, 120, _TREE)
+        scenarios = next((each for start, each in _SCENARIOS.items() if name.startswith(start)), None)
+        if scenarios:
+            status, output = _run(["/usr/bin/python3", "-m", "pytest", "-xq", "-p", "no:cacheprovider", "-m", "not large",
+                                   f"tests/run/test_{scenarios}.py"],
+                                  {**os.environ, "KS_BUILD": str(_BUILD), "GTEST_MUTANT": str(number)}, _WHOLE_FILE, _TREE)
             if status != 0:
-                return Outcome("killed by a scenario")
-            return Outcome("missed, no unit test comes by")
-        return Outcome(f"missed by {sum(map(len, programs.values()))} tests")
-
-
-def _scenario_mutants():
-    return ()
+                failed = re.search(r"^FAILED (\S+)", output, re.MULTILINE)
+                return Outcome(f"killed by {failed[1] if failed else f'the time that test_{scenarios}.py takes'}")
+        return Outcome(f"missed by {sum(map(len, programs.values()))} unit tests and {scenarios or 'no'} scenarios")
 
 
 def _run(command, environment, seconds, folder):
