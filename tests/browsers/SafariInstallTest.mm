@@ -175,6 +175,28 @@ TEST_F(SafariInstallTest, ARemovalTellsWhatIsNotThere) {
                          "\nINFO : Safari uninstalled successfully.");
 }
 
+TEST_F(SafariInstallTest, ARegistryThatCannotBeWrittenIsToldTwiceAndTheRestIsDone) {
+    WriteFile(kCache + "/Other", "");
+    ASSERT_EQ(chmod((kLibrary + "/Safari/Extensions").c_str(), 0555), 0);
+    EXPECT_TRUE([SafariInstall UninstallExtension]);
+    const std::string text = Log();
+    const size_t first = text.find("\nFAILURE : Fail to copy files: Error Domain=");
+    const size_t second = text.find("}\nFAILURE : Error Error Domain=");
+    EXPECT_LT(first, second) << text;
+    ASSERT_NE(second, std::string::npos) << text;
+    EXPECT_EQ(text.substr(text.find("} writting")),
+              "} writting to file: " + kRegistry +
+                  "\nINFO : Extension already removed!\nINFO : Safari uninstalled successfully.");
+}
+
+TEST_F(SafariInstallTest, ARegistryThatIsNoDictionaryStaysAsItIs) {
+    for (const char* root : {"['Installed Extensions']", "'Installed Extensions'", "1"}) {
+        WriteFile(kRegistry, Encoded(root, "XML"));
+        EXPECT_TRUE([SafariInstall UninstallExtension]);
+        EXPECT_EQ(ReadFile(kRegistry), Encoded(root, "XML"));
+    }
+}
+
 // The plug-ins.
 
 TEST_F(SafariInstallTest, BothPlugInsAreRemovedAndOneThatStaysIsTold) {
@@ -256,6 +278,16 @@ TEST_F(SafariInstallTest, TheButtonsArchiveIsRemoved) {
     EXPECT_EQ(Log(), "");
     [SafariInstall removeSafariButtonFiles];
     EXPECT_EQ(Log(), "\nINFO : Can't delete, file not present " + archive);
+}
+
+TEST_F(SafariInstallTest, AnArchiveThatStaysIsTold) {
+    const std::string archive = kLibrary + "/Safari/Extensions/Keystrel Button.safariextz";
+    WriteFile(archive, "xar!");
+    ASSERT_EQ(chmod((kLibrary + "/Safari/Extensions").c_str(), 0555), 0);
+    [SafariInstall removeSafariButtonFiles];
+    ExpectError("\nWARNING : Error deleting file: ");
+    ASSERT_EQ(chmod((kLibrary + "/Safari/Extensions").c_str(), 0755), 0);
+    ASSERT_EQ(unlink(archive.c_str()), 0);
 }
 
 // The cache.
@@ -468,6 +500,12 @@ TEST_F(SafariKeychainTest, AnItemThatIsNoDictionaryOrHasNoKeysIsNotWritten) {
     EXPECT_FALSE([SafariInstall uninstallSafariExtensionFromKeychain]);
     EXPECT_EQ(keychain.updates, 0);
     EXPECT_EQ(Log(), "");
+}
+
+TEST_F(SafariKeychainTest, WhatIsNoListIsWrittenBackAsItIs) {
+    SetItem(Encoded("{'Installed Extensions': 'Keystrel.safariextz'}"));
+    EXPECT_TRUE([SafariInstall uninstallSafariExtensionFromKeychain]);
+    EXPECT_EQ(Updated(), "{'Installed Extensions': 'Keystrel.safariextz'}");
 }
 
 TEST_F(SafariKeychainTest, AFailedUpdateIsNotLookedAt) {
