@@ -30,7 +30,8 @@ _SCENARIOS = {"browsers/Chrome": "chrome", "browsers/Edge": "edge", "browsers/FF
               "settings/": "logging"}
 _SECONDS = 10  # beyond five times of what the tests take without a mutant
 _WHOLE_FILE = 900  # seconds for a file of scenarios
-_LONGEST = 2  # seconds that a test may take to be one of them
+_SLOW = 300  # seconds for a program's slow tests, which are tried last
+_LONGEST = 2  # seconds that a quick test may take
 
 
 def prove(trial):
@@ -190,19 +191,27 @@ class _Tests:
         command, own = self._programs[program]
         return _run(command, {**os.environ, **own, **environment}, seconds, _BUILD)
 
+    def _tried(self, program, number, tests, seconds):
+        """What kills the mutant of these tests of a program, or None."""
+        status, output = self._run(program, {"GTEST_MUTANT": str(number), "GTEST_FILTER": tests, "GTEST_FAIL_FAST": "1"}, seconds)
+        if status == 0:
+            return None
+        failed = re.search(r"^\[  FAILED  \] (\S+)", output, re.MULTILINE)
+        return Outcome("killed by " + (failed[1] if failed else
+                                       f"{program}, which {'ends' if status is not None else 'takes too long'}"))
+
     def verdict(self, name, number):
         """What the tests say of a mutant."""
         programs = self._reached.get(number, {})
         for program in sorted(programs, key=self._seconds.get):
-            tests = programs[program]
-            wanted = ":".join(self._quick[program] if "*" in tests else tests)
-            status, output = self._run(program, {"GTEST_MUTANT": str(number), "GTEST_FILTER": wanted, "GTEST_FAIL_FAST": "1"},
-                                       _SECONDS + 5 * self._seconds[program])
-            if status is None:
-                return Outcome(f"killed by the time that {program} takes")
-            if status != 0:
-                failed = re.search(r"^\[  FAILED  \] (\S+)", output, re.MULTILINE)
-                return Outcome(f"killed by {failed[1] if failed else program + ', which ends'}")
+            tests = self._quick[program] if "*" in programs[program] else programs[program]
+            found = self._tried(program, number, ":".join(tests), _SECONDS + 5 * self._seconds[program])
+            if found:
+                return found
+        for program in programs:  # nobody looked which mutants the slow tests come by
+            found = self._tried(program, number, "-" + ":".join([*self._quick[program], "*Large*"]), _SLOW)
+            if found:
+                return found
         scenarios = next((each for start, each in _SCENARIOS.items() if name.startswith(start)), None)
         if scenarios:
             status, output = _run(["/usr/bin/python3", "-m", "pytest", "-xq", "-p", "no:cacheprovider", "-m", "not large",
