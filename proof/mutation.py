@@ -86,7 +86,7 @@ def _write_tree(jobs):
             source = Source(path, arguments[str(path)], len(mutants) + 1, name.split("/")[0] in _WITHOUT_START_UP)
             _write(_TREE / name, source.text().encode(), path)
             for mutant in source.mutants():
-                shown = f"{name}:{mutant.line}: {mutant.kind}: {mutant.before} => {mutant.after}"
+                shown = f"{name}:{mutant.line}: {mutant.kind}: {mutant.before} => {mutant.after or 'nothing'}"
                 while shown in mutants:
                     shown += " (another one)"
                 mutants[shown] = mutant

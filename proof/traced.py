@@ -9,14 +9,19 @@ import tempfile
 from dataclasses import dataclass
 from pathlib import Path
 
+from proof import trees
 from proof.results import ROOT
 from tests.support.mac import LOGS, Mac
 
+VERDICTS = ["allow", "refuse"]
 SECONDS = 30  # until a run counts as hanging: 10 for the installer, the rest for strace and a busy machine
 
+_INSTALLER = ROOT / "build/release/bin/KSExtensionInstaller"
+_INSTALLER_INSIDE = "/run/installer/KSExtensionInstaller"
+_WAITING = {"poll", "ppoll", "select", "pselect6"}  # how often a run does so is a matter of time
 _LINE = re.compile(r"(\w+)\((.*)\) += (\S+.*)")
 _PATH = re.compile(r'"(/[^"]*)"|^\d+<([^>]*)>')
-_BEGINNING = "/Users/Shared/Keystrel/"  # the product's first file; what comes before is the loader's and the frameworks'
+_BEGINNING = "/Users/Shared/Keystrel/"  # the product's first file; before it come the loader and the frameworks
 
 
 @dataclass(frozen=True)
@@ -31,6 +36,10 @@ class Call:
     def path(self):
         found = _PATH.search(self.arguments)
         return found and (found[1] or found[2])
+
+    @property
+    def opens_for_writing(self):
+        return self.name == "openat" and ("O_WRONLY" in self.arguments or "O_RDWR" in self.arguments)
 
 
 class Machines:
@@ -61,37 +70,29 @@ def machines():
         yield Machines(folder)
 
 
-def run(mac, verdict, *options, at="2024-03-05 09:07:02"):
-    """Runs the installer under strace with these options (without any, as it is); the Result, or None for a hang."""
-    words = ("--fast", "--admin", verdict, "--at", at)
-    program, *arguments = ["/usr/bin/strace", "-qq", "-y", *options, "/run/installer/KSExtensionInstaller"]
-    if not options:
-        program, arguments = "/run/installer/KSExtensionInstaller", []
-    try:
-        return mac.run(*words, program=program, args=arguments, timeout=SECONDS)
-    except subprocess.TimeoutExpired:
-        return None
+class Undisturbed:
+    """A run that nothing disturbs: the trees before and after it, the calls it makes, the log it leaves.
+
+    verdict: what the administrator says; with commas between, what to each prompt.
+    """
+
+    def __init__(self, machines, verdict):
+        self.verdict = verdict
+        with machines.fresh() as mac:
+            self.old = trees.read(mac.tree)
+            self.calls = _calls(mac, verdict)
+            self.new = trees.read(mac.tree)
+            self.log = log(mac)
 
 
-def calls(mac, verdict):
-    """The calls of an undisturbed run on files, from the first that the product makes, in order."""
-    result = run(mac, verdict, "-e", "trace=%file,%desc")
-    assert result and result.status == 0, result
-    counts = collections.Counter()
-    found = []
-    for line in result.stderr.splitlines():
-        if match := _LINE.match(line):
-            name, arguments, _ = match.groups()
-            counts[name] += 1
-            if found or _BEGINNING in arguments:
-                found.append(Call(name, counts[name], arguments))
-    return found
+def run(mac, verdict, at):
+    """Runs the installer as it is: the Result, or None for a hang."""
+    return _run(mac, verdict, at, _INSTALLER)
 
 
 def disturb(mac, verdict, call, how):
     """A run in which that call is disturbed, in strace's words: the Result, or None for a hang."""
-    result = run(mac, verdict, "-e", f"trace={call.name}", "-e", f"inject={call.name}:{how}:when={call.number}")
-    return result
+    return _traced(mac, verdict, f"trace={call.name}", f"inject={call.name}:{how}:when={call.number}")
 
 
 def log(mac):
@@ -99,3 +100,31 @@ def log(mac):
     files = sorted(mac.path(LOGS).glob("*.log"))
     text = files[0].read_text(encoding="utf-8") if files else ""
     return collections.Counter(re.split(r"^\d\d:\d\d:\d\d - ", text, flags=re.MULTILINE)[1:])
+
+
+def _run(mac, verdict, at, program, *arguments):
+    try:
+        verdicts = [word for one in verdict.split(",") for word in ("--admin", one)]
+        return mac.run("--fast", *verdicts, "--at", at, program=program, args=arguments, timeout=SECONDS)
+    except subprocess.TimeoutExpired:
+        return None
+
+
+def _traced(mac, verdict, *expressions):
+    words = [word for expression in expressions for word in ("-e", expression)]
+    return _run(mac, verdict, "2024-03-05 09:07:02", "/usr/bin/strace", "-qq", "-y", *words, _INSTALLER_INSIDE)
+
+
+def _calls(mac, verdict):
+    """The calls of an undisturbed run on files, from the first that the product makes, in order."""
+    result = _traced(mac, verdict, "trace=%file,%desc")
+    assert result and result.status == 0, result
+    counts = collections.Counter()
+    found = []
+    for line in result.stderr.splitlines():
+        if match := _LINE.match(line):
+            name, arguments, _ = match.groups()
+            counts[name] += 1
+            if name not in _WAITING and (found or _BEGINNING in arguments):
+                found.append(Call(name, counts[name], arguments))
+    return found
