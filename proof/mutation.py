@@ -152,12 +152,14 @@ class _Tests:
 
     def __init__(self, jobs):
         shown = subprocess.run(["ctest", "--test-dir", _BUILD, "--show-only=json-v1"], check=True, capture_output=True)
-        self._programs = {}  # of ctest: name -> (command, environment)
+        self._programs = {}  # of ctest: name -> (command, environment, which tests)
         for test in json.loads(shown.stdout)["tests"]:
             properties = {each["name"]: each["value"] for each in test.get("properties", [])}
             if {*_ROOMS, "product"} & set(properties.get("LABELS", [])):
                 environment = dict(word.split("=", 1) for word in properties.get("ENVIRONMENT", []))
-                self._programs[test["name"]] = test["command"], environment
+                filters = [word.split("=")[1] for word in test["command"] if word.startswith("--gtest_filter=")]
+                command = [word for word in test["command"] if not word.startswith("--gtest_filter=")]
+                self._programs[test["name"]] = command, environment, (filters or ["*"])[0]
         self._reached = {}  # mutant -> program -> tests
         self._seconds = {}  # program -> of its quick tests
         self._quick = {}  # program -> its tests
@@ -174,7 +176,7 @@ class _Tests:
         kept = self._kept(program)
         stamp = max(Path(word).stat().st_mtime for word in self._programs[program][0] if word.startswith(f"{_BUILD}/bin/"))
         if not kept.exists() or kept.stat().st_mtime < stamp:
-            status, output = self._run(program, {"GTEST_FILTER": "-*Large*"}, 600)
+            status, output = self._run(program, {"GTEST_FILTER": self._programs[program][2] + "-*Large*"}, 600)
             if status != 0:  # the time is up, or a test fails
                 raise RuntimeError(f"{program} fails without a mutant:\n{output[-3000:]}")
             took = [(name, int(time)) for name, time in re.findall(r"^\[       OK \] (\S+) \((\d+) ms\)", output, re.MULTILINE)]
@@ -194,7 +196,7 @@ class _Tests:
                 self._reached.setdefault(int(line[2]), {}).setdefault(program, {})[test] = True
 
     def _run(self, program, environment, seconds):
-        command, own = self._programs[program]
+        command, own, _ = self._programs[program]
         return _run(command, {**os.environ, **own, **environment}, seconds, _BUILD)
 
     def _tried(self, program, number, tests, seconds):
@@ -214,7 +216,8 @@ class _Tests:
             if found:
                 return found
         for program in programs:  # nobody looked which mutants the slow tests come by
-            found = self._tried(program, number, "-" + ":".join([*self._quick[program], "*Large*"]), _SLOW)
+            slow = self._programs[program][2] + "-" + ":".join([*self._quick[program], "*Large*"])
+            found = self._tried(program, number, slow, _SLOW)
             if found:
                 return found
         scenarios = next((each for start, each in _SCENARIOS.items() if name.startswith(start)), None)
