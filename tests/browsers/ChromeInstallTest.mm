@@ -146,6 +146,7 @@ TEST_F(ChromeInstallTest, InstallingWithoutPreferencesIsWarnedAbout) {
     EXPECT_FALSE(Exists(kPreferences));
     EXPECT_EQ(Log(), kFound + kWarning + "ERROR deactivate password manager in chrome: " +
                          kPreferences + ". Error: Code=260");
+    EXPECT_EQ(log.Bytes().back(), '}');  // of the error
 }
 
 TEST_F(ChromeInstallTest, ARefusedInstallationReplacesTheUsersFiles) {
