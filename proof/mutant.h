@@ -14,14 +14,17 @@
 // GoogleTest's current test, where the program has any.
 extern "C" {
 const void* MutantUnitTest() asm("_ZN7testing8UnitTest11GetInstanceEv") __attribute__((weak));
-const void* MutantCurrentTest(const void*) asm("_ZNK7testing8UnitTest17current_test_infoEv") __attribute__((weak));
+const void* MutantCurrentTest(const void*) asm("_ZNK7testing8UnitTest17current_test_infoEv")
+    __attribute__((weak));
 }
 
 enum : int { kNoMutant = 0, kReachedMutants = -1, kMostMutants = 10000 };
 
 inline int ReadChosenMutant() {
     const char* chosen = getenv("GTEST_MUTANT");
-    return chosen == nullptr ? kNoMutant : strcmp(chosen, "reached") == 0 ? kReachedMutants : atoi(chosen);
+    return chosen == nullptr                ? kNoMutant
+           : strcmp(chosen, "reached") == 0 ? kReachedMutants
+                                            : atoi(chosen);
 }
 
 inline void MutantIsReached(int number) {

@@ -1,6 +1,7 @@
 """Small changes of the product's code: which of them the tests miss."""
 
 import contextlib
+import functools
 import hashlib
 import json
 import os
@@ -9,8 +10,9 @@ import shlex
 import shutil
 import signal
 import subprocess
-import time
 from collections import Counter
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
 
 from proof.results import INSTALLER, ROOT, Outcome, Table
 
@@ -23,20 +25,29 @@ _ROOMS = ("crypto", "logging", "settings", "platform", "ui", "privileged", "brow
 _WITHOUT_START_UP = ("ui", "privileged", "browsers", "installer")
 _FOLDER = ROOT / "build/mutation"
 _TREE, _BUILD = _FOLDER / "tree", _FOLDER / "build"
-# For what no unit test comes by.
-_SCENARIOS = ["tests/run/test_typical_mac.py", "tests/run/test_run.py::test_an_empty_machine"]
+# Whole runs, for what no unit test kills: those about what the source's name begins with.
+_SCENARIOS = {"browsers/Chrome": "chrome", "browsers/Edge": "edge", "browsers/FFox": "firefox", "browsers/Safari": "safari",
+              "browsers/": "typical_mac", "installer/": "typical_mac", "privileged/": "chrome", "logging/": "logging",
+              "settings/": "logging"}
 _SECONDS = 10  # beyond five times of what the tests take without a mutant
-_LARGE = "-*Large*"
+_WHOLE_FILE = 900  # seconds for a file of scenarios
+_SLOW = 300  # seconds for a program's slow tests, which are tried last
+_LONGEST = 2  # seconds that a quick test may take
 
 
 def prove(trial):
     """Tries mutants with the tests that come by them, the quickest program first."""
     mutants = _write_tree(trial.jobs)
-    tests = _Tests()
+    tests = _Tests(trial.jobs)
     names = sorted(mutants, key=lambda name: hashlib.sha256(name.encode()).digest())
     chosen = names[:QUICK] if trial.quick else names
-    outcomes = trial.outcomes(chosen, lambda name: tests.verdict(mutants[name].number))
     equivalent = _equivalents()
+
+    def attempt(name):
+        text = tests.verdict(name, mutants[name].number)
+        return Outcome(text, text.startswith("killed") or _key(name) in equivalent)
+
+    outcomes = trial.outcomes(chosen, attempt)
     killed, missed, named = Counter(), Counter(), Counter()
     failures = []
     for name, outcome in outcomes.items():
@@ -81,7 +92,7 @@ def _write_tree(jobs):
             source = Source(path, arguments[str(path)], len(mutants) + 1, name.split("/")[0] in _WITHOUT_START_UP)
             _write(_TREE / name, source.text().encode(), path)
             for mutant in source.mutants():
-                shown = f"{name}:{mutant.line}: {mutant.kind}: {mutant.before} => {mutant.after}"
+                shown = f"{name}:{mutant.line}: {mutant.kind}: {mutant.before} => {mutant.after or 'nothing'}"
                 while shown in mutants:
                     shown += " (another one)"
                 mutants[shown] = mutant
@@ -89,7 +100,7 @@ def _write_tree(jobs):
             _write(_TREE / name, path.read_bytes(), path)
     if not (_BUILD / "build.ninja").exists():
         _quietly("cmake", "-S", _TREE, "-B", _BUILD, "-G", "Ninja", "-DCMAKE_CXX_COMPILER=clang++",
-                 "-DCMAKE_CXX_FLAGS=-O1 -w")
+                 "-DCMAKE_CXX_FLAGS=-O1 -w -D_GLIBCXX_ASSERTIONS")
     targets = [f"{room}_tests" for room in (*_ROOMS, "product") if room != "installer"]
     _quietly("cmake", "--build", _BUILD, "-j", str(jobs), "--target", "scenario_programs", *targets)
     return mutants
@@ -139,67 +150,96 @@ def _equivalents():
 class _Tests:
     """The unit tests of the rooms, which of them comes by which mutant, and how long they take."""
 
-    def __init__(self):
+    def __init__(self, jobs):
         shown = subprocess.run(["ctest", "--test-dir", _BUILD, "--show-only=json-v1"], check=True, capture_output=True)
-        self._programs = {}  # of ctest: name -> (command, environment)
+        self._programs = {}  # of ctest: name -> (command, environment, which tests)
         for test in json.loads(shown.stdout)["tests"]:
             properties = {each["name"]: each["value"] for each in test.get("properties", [])}
             if {*_ROOMS, "product"} & set(properties.get("LABELS", [])):
                 environment = dict(word.split("=", 1) for word in properties.get("ENVIRONMENT", []))
-                self._programs[test["name"]] = test["command"], environment
+                filters = [word.split("=")[1] for word in test["command"] if word.startswith("--gtest_filter=")]
+                command = [word for word in test["command"] if not word.startswith("--gtest_filter=")]
+                self._programs[test["name"]] = command, environment, (filters or ["*"])[0]
         self._reached = {}  # mutant -> program -> tests
-        self._seconds = {}  # program -> of all its tests
+        self._seconds = {}  # program -> of its quick tests
+        self._quick = {}  # program -> its tests
+        with ThreadPoolExecutor(jobs) as pool:
+            list(pool.map(self._try_without, self._programs))
         for name in self._programs:
-            self._come_by(name)
+            self._read(name)
 
-    def _come_by(self, program):
-        kept = _FOLDER / "reached" / program
-        stamp = max(path.stat().st_mtime for path in (_BUILD / "bin").iterdir() if path.name != "__pycache__")
+    def _kept(self, program):
+        return _FOLDER / "reached" / program
+
+    def _try_without(self, program):
+        """Runs all tests of a program as they are, and the quick ones once more to see which mutants they come by."""
+        kept = self._kept(program)
+        stamp = max(Path(word).stat().st_mtime for word in self._programs[program][0] if word.startswith(f"{_BUILD}/bin/"))
         if not kept.exists() or kept.stat().st_mtime < stamp:
-            start = time.monotonic()
-            status, output = self._run(program, {"GTEST_FILTER": _LARGE}, 600)
-            if status != 0:
+            status, output = self._run(program, {"GTEST_FILTER": self._programs[program][2] + "-*Large*"}, 600)
+            if status != 0:  # the time is up, or a test fails
                 raise RuntimeError(f"{program} fails without a mutant:\n{output[-3000:]}")
-            seconds = time.monotonic() - start
-            _, output = self._run(program, {"GTEST_MUTANT": "reached", "GTEST_FILTER": _LARGE}, 600)
+            took = [(name, int(time)) for name, time in re.findall(r"^\[       OK \] (\S+) \((\d+) ms\)", output, re.MULTILINE)]
+            quick = [name for name, time in took if time <= 1000 * _LONGEST]
+            _, output = self._run(program, {"GTEST_MUTANT": "reached", "GTEST_FILTER": ":".join(quick) or "-*"}, 600)
             kept.parent.mkdir(parents=True, exist_ok=True)
-            kept.write_text(json.dumps([seconds, output]))
-        self._seconds[program], output = json.loads(kept.read_text())
-        test = "*"
+            kept.write_text(json.dumps([sum(time for name, time in took if name in quick) / 1000, output]))
+
+    def _read(self, program):
+        self._seconds[program], output = json.loads(self._kept(program).read_text())
+        test, self._quick[program] = "*", []
         for line in re.finditer(r"^\[ RUN      \] (\S+)|^reached (\d+)$", output, re.MULTILINE):
             if line[1]:
                 test = line[1]
+                self._quick[program].append(test)
             else:
                 self._reached.setdefault(int(line[2]), {}).setdefault(program, {})[test] = True
 
     def _run(self, program, environment, seconds):
-        command, own = self._programs[program]
+        command, own, _ = self._programs[program]
         return _run(command, {**os.environ, **own, **environment}, seconds, _BUILD)
 
-    def verdict(self, number):
+    def _tried(self, program, number, tests, seconds):
+        """What kills the mutant of these tests of a program, or None."""
+        status, output = self._run(program, {"GTEST_MUTANT": str(number), "GTEST_FILTER": tests, "GTEST_FAIL_FAST": "1"}, seconds)
+        if status == 0:
+            return None
+        failed = re.search(r"^\[  FAILED  \] (\S+)", output, re.MULTILINE)
+        return "killed by " + (failed[1] if failed else f"{program}, which {'ends' if status is not None else 'takes too long'}")
+
+    def verdict(self, name, number):
         """What the tests say of a mutant."""
         programs = self._reached.get(number, {})
         for program in sorted(programs, key=self._seconds.get):
-            tests = programs[program]
-            wanted = ("*" if "*" in tests else ":".join(tests)) + _LARGE
-            status, output = self._run(program, {"GTEST_MUTANT": str(number), "GTEST_FILTER": wanted, "GTEST_FAIL_FAST": "1"},
-                                       _SECONDS + 5 * self._seconds[program])
-            if status is None:
-                return Outcome(f"killed by the time that {program} takes")
-            if status != 0:
-                failed = re.search(r"^\[  FAILED  \] (\S+)", output, re.MULTILINE)
-                return Outcome(f"killed by {failed[1] if failed else program + ', which ends'}")
-        if not programs or number in _scenario_mutants():
-            status, _ = _run(["/usr/bin/python3", "-m", "pytest", "-xq", "-p", "no:cacheprovider", *_SCENARIOS],
-                             {**os.environ, "KS_BUILD": str(_BUILD), "GTEST_MUTANT": str(number)}, 120, _TREE)
-            if status != 0:
-                return Outcome("killed by a scenario")
-            return Outcome("missed, no unit test comes by")
-        return Outcome(f"missed by {sum(map(len, programs.values()))} tests")
+            tests = self._quick[program] if "*" in programs[program] else programs[program]
+            found = self._tried(program, number, ":".join(tests), _SECONDS + 5 * self._seconds[program])
+            if found:
+                return found
+        for program in programs:  # nobody looked which mutants the slow tests come by
+            slow = self._programs[program][2] + "-" + ":".join([*self._quick[program], "*Large*"])
+            found = self._tried(program, number, slow, _SLOW)
+            if found:
+                return found
+        scenarios = next((each for start, each in _SCENARIOS.items() if name.startswith(start)), None)
+        if scenarios and _run_scenarios(scenarios, 0) is None:
+            failed = _run_scenarios(scenarios, number)
+            if failed:
+                return f"killed by {failed}"
+        return f"missed by {sum(map(len, programs.values()))} unit tests and {scenarios or 'no'} scenarios"
 
 
-def _scenario_mutants():
-    return ()
+@functools.cache
+def _run_scenarios(name, number):
+    """What fails of a file of scenarios with a mutant, or None."""
+    command = ["/usr/bin/python3", "-m", "pytest", "-xq", "-p", "no:cacheprovider", "-m", "not large",
+               f"tests/run/test_{name}.py"]
+    status, output = _run(command, {**os.environ, "KS_BUILD": str(_BUILD), "GTEST_MUTANT": str(number)}, _WHOLE_FILE, _TREE)
+    if status == 0:
+        return None
+    failed = re.search(r"^FAILED (\S+)", output, re.MULTILINE)
+    if number == 0:
+        raise RuntimeError(f"scenarios fail without a mutant:\n{output[-3000:]}")
+    return failed[1] if failed else f"the time that test_{name}.py takes"
 
 
 def _run(command, environment, seconds, folder):

@@ -139,6 +139,42 @@ TEST_F(ChromeInstallTest, RemovingWithoutFilesOnlySwitchesThePasswordManagerOn) 
     EXPECT_EQ(Log(), "");
 }
 
+TEST_F(ChromeInstallTest, InstallingWithoutPreferencesIsWarnedAbout) {
+    answer.verdict = Verdict::Allowed;
+    Remove(kPreferences);
+    EXPECT_TRUE([ChromeInstall InstallExtension]);
+    EXPECT_FALSE(Exists(kPreferences));
+    EXPECT_EQ(Log(), kFound + kWarning + "ERROR deactivate password manager in chrome: " +
+                         kPreferences + ". Error: Code=260");
+    EXPECT_EQ(log.Bytes().back(), '}');  // of the error
+}
+
+TEST_F(ChromeInstallTest, ARefusedInstallationReplacesTheUsersFiles) {
+    InstallByHand();
+    for (const char* name : {"/Keystrel.crx", "/KeystrelButton.crx"}) {
+        WriteFile(kUserFolder + name, "earlier");
+    }
+    EXPECT_TRUE([ChromeInstall InstallExtension]);
+    for (const char* name : {"/Keystrel.crx", "/KeystrelButton.crx"}) {
+        EXPECT_EQ(ReadFile(kUserFolder + name), ReadFile(kPayload + name));
+    }
+    EXPECT_EQ(ReadFile(kUserFolder + kButtonDescriptor), kDescriptorText);
+    EXPECT_EQ(ReadFile(kPreferences),
+              "\"exited_cleanly\": true, \n\t\t\"password_manager_enabled\": false");
+    EXPECT_EQ(Log(), kFound + kWarning + "No delete, file not present: " + kPlugIn + kWarning +
+                         "Error install for current user: (null)");
+}
+
+TEST_F(ChromeInstallTest, ARefusedRemovalTakesTheUsersFiles) {
+    InstallByHand();
+    WriteFile(kUserFolder + "/Keystrel.crx", "earlier");
+    WriteFile(kUserFolder + "/KeystrelButton.crx", "earlier");
+    EXPECT_TRUE([ChromeInstall UninstallExtension]);
+    EXPECT_TRUE(std::filesystem::is_empty(kUserFolder));
+    EXPECT_FALSE(Exists(kHost));
+    EXPECT_EQ(Log(), kWarning + "No delete, file not present: " + kPlugIn);
+}
+
 TEST_F(ChromeInstallTest, AFailingScriptCountsAsARefusal) {
     for (const CommandResult& failure : {CommandResult{Verdict::Allowed, 1, "", "failed"},
                                          CommandResult{Verdict::Cancelled, 0, "", ""},

@@ -2,6 +2,7 @@
 #include "browsers/EdgeInstall.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -17,6 +18,10 @@ const std::string kApplication = "/Applications/Microsoft Edge.app";
 NSString* const kEdgeFolder = @"/Users/alex/Library/Application Support/Microsoft Edge";
 NSString* const kHostManifest = @"NativeMessagingHosts/com.corvendale.kschromena.json";
 NSString* const kDescriptor = @"External Extensions/ljdimbpkaehcfognojlkbmcpiedhfagk.json";
+
+const std::string kFound =
+    "\nHH:MM:SS - INFO : Application URL is: file:///Applications/Microsoft%20Edge.app/";
+const std::string kUninstalled = "\nHH:MM:SS - INFO : Edge extension uninstalled!";
 
 class EdgeInstallTest : public testing::Test {
   protected:
@@ -35,9 +40,61 @@ class EdgeInstallTest : public testing::Test {
                                       error:NULL]);
     }
 
+    void Make(NSString* name) {
+        EXPECT_TRUE([files createDirectoryAtPath:[kEdgeFolder stringByAppendingPathComponent:name]
+                     withIntermediateDirectories:YES
+                                      attributes:nil
+                                           error:NULL]);
+    }
+
+    // An installation with this folder closed ends with this failure, an error's description behind it.
+    void ExpectFailure(NSString* closed, const std::string& failure) {
+        const std::string path = [[kEdgeFolder stringByAppendingPathComponent:closed] UTF8String];
+        ASSERT_EQ(chmod(path.c_str(), 0555), 0);
+        EXPECT_FALSE([EdgeInstall InstallExtension]);
+        ASSERT_EQ(chmod(path.c_str(), 0755), 0);
+        const std::string logged = WithoutTime(log.Bytes());
+        EXPECT_EQ(logged.rfind(kFound + kUninstalled + "\nHH:MM:SS - FAILURE : " + failure +
+                                   ": Error Domain=NSCocoaErrorDomain Code=513 ",
+                               0),
+                  0U)
+            << logged;
+        EXPECT_EQ(logged.back(), '}') << logged;
+    }
+
     NSFileManager* const files = [NSFileManager defaultManager];
     LogFile log;
 };
+
+TEST_F(EdgeInstallTest, AnInstallationRemovesFirstAndTellsThatItIsDone) {
+    EXPECT_TRUE([EdgeInstall InstallExtension]);
+    EXPECT_EQ(WithoutTime(log.Bytes()),
+              kFound + kUninstalled + "\nHH:MM:SS - INFO : Edge extension installed!");
+}
+
+TEST_F(EdgeInstallTest, TheFirstStepThatFailsIsToldAndEndsTheInstallation) {
+    Make(@"");
+    ExpectFailure(@"", "Error creating Edge Native directory");
+    EXPECT_FALSE(Exists(@"NativeMessagingHosts"));
+}
+
+TEST_F(EdgeInstallTest, AClosedHostFolderEndsTheInstallation) {
+    Make(@"NativeMessagingHosts");
+    ExpectFailure(@"NativeMessagingHosts", "Error copying Edge JSON");
+    EXPECT_FALSE(Exists(@"External Extensions"));
+}
+
+TEST_F(EdgeInstallTest, AnExternalFolderThatCannotBeMadeEndsTheInstallation) {
+    Make(@"NativeMessagingHosts");
+    ExpectFailure(@"", "Error creating Edge External directory");
+    EXPECT_TRUE(Exists(kHostManifest));
+}
+
+TEST_F(EdgeInstallTest, AClosedExternalFolderEndsTheInstallation) {
+    Make(@"External Extensions");
+    ExpectFailure(@"External Extensions", "Error copying Edge created JSON");
+    EXPECT_FALSE(Exists(kDescriptor));
+}
 
 TEST_F(EdgeInstallTest, TheExtensionIsInstalledWhenBothFilesExist) {
     EXPECT_FALSE([EdgeInstall IsExtensionInstalled]);

@@ -108,6 +108,12 @@ class SafariInstallTest : public testing::Test {
         return text;
     }
 
+    // The log is this text, an error's description and nothing behind it.
+    void ExpectError(const std::string& text) const {
+        EXPECT_EQ(Log().rfind(text + "Error Domain=", 0), 0U) << Log();
+        EXPECT_EQ(Log().back(), '}') << Log();
+    }
+
     static inline const std::string kNoPreferences = Encoded("{}");
     static inline const std::string kNoExtensions = Encoded("{'Installed Extensions': []}");
     LogFile log;
@@ -157,6 +163,67 @@ TEST_F(SafariInstallTest, ARegistryIsWrittenAgainEvenWhenNothingIsRemoved) {
     EXPECT_EQ(Decoded(kRegistry), "{'Version': 1}");
 }
 
+TEST_F(SafariInstallTest, ARemovalTellsWhatIsNotThere) {
+    WriteFile(kCache + "/Other", "");
+    [SafariInstall UninstallExtension];
+    const std::string plugIn = "\nWARNING : Couldn't delete. File not present: " + kLibrary +
+                               "/Internet Plug-Ins/KeystrelSafari";
+    EXPECT_EQ(Log(), plugIn + "32.webplugin" + plugIn + "64.webplugin" +
+                         "\nINFO : Can't delete, file not present " + kLibrary +
+                         "/Safari/Extensions/Keystrel Button.safariextz"
+                         "\nINFO : Extension already removed!"
+                         "\nINFO : Safari uninstalled successfully.");
+}
+
+TEST_F(SafariInstallTest, ARegistryThatCannotBeWrittenIsToldTwiceAndTheRestIsDone) {
+    WriteFile(kCache + "/Other", "");
+    ASSERT_EQ(chmod((kLibrary + "/Safari/Extensions").c_str(), 0555), 0);
+    EXPECT_TRUE([SafariInstall UninstallExtension]);
+    const std::string text = Log();
+    const size_t first = text.find("\nFAILURE : Fail to copy files: Error Domain=");
+    const size_t second = text.find("}\nFAILURE : Error Error Domain=");
+    EXPECT_LT(first, second) << text;
+    ASSERT_NE(second, std::string::npos) << text;
+    EXPECT_EQ(text.substr(text.find("} writting")),
+              "} writting to file: " + kRegistry +
+                  "\nINFO : Extension already removed!\nINFO : Safari uninstalled successfully.");
+}
+
+TEST_F(SafariInstallTest, ARegistryThatIsNoDictionaryStaysAsItIs) {
+    for (const char* root : {"['Installed Extensions']", "'Installed Extensions'", "1"}) {
+        WriteFile(kRegistry, Encoded(root, "XML"));
+        EXPECT_TRUE([SafariInstall UninstallExtension]);
+        EXPECT_EQ(ReadFile(kRegistry), Encoded(root, "XML"));
+    }
+}
+
+// The plug-ins.
+
+TEST_F(SafariInstallTest, BothPlugInsAreRemovedAndOneThatStaysIsTold) {
+    const std::string folder = kLibrary + "/Internet Plug-Ins";
+    ASSERT_EQ(mkdir(folder.c_str(), 0755), 0);
+    for (const char* name :
+         {"/KeystrelSafari32.webplugin", "/KeystrelSafari64.webplugin", "/Other"}) {
+        WriteFile(folder + name, "");
+    }
+    [SafariInstall removeSafariFiles];
+    EXPECT_EQ(Log(), "");
+    EXPECT_FALSE(Exists(folder + "/KeystrelSafari32.webplugin"));
+    EXPECT_FALSE(Exists(folder + "/KeystrelSafari64.webplugin"));
+    EXPECT_TRUE(Exists(folder + "/Other"));
+
+    WriteFile(folder + "/KeystrelSafari64.webplugin", "");
+    ASSERT_EQ(chmod(folder.c_str(), 0555), 0);
+    [SafariInstall removeSafariFiles];
+    ExpectError("\nWARNING : Couldn't delete. File not present: " + folder +
+                "/KeystrelSafari32.webplugin\nWARNING : Error deleting file: ");
+    ASSERT_EQ(chmod(folder.c_str(), 0755), 0);
+    for (const char* name : {"/KeystrelSafari64.webplugin", "/Other"}) {
+        ASSERT_EQ(unlink((folder + name).c_str()), 0);
+    }
+    ASSERT_EQ(rmdir(folder.c_str()), 0);
+}
+
 // The button.
 
 TEST_F(SafariInstallTest, TheButtonPassTakesOneButtonOnly) {
@@ -172,6 +239,26 @@ TEST_F(SafariInstallTest, TheButtonPassWritesThePreferencesAgain) {
     WriteFile(kPreferences, Encoded("{'a': [1, 1.0, True]}", "XML"));
     [SafariInstall uninstallSafariButton];
     EXPECT_EQ(Decoded(kPreferences), "{'a': [1, 1.0, True]}");
+}
+
+TEST_F(SafariInstallTest, TheButtonLeavesTheToolbar) {
+    WriteFile(
+        kPreferences,
+        Encoded(
+            "{'NSToolbar Configuration BrowserWindowToolbarIdentifier': {'TB Item Identifiers': "
+            "['a', 'com.corvendale.keystrel.button.safari-7QJX2RM5TB ksbutton', 'b']}}"));
+    [SafariInstall uninstallSafariButton];
+    EXPECT_EQ(Decoded(kPreferences), "{'NSToolbar Configuration BrowserWindowToolbarIdentifier': "
+                                     "{'TB Item Identifiers': ['a', 'b']}}");
+}
+
+TEST_F(SafariInstallTest, ARegistryThatCannotBeWrittenIsToldByTheButtonPass) {
+    WriteFile(kCache + "/Other", "");
+    ASSERT_EQ(chmod((kLibrary + "/Safari/Extensions").c_str(), 0555), 0);
+    [SafariInstall uninstallSafariButton];
+    ExpectError("\nINFO : Can't delete, file not present "
+                "/Users/alex/Library/Safari/Extensions/Keystrel Button.safariextz"
+                "\nFAILURE : Fail to copy files: ");
 }
 
 TEST_F(SafariInstallTest, WithoutARegistryTheButtonStaysInTheToolbar) {
@@ -191,6 +278,16 @@ TEST_F(SafariInstallTest, TheButtonsArchiveIsRemoved) {
     EXPECT_EQ(Log(), "");
     [SafariInstall removeSafariButtonFiles];
     EXPECT_EQ(Log(), "\nINFO : Can't delete, file not present " + archive);
+}
+
+TEST_F(SafariInstallTest, AnArchiveThatStaysIsTold) {
+    const std::string archive = kLibrary + "/Safari/Extensions/Keystrel Button.safariextz";
+    WriteFile(archive, "xar!");
+    ASSERT_EQ(chmod((kLibrary + "/Safari/Extensions").c_str(), 0555), 0);
+    [SafariInstall removeSafariButtonFiles];
+    ExpectError("\nWARNING : Error deleting file: ");
+    ASSERT_EQ(chmod((kLibrary + "/Safari/Extensions").c_str(), 0755), 0);
+    ASSERT_EQ(unlink(archive.c_str()), 0);
 }
 
 // The cache.
@@ -267,7 +364,7 @@ TEST_F(SafariInstallTest, AutoFillInWhatIsNoDictionaryIsNotWritten) {
 TEST_F(SafariInstallTest, AutoFillThatCannotBeWrittenIsToldAsInformation) {
     ASSERT_EQ(chmod((kLibrary + "/Preferences").c_str(), 0555), 0);
     [SafariInstall setFillPasswords:YES];
-    EXPECT_EQ(Log().rfind("\nINFO : Error Domain=NSCocoaErrorDomain Code=513 ", 0), 0U) << Log();
+    ExpectError("\nINFO : ");
     EXPECT_EQ(ReadFile(kPreferences), kNoPreferences);
 }
 
@@ -295,7 +392,7 @@ TEST_F(SafariInstallTest, ReadingNoPreferences) {
 TEST_F(SafariInstallTest, ReadingPreferencesThatCannotBeParsed) {
     WriteFile(kPreferences, "bplist00\1");
     EXPECT_EQ([SafariInstall comAppleSafariPlist], nil);
-    EXPECT_EQ(Log().rfind("\nFAILURE : Error reading plist: Error Domain=", 0), 0U) << Log();
+    ExpectError("\nFAILURE : Error reading plist: ");
 }
 
 TEST_F(SafariInstallTest, ReadingPreferencesThatAreNoDictionary) {
@@ -323,13 +420,13 @@ TEST_F(SafariInstallTest, WritingWhatNoPropertyListHoldsFails) {
     NSDictionary* wrong = [NSDictionary dictionaryWithObject:[NSNull null] forKey:@"a"];
     EXPECT_FALSE([SafariInstall writeDictToComAppleSafariPlist:wrong]);
     EXPECT_EQ(ReadFile(kPreferences), kNoPreferences);
-    EXPECT_EQ(Log().rfind("\nFAILURE : Error reading plist: Error Domain=", 0), 0U) << Log();
+    ExpectError("\nFAILURE : Error reading plist: ");
 }
 
 TEST_F(SafariInstallTest, WritingWhereNothingCanBeWrittenFails) {
     ASSERT_EQ(chmod((kLibrary + "/Preferences").c_str(), 0555), 0);
     EXPECT_FALSE([SafariInstall writeDictToComAppleSafariPlist:[NSDictionary dictionary]]);
-    EXPECT_EQ(Log().rfind("\nFAILURE : Error writing to file: Error Domain=", 0), 0U) << Log();
+    ExpectError("\nFAILURE : Error writing to file: ");
 }
 
 // The keychain.
@@ -403,6 +500,12 @@ TEST_F(SafariKeychainTest, AnItemThatIsNoDictionaryOrHasNoKeysIsNotWritten) {
     EXPECT_FALSE([SafariInstall uninstallSafariExtensionFromKeychain]);
     EXPECT_EQ(keychain.updates, 0);
     EXPECT_EQ(Log(), "");
+}
+
+TEST_F(SafariKeychainTest, WhatIsNoListIsWrittenBackAsItIs) {
+    SetItem(Encoded("{'Installed Extensions': 'Keystrel.safariextz'}"));
+    EXPECT_TRUE([SafariInstall uninstallSafariExtensionFromKeychain]);
+    EXPECT_EQ(Updated(), "{'Installed Extensions': 'Keystrel.safariextz'}");
 }
 
 TEST_F(SafariKeychainTest, AFailedUpdateIsNotLookedAt) {

@@ -246,6 +246,12 @@ class Judge:
 
     def after_a_second_run(self, once):
         """Whether the second one left all as it was, but a log."""
+        options = self._machine.options
+        if len({answer == "allow" for word, answer in zip(options, options[1:]) if word == "--admin"}) > 1:
+            return  # which of the prompts is refused decides what is installed
+        bundled = self._before.get(EXTENSIONS + "/chrome")
+        if bundled is not None and not self._allows(bundled, 3):
+            return  # an earlier descriptor there is used up by the first run, and no new one can be written
         twice = self._entries()
         for path in changed(once, twice):
             if not (path.startswith(LOGS) or self._has_more(path, once) or self._was_no_descriptor(path)):
@@ -357,7 +363,8 @@ class Judge:
         try:
             expected = registry_of_firefox(old)
         except Exception:  # minidom raises whatever its parser raises
-            return new == old
+            # It knows fewer letters than later editions of XML; damage to UTF-16 makes such ones.
+            return new == old or old.startswith(b"\xff\xfe")
         return canonical(new) == expected
 
     def _keychain_item(self):

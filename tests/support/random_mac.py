@@ -250,18 +250,15 @@ class RandomMac:
                 self._file(path, self._random.choice(_TEXTS))
 
     def _settings(self, _):
-        value = {"Foreign": self._value()}
-        enabled = self._random.choice(["1"] * 8 + ["0", "", 1, True])
-        value["KSLoggingEnabled"] = enabled
-        if enabled == "1" and self._chance(0.3):
+        if self._chance(0.1) or not self._parent_is_folder(SETTINGS):
+            return
+        value = {"KSLoggingEnabled": self._random.choice(["1"] * 8 + ["0", "", 1, True]), "Foreign": self._value()}
+        if self._chance(0.2):
+            self._place(SETTINGS, self._dumped(value))
+            return
+        if self._chance(0.3):
             self.password = value["KSLoggingPassword"] = self._random.choice(["secret", "p\u00e4ssword", "0123456789" * 5])
-        if self._chance(0.9) and self._parent_is_folder(SETTINGS):
-            if self._chance(0.8):
-                self._file(SETTINGS, self._dumped(value))
-            else:
-                self.password = None
-                value.pop("KSLoggingPassword", None)
-                self._place(SETTINGS, self._dumped(value))
+        self._file(SETTINGS, self._dumped(value))
 
     def _folders(self, _):
         """Some folders of a run are closed, read-only or another user's."""

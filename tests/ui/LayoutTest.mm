@@ -348,6 +348,7 @@ struct Seen {
     NSRect frame = NSZeroRect;
     bool cancelOrIgnore = false;
     CGFloat okPlace = 0;
+    bool isOkPlain = false;
     bool isTitleInColour = false;
 };
 
@@ -364,6 +365,7 @@ Seen LookAt(const std::function<int()>& ask, NSColor* titleColor = nil) {
             IsShown(alert, @"cancelButton") || IsShown(alert, @"cancelButtonOrange") ||
             IsShown(alert, @"ignoreButton") || IsShown(alert, @"ignoreButtonOrange");
         seen.okPlace = NSMinX([Button(alert, @"okButton") frame]);
+        seen.isOkPlain = ![Button(alert, @"okButton") isHidden];
         seen.isTitleInColour = [[[alert titleTField] textColor] isEqual:titleColor];
     });
     return seen;
@@ -456,6 +458,7 @@ TEST(ShortForm, HasOneButtonInTheFileThatItNames) {
         EXPECT_EQ(seen.nib, "QWBrowsersAlert");
         EXPECT_EQ(seen.level, 1000);
         EXPECT_EQ(seen.okPlace, center ? 190 : 358);
+        EXPECT_TRUE(seen.isOkPlain);
         EXPECT_FALSE(seen.cancelOrIgnore);
         EXPECT_TRUE(seen.isTitleInColour);
     }
@@ -480,6 +483,7 @@ TEST(TopMostForm, IgnoresTheFileThatItNamesAndHasItsOwnLevel) {
         EXPECT_EQ(seen.nib, "QWSyleAlert");
         EXPECT_EQ(seen.level, 14);
         EXPECT_EQ(seen.okPlace, center ? 190 : 358);
+        EXPECT_TRUE(seen.isOkPlain);
         EXPECT_FALSE(seen.cancelOrIgnore);
         EXPECT_TRUE(seen.isTitleInColour);
     }
