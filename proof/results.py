@@ -4,7 +4,9 @@ import concurrent.futures
 import contextlib
 import hashlib
 import json
+import random
 import subprocess
+import sys
 from dataclasses import dataclass, field
 from pathlib import Path
 
@@ -55,10 +57,12 @@ class Trial:
     def outcomes(self, cases, attempt):
         """{case: Outcome}, in the order of the cases (texts), by attempt(case), which several threads call.
 
-        A case that held is known from then on, until the sources change; the others are tried again.
+        A case that held is known from then on, until the sources change; the others are tried again, and told at once.
+        The seed gives the order in which they are tried: what a stopped run has tried is a fair sample.
         """
         found = {case: self._known.get(case) for case in cases}
         missing = [case for case, outcome in found.items() if outcome is None]
+        random.Random(self.seed).shuffle(missing)
         self.tried += len(missing)
         with concurrent.futures.ThreadPoolExecutor(self.jobs) as pool:
             attempts = {pool.submit(attempt, case): case for case in missing}
@@ -72,7 +76,9 @@ class Trial:
         return found
 
     def _keep(self, case, outcome):
-        if outcome.holds:
+        if not outcome.holds:
+            print(f"{case}: {outcome.text}", file=sys.stderr, flush=True)
+        else:
             self._known[case] = outcome
             KEPT.mkdir(parents=True, exist_ok=True)
             with self._file.open("a", encoding="utf-8") as file:

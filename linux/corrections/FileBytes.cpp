@@ -66,7 +66,10 @@ int FindMode(const std::string& path, std::optional<mode_t>& mode) {
     if (lstat(path.c_str(), &info) != 0) {
         return errno == ENOENT ? 0 : errno;
     }
-    if (stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode)) {
+    if (S_ISLNK(info.st_mode) && stat(path.c_str(), &info) != 0) {
+        return errno == ENOENT || errno == ELOOP ? 0 : errno;
+    }
+    if (S_ISREG(info.st_mode)) {
         mode = info.st_mode & 07777;
     }
     return 0;

@@ -1,6 +1,8 @@
 // How a file is written atomically: the steps, and what a run that was ended leaves behind. This
-// program takes the place of the flush.
+// program takes the place of the flush, and of the look at a file by way of its links.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,11 +20,19 @@ namespace {
 // What the next flush does instead.
 std::function<int()> duringFlush;
 
+// With what looking at a file fails; 0 while it works.
+int lookError = 0;
+
 }  // namespace
 
 extern "C" int fsync(int descriptor) {
     const std::function<int()> instead = std::exchange(duringFlush, nullptr);
     return instead ? instead() : fdatasync(descriptor);
+}
+
+extern "C" int stat(const char* path, struct stat* info) {
+    errno = lookError;
+    return lookError != 0 ? -1 : fstatat(AT_FDCWD, path, info, 0);
 }
 
 namespace {
@@ -68,6 +78,22 @@ TEST_F(AtomicWriting, DataThatCannotBeFlushedIsNotWritten) {
     ExpectCocoaError(error_, 512, EIO, folder_ / "file");
     EXPECT_EQ(folder_.Read("file"), "old");
     EXPECT_EQ(folder_.Everything(), "file");
+}
+
+TEST_F(AtomicWriting, NothingIsWrittenWithRightsThatAreAGuess) {
+    folder_.Write("file", "old", 0600);
+    folder_.MakeLink("link", "file");
+    lookError = EACCES;
+    const BOOL replacesLink = WriteText("link", @"new");
+    NSError* const failure = error_;
+    const BOOL replacesFile = WriteText("file", @"new");
+    lookError = 0;
+    EXPECT_FALSE(replacesLink);
+    ExpectCocoaError(failure, 513, EACCES, folder_ / "link");
+    EXPECT_TRUE(replacesFile) << "which needs no such look";
+    EXPECT_EQ(folder_.Mode("file"), 0600U);
+    EXPECT_EQ(folder_.Read("link"), "new") << "it still leads to the file";
+    EXPECT_EQ(folder_.Everything(), "file link");
 }
 
 TEST_F(AtomicWriting, WhatAProcessLeftThatIsGoneIsRemovedByTheNextWrite) {
