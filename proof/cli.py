@@ -13,6 +13,8 @@ from proof.results import Trial
 CHAPTERS = [
     "calls",
     "kills",
+    "fuzzing",
+    "limits",
 ]
 
 

@@ -118,8 +118,9 @@ def _run(command, **environment):
 
 def _covered(log, sources):
     """How many functions of these sources some input reached."""
-    functions = re.findall(rf"^(UN)?COVERED_FUNC: .*/(?:{sources})[^/]*:\d+$", log, re.MULTILINE)
-    return f"{functions.count('')} of {len(functions)}" if functions else ""
+    found = re.finditer(rf"^(?P<un>UN)?COVERED_FUNC: .*/(?:{sources})[^/]*:\d+$", log, re.MULTILINE)
+    reached = [not function["un"] for function in found]
+    return f"{sum(reached)} of {len(reached)}" if reached else ""
 
 
 def prove(trial):
