@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr int kMostFurtherReadings = 3;
+
 struct Edit {
     const char* condition;  // the edit is made when the text contains this; "": in any other case
     const char* search;
@@ -65,23 +67,18 @@ NSError* NoUtf8(NSString* path) {
                            userInfo:info];
 }
 
-}  // namespace
-
-BOOL SwitchChromePasswordManager(BOOL on, NSError** error) {
+// Reads the preferences and edits what they hold.
+BOOL ReadEdited(NSString* path, BOOL on, std::string& edited, NSError** error) {
     // The file may be large: nothing of it lives longer than this.
     NSError* failure = nil;
     @autoreleasepool {
-        NSString* path = ChromePreferences();
         NSData* data = [NSData dataWithContentsOfFile:path options:0 error:&failure];
         const std::string_view text(static_cast<const char*>([data bytes]), [data length]);
         if (data != nil && !IsUtf8(text)) {
             failure = NoUtf8(path);
         }
         if (failure == nil) {
-            const std::string edited = Edited(text, on);
-            [[NSData dataWithBytesNoCopy:const_cast<char*>(edited.data())
-                                  length:edited.size()
-                            freeWhenDone:NO] writeToFile:path atomically:YES];
+            edited = Edited(text, on);
         }
         [failure retain];
     }
@@ -90,4 +87,39 @@ BOOL SwitchChromePasswordManager(BOOL on, NSError** error) {
         *error = failure;
     }
     return failure == nil;
+}
+
+// What is another one when the file was written since: which file it is, its size and its time.
+NSArray* StateOf(NSString* path) {
+    NSString* file = [path stringByResolvingSymlinksInPath];
+    NSArray* keys =
+        [NSArray arrayWithObjects:NSFileSystemFileNumber, NSFileSize, NSFileModificationDate, nil];
+    return [[[NSFileManager defaultManager] attributesOfItemAtPath:file error:NULL]
+        objectsForKeys:keys
+        notFoundMarker:[NSNull null]];
+}
+
+}  // namespace
+
+BOOL SwitchChromePasswordManager(BOOL on, NSError** error) {
+    NSString* path = ChromePreferences();
+    NSArray* state = StateOf(path);
+    std::string edited;
+    if (!ReadEdited(path, on, edited, error)) {
+        return NO;
+    }
+    for (int again = 0; again < kMostFurtherReadings; ++again) {
+        NSArray* now = StateOf(path);
+        if ([now isEqual:state]) {
+            break;
+        }
+        state = now;
+        if (!ReadEdited(path, on, edited, NULL)) {
+            return YES;
+        }
+    }
+    [[NSData dataWithBytesNoCopy:const_cast<char*>(edited.data())
+                          length:edited.size()
+                    freeWhenDone:NO] writeToFile:path atomically:YES];
+    return YES;
 }

@@ -61,12 +61,23 @@ void CollectTarget(NSArray* nodes, NSString* target, NSMutableArray* removals) {
     }
 }
 
+void RemoveExtension(NSXMLDocument* registry, NSString* identifier) {
+    NSArray* nodes = [[registry rootElement] children];
+    NSMutableArray* removals = [NSMutableArray array];
+    NSString* target = CollectExtension(nodes, identifier, removals);
+    if ([target length] > 0) {
+        CollectTarget(nodes, target, removals);
+    }
+    // One that is listed twice has no parent left the second time.
+    [removals makeObjectsPerformSelector:@selector(detach)];
+}
+
 }  // namespace
 
 @implementation FFoxInstall (LegacyCleanup)
 
-+ (void)removeExtension:(NSString*)identifier fromRdfFile:(NSString*)path {
-    if ([identifier length] == 0 || path == nil) {
++ (void)removeExtensions:(NSArray*)identifiers fromRdfFile:(NSString*)path {
+    if (path == nil) {
         return;
     }
     // A registry can be large, and there may be many: each edit gives back what it took.
@@ -78,15 +89,16 @@ void CollectTarget(NSArray* nodes, NSString* target, NSMutableArray* removals) {
         if (registry == nil) {
             return;
         }
-        NSArray* nodes = [[registry rootElement] children];
-        NSMutableArray* removals = [NSMutableArray array];
-        NSString* target = CollectExtension(nodes, identifier, removals);
-        if ([target length] > 0) {
-            CollectTarget(nodes, target, removals);
+        for (NSString* identifier in identifiers) {
+            RemoveExtension(registry, identifier);
         }
-        // One that is listed twice has no parent left the second time.
-        [removals makeObjectsPerformSelector:@selector(detach)];
         [[registry XMLData] writeToFile:path atomically:YES];
+    }
+}
+
++ (void)removeExtension:(NSString*)identifier fromRdfFile:(NSString*)path {
+    if ([identifier length] > 0) {
+        [FFoxInstall removeExtensions:[NSArray arrayWithObject:identifier] fromRdfFile:path];
     }
 }
 

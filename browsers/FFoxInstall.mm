@@ -105,10 +105,11 @@ void RemoveTypes(NSString* folder) {
 }
 
 void CleanProfile(NSString* profile) {
-    NSString* registry = [profile stringByAppendingPathComponent:kRegistry];
-    [FFoxInstall removeExtension:@KS_FIREFOX_BUTTON_IDENTIFIER fromRdfFile:registry];
-    [FFoxInstall removeExtension:@KS_FIREFOX_SHORT_IDENTIFIER fromRdfFile:registry];
-    [FFoxInstall removeExtension:@KS_FIREFOX_MAIN_IDENTIFIER fromRdfFile:registry];
+    NSArray* identifiers =
+        [NSArray arrayWithObjects:@KS_FIREFOX_BUTTON_IDENTIFIER, @KS_FIREFOX_SHORT_IDENTIFIER,
+                                  @KS_FIREFOX_MAIN_IDENTIFIER, nil];
+    [FFoxInstall removeExtensions:identifiers
+                      fromRdfFile:[profile stringByAppendingPathComponent:kRegistry]];
     [FFoxInstall clearFFoxCache:profile];
 }
 

@@ -7,7 +7,8 @@
 set(KS_ROOMS product crypto logging settings platform ui privileged browsers installer)
 list(TRANSFORM KS_ROOMS REPLACE "(.+)" "$<TARGET_OBJECTS:room_\\1>" OUTPUT_VARIABLE KS_ROOM_OBJECTS)
 list(FILTER KS_ROOM_OBJECTS EXCLUDE REGEX room_product)  # headers alone
-list(APPEND KS_ROOM_OBJECTS $<TARGET_OBJECTS:ciphers>)   # crypto's, apart from its other half
+# Parts of crypto and platform that stand apart, for the tools.
+list(APPEND KS_ROOM_OBJECTS $<TARGET_OBJECTS:ciphers> $<TARGET_OBJECTS:utf8> $<TARGET_OBJECTS:property_lists>)
 
 # Where the installer and what it needs beside it are installed to.
 set(KS_PROGRAM_DESTINATION libexec/keystrel)

@@ -1,7 +1,5 @@
 #include "crypto/Utf8.h"
 
-#include <cstddef>
-
 namespace {
 
 // The characters that begin with one of these bytes: how many bytes follow, and between which
@@ -29,9 +27,16 @@ const Lead* LeadOf(unsigned char byte) {
     return nullptr;
 }
 
-// The length of the character of several bytes at the start; 0 if there is none.
-std::size_t Length(std::string_view bytes) {
+}  // namespace
+
+std::size_t Utf8CharacterLength(std::string_view bytes) {
     const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    if (bytes.empty()) {
+        return 0;
+    }
+    if (at(0) < 0x80) {
+        return 1;
+    }
     const Lead* lead = LeadOf(at(0));
     if (lead == nullptr || bytes.size() <= lead->following || at(1) < lead->secondLeast ||
         at(1) > lead->secondMost) {
@@ -45,12 +50,9 @@ std::size_t Length(std::string_view bytes) {
     return lead->following + 1;
 }
 
-}  // namespace
-
 bool IsUtf8(std::string_view bytes) {
     while (!bytes.empty()) {
-        const std::size_t length =
-            static_cast<unsigned char>(bytes.front()) < 0x80 ? 1 : Length(bytes);
+        const std::size_t length = Utf8CharacterLength(bytes);
         if (length == 0) {
             return false;
         }

@@ -1,6 +1,9 @@
 #include "logging/CLogger.h"
 
+#include <errno.h>
+#include <string.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -135,20 +138,18 @@ void CLogger::LogPrint(LogLevel messageLevel, const char* format, va_list args) 
     if (!enabled || level < messageLevel) {
         return;
     }
-    WriteHeader(messageLevel);
+    AddHeader(messageLevel);
 
     const int length = vsnprintf(buffer, bufferSize, format, args);
     if (length < 0) {
         buffer[0] = '\0';
     }
     puts(buffer);
-    WriteBuffer(length);
-    if (file != nullptr) {
-        fflush(file.get());
-    }
+    AddBuffer(length);
+    WriteToFile();
 }
 
-void CLogger::WriteHeader(LogLevel messageLevel) {
+void CLogger::AddHeader(LogLevel messageLevel) {
     int length = 0;
     if (const char* word = HeaderWord(messageLevel)) {
         const tm now = LocalTime();
@@ -159,12 +160,12 @@ void CLogger::WriteHeader(LogLevel messageLevel) {
     // Meant: without a header the console shows whatever the buffer last held. It may be cipher
     // text that fills the buffer to its end.
     printf("\n%.*s", static_cast<int>(bufferSize), buffer);
-    WriteBuffer(length);
+    AddBuffer(length);
 }
 
-// Writes what a printf function left in the buffer, enciphered in place where the log is
+// Adds what a printf function left in the buffer, enciphered in place where the log is
 // enciphered.
-void CLogger::WriteBuffer(int formattedLength) {
+void CLogger::AddBuffer(int formattedLength) {
     // No stream, or no engine for a log that must not show plain text: nothing to write to.
     if (formattedLength <= 0 || file == nullptr || (encrypted && engine == nullptr)) {
         return;
@@ -178,7 +179,23 @@ void CLogger::WriteBuffer(int formattedLength) {
         uint8_t* bytes = reinterpret_cast<uint8_t*>(buffer);
         engine->Encrypt(bytes, bytes, length);
     }
-    fwrite(buffer, 1, length, file.get());
+    memcpy(pending + pendingLength, buffer, length);
+    pendingLength += length;
+}
+
+// Not by fwrite: it would part a message where the stream's own buffer ends, and lose it when the
+// call is interrupted.
+void CLogger::WriteToFile() {
+    const char* next = pending;
+    while (pendingLength > 0) {
+        const ssize_t count = write(fileno(file.get()), next, pendingLength);
+        if (count > 0) {
+            next += count;
+            pendingLength -= static_cast<size_t>(count);
+        } else if (count == 0 || errno != EINTR) {
+            pendingLength = 0;
+        }
+    }
 }
 
 void CLogger::WriteLog(LogLevel level, const char* format, ...) {

@@ -18,8 +18,9 @@ class EncryptionEngine;
 /// blocks.
 ///
 /// Everything that writes holds one mutex for the whole message, so messages of different threads
-/// never mix. Writing allocates nothing. A message must not be logged from inside another one's
-/// formatting.
+/// never mix. A message reaches the file in one call, so those of several processes that share a
+/// file do not mix either; one that is interrupted or cut short goes on. Writing allocates nothing.
+/// A message must not be logged from inside another one's formatting.
 class CLogger {
   public:
     /// A smaller number is more severe. A message is written when its level is at most the
@@ -101,8 +102,11 @@ class CLogger {
         void operator()(FILE* stream) const { fclose(stream); }
     };
 
-    void WriteHeader(LogLevel level);
-    void WriteBuffer(int formattedLength);
+    static constexpr size_t kLongestHeader = 32;  // enciphered
+
+    void AddHeader(LogLevel level);
+    void AddBuffer(int formattedLength);
+    void WriteToFile();
 
     std::mutex mutex;
     std::string path;
@@ -115,4 +119,6 @@ class CLogger {
     std::unique_ptr<EncryptionEngine> engine;
     uint32_t bufferSize = sizeof(buffer);
     char buffer[10240] = {};
+    char pending[kLongestHeader + sizeof buffer] = {};  // what the message adds to the file
+    size_t pendingLength = 0;
 };

@@ -1,23 +1,26 @@
 #include "platform/FileModes.h"
 
+#include <sys/stat.h>
+
+#include <string>
+
+#include "crypto/CocoaStrings.h"
 #include "product/Places.h"
 
-namespace {
-
-NSDictionary* Mode(short mode) {
-    return [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:mode]
-                                       forKey:NSFilePosixPermissions];
-}
-
-}  // namespace
-
 BOOL CreateOpenFolder(NSString* path, NSError** error) {
+    NSDictionary* attributes =
+        [NSDictionary dictionaryWithObject:[NSNumber numberWithShort:kOpenToEverybody]
+                                    forKey:NSFilePosixPermissions];
     return [[NSFileManager defaultManager] createDirectoryAtPath:path
                                      withIntermediateDirectories:YES
-                                                      attributes:Mode(kOpenToEverybody)
+                                                      attributes:attributes
                                                            error:error];
 }
 
-BOOL SetFileMode(NSString* path, short mode) {
-    return [[NSFileManager defaultManager] setAttributes:Mode(mode) ofItemAtPath:path error:NULL];
+BOOL SetFileMode(NSString* path, mode_t mode) {
+    const std::string file = Utf8Bytes(path);
+    struct stat info;
+    // Between the two calls a link may come: lchmod does not follow it.
+    return lstat(file.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
+           lchmod(file.c_str(), mode) == 0;
 }

@@ -25,7 +25,7 @@ const char* const kCommandRight = "com.mycompany.myapplication.command2PA";
 
 NSString* const kJobScript = @"/private/tmp/%@.sh";
 NSString* const kJobScriptType = @"sh";
-const short kJobScriptMode = 0775;
+const mode_t kJobScriptMode = 0775;
 const char* const kTemporaryFolderVariable = "TMPDIR";
 const char* const kTemporaryFolder = "/private/tmp/";
 const useconds_t kBlessingPause = 1000000;

@@ -15,6 +15,8 @@ CHAPTERS = [
     "kills",
     "fuzzing",
     "limits",
+    "machines",
+    "mutation",
 ]
 
 

@@ -6,6 +6,7 @@ import random
 import pytest
 
 from tests.support import build
+from tests.support.mac import Mac
 
 SEED = "KS_TEST_SEED"
 
@@ -40,3 +41,9 @@ def pytest_terminal_summary(terminalreporter):
 def renew_pins(request):
     """Whether pins are to be written."""
     return request.config.getoption("--renew-pins")
+
+
+@pytest.fixture(scope="session", autouse=True)
+def machine_templates(tmp_path_factory):
+    """Where the machines of this session are copied from."""
+    Mac.templates = tmp_path_factory.mktemp("machines")

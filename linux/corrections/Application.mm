@@ -8,12 +8,18 @@
 //  - until the launching is finished no window becomes the key window, so none takes the keyboard;
 //    a Mac's modal window takes it in any case;
 //  - finishing takes the command line for names of files, and says in a panel that it cannot open
-//    them.
+//    them;
+//  - finishing offers the program's services to others, and waits for thirteen seconds where a lost
+//    program has left the list of them locked;
+//  - it takes the signals that end a program, and does nothing on them; an exception that nobody
+//    catches opens a panel of its own.
 #include <AppKit/AppKit.h>
 #include <GNUstepGUI/GSDisplayServer.h>
+#include <GNUstepGUI/GSServicesManager.h>
 #include <X11/Xlib.h>
 #include <dlfcn.h>
 
+#include <csignal>
 #include <memory>
 
 #include "linux/corrections/FrameOffsets.h"
@@ -24,6 +30,27 @@ bool isDisplayLost = false;
 
 struct DisplayCloser {
     void operator()(Display* display) const { XCloseDisplay(display); }
+};
+
+/// What ends the program as it was, once the application is made.
+class KeptEndings {
+  public:
+    KeptEndings() : uncaught(NSGetUncaughtExceptionHandler()) {
+        sigaction(SIGTERM, nullptr, &terminate);
+        sigaction(SIGINT, nullptr, &interrupt);
+    }
+    ~KeptEndings() {
+        sigaction(SIGTERM, &terminate, nullptr);
+        sigaction(SIGINT, &interrupt, nullptr);
+        NSSetUncaughtExceptionHandler(uncaught);
+    }
+    KeptEndings(const KeptEndings&) = delete;
+    KeptEndings& operator=(const KeptEndings&) = delete;
+
+  private:
+    NSUncaughtExceptionHandler* const uncaught;
+    struct sigaction terminate = {};
+    struct sigaction interrupt = {};
 };
 
 void RegisterLook() {
@@ -80,6 +107,7 @@ extern "C" XModifierKeymap* XGetModifierMapping(Display* display) {
     }
     RegisterLook();
     const FrameOffsets offsets(display.get());
+    const KeptEndings endings;
     NSApplication* application = [self applicationOrNil];
     if (application) {
         [application finishLaunching];
@@ -97,6 +125,13 @@ extern "C" XModifierKeymap* XGetModifierMapping(Display* display) {
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy {
     (void)policy;
     return YES;
+}
+
+@end
+
+@implementation GSServicesManager (NoServices)
+
+- (void)mac_registerAsServiceProvider {
 }
 
 @end

@@ -1,7 +1,9 @@
 #include "linux/corrections/CocoaErrors.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 
 // GNUstep's value is the constant's own name.
 NSString* const NSUnderlyingErrorKey = @"NSUnderlyingError";
@@ -12,53 +14,45 @@ NSString* const kVariant = @"NSUserStringVariant";
 NSString* const kMissingFile = @"fnfErr: File not found";
 constexpr NSInteger kMissingFileStatus = -43;
 
-/// The numbers that differ on a Mac.
-constexpr struct {
+/// An errno, its number on a Mac, and the codes of what fails with it.
+struct KnownError {
     int here;
     int mac;
-} kErrorNumbers[] = {{ENAMETOOLONG, 63}, {ELOOP, 62}, {ENOTEMPTY, 66}, {ENOTSUP, 45}, {EDQUOT, 69}};
+    NSInteger reading = NSFileReadUnknownError;
+    NSInteger writing = NSFileWriteUnknownError;
+};
+
+constexpr KnownError kKnownErrors[] = {
+    {ENOENT, ENOENT, NSFileReadNoSuchFileError, NSFileNoSuchFileError},
+    {EACCES, EACCES, NSFileReadNoPermissionError, NSFileWriteNoPermissionError},
+    {EPERM, EPERM, NSFileReadNoPermissionError, NSFileWriteNoPermissionError},
+    {kInvalidName, 0, NSFileReadInvalidFileNameError, NSFileWriteInvalidFileNameError},
+    {ENAMETOOLONG, 63, NSFileReadInvalidFileNameError, NSFileWriteInvalidFileNameError},
+    {EFBIG, EFBIG, NSFileReadTooLargeError},
+    {EEXIST, EEXIST, NSFileReadUnknownError, NSFileWriteFileExistsError},
+    {ENOSPC, ENOSPC, NSFileReadUnknownError, NSFileWriteOutOfSpaceError},
+    {EDQUOT, 69, NSFileReadUnknownError, NSFileWriteOutOfSpaceError},
+    {EROFS, EROFS, NSFileReadUnknownError, NSFileWriteVolumeReadOnlyError},
+    {ELOOP, 62},
+    {ENOTEMPTY, 66},
+    {ENOTSUP, 45},
+};
+
+/// The row with this number in that column; else one that has it in both.
+KnownError Known(int KnownError::*column, int number) {
+    const auto* const row =
+        std::find_if(std::begin(kKnownErrors), std::end(kKnownErrors),
+                     [&](const KnownError& known) { return known.*column == number; });
+    return row == std::end(kKnownErrors) ? KnownError{number, number} : *row;
+}
 
 bool IsReading(FileAction action) {
     return action == FileAction::Read || action == FileAction::List;
 }
 
-NSInteger ReadingCode(int posixError) {
-    switch (posixError) {
-        case ENOENT:
-            return NSFileReadNoSuchFileError;
-        case EACCES:
-        case EPERM:
-            return NSFileReadNoPermissionError;
-        case kInvalidName:
-        case ENAMETOOLONG:
-            return NSFileReadInvalidFileNameError;
-        case EFBIG:
-            return NSFileReadTooLargeError;
-        default:
-            return NSFileReadUnknownError;
-    }
-}
-
-NSInteger WritingCode(int posixError) {
-    switch (posixError) {
-        case ENOENT:
-            return NSFileNoSuchFileError;
-        case EACCES:
-        case EPERM:
-            return NSFileWriteNoPermissionError;
-        case kInvalidName:
-        case ENAMETOOLONG:
-            return NSFileWriteInvalidFileNameError;
-        case EEXIST:
-            return NSFileWriteFileExistsError;
-        case ENOSPC:
-        case EDQUOT:
-            return NSFileWriteOutOfSpaceError;
-        case EROFS:
-            return NSFileWriteVolumeReadOnlyError;
-        default:
-            return NSFileWriteUnknownError;
-    }
+NSInteger CodeOf(FileAction action, int posixError) {
+    const KnownError known = Known(&KnownError::here, posixError);
+    return IsReading(action) ? known.reading : known.writing;
 }
 
 /// The sentence of a failure, with "N" for the item's name and "F" for a folder's.
@@ -122,11 +116,9 @@ NSError* InnerError(FileAction action, int posixError) {
     if (action == FileAction::List && posixError == ENOENT) {
         return [NSError errorWithDomain:NSOSStatusErrorDomain code:kMissingFileStatus userInfo:nil];
     }
-    int number = posixError;
-    for (const auto& known : kErrorNumbers) {
-        number = known.here == posixError ? known.mac : number;
-    }
-    return [NSError errorWithDomain:NSPOSIXErrorDomain code:number userInfo:nil];
+    return [NSError errorWithDomain:NSPOSIXErrorDomain
+                               code:Known(&KnownError::here, posixError).mac
+                           userInfo:nil];
 }
 
 NSString* Variant(FileAction action) {
@@ -176,10 +168,7 @@ NSString* KnownText(NSError* error) {
     if (![domain isEqual:NSPOSIXErrorDomain]) {
         return nil;
     }
-    int number = static_cast<int>(code);
-    for (const auto& known : kErrorNumbers) {
-        number = known.mac == code ? known.here : number;
-    }
+    const int number = Known(&KnownError::mac, static_cast<int>(code)).here;
     return [NSString stringWithUTF8String:std::strerror(number)];
 }
 
@@ -205,7 +194,7 @@ BOOL Fail(NSError** slot, FileAction action, int posixError, NSString* path, NSS
     if (slot == nullptr) {
         return NO;
     }
-    const NSInteger code = IsReading(action) ? ReadingCode(posixError) : WritingCode(posixError);
+    const NSInteger code = CodeOf(action, posixError);
     NSMutableDictionary* info = [NSMutableDictionary dictionary];
     if (posixError != kInvalidName) {
         [info setObject:InnerError(action, posixError) forKey:NSUnderlyingErrorKey];

@@ -1,6 +1,6 @@
 // The file manager's errors say what failed and why; GNUstep's are empty or of another domain. It
 // takes an unreadable folder for an empty one and a file for a folder, and lacks
-// setAttributes:ofItemAtPath:error: and subpathsOfDirectoryAtPath:error:.
+// subpathsOfDirectoryAtPath:error:.
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -73,20 +73,6 @@ NSArray* Listed(NSString* path, int (*list)(const std::string&, std::vector<std:
         chmod(folder.c_str(), static_cast<mode_t>(mode));
     }
     return YES;
-}
-
-- (BOOL)setAttributes:(NSDictionary*)attributes
-         ofItemAtPath:(NSString*)path
-                error:(NSError**)error {
-    std::string file;
-    if (!FileSystemPath(path, file)) {
-        return Fail(error, FileAction::Write, kInvalidName, path);
-    }
-    const int mode = ModeOf(attributes);
-    struct stat info;
-    const bool done = mode == kModeByUmask ? stat(file.c_str(), &info) == 0
-                                           : chmod(file.c_str(), static_cast<mode_t>(mode)) == 0;
-    return done || Fail(error, FileAction::Write, errno, path);
 }
 
 - (NSArray*)mac_contentsOfDirectoryAtPath:(NSString*)path error:(NSError**)error {

@@ -5,12 +5,6 @@
 
 #include <algorithm>
 
-@interface GSMutableString : NSMutableString
-@end
-
-@interface GSUnicodeString : NSString
-@end
-
 namespace {
 
 constexpr unichar kMark = 0xFEFF;
@@ -32,20 +26,6 @@ id InitWithMarked(NSString* string, const unichar* characters, NSUInteger length
                           freeWhenDone:YES];
 }
 
-id InitWithOwnCharacters(NSString* string, unichar* characters, NSUInteger length, BOOL free) {
-    if (!StartsWithMark(characters, length)) {
-        return [string initWithBytesNoCopy:characters
-                                    length:length * sizeof(unichar)
-                                  encoding:NSUnicodeStringEncoding
-                              freeWhenDone:free];
-    }
-    id result = InitWithMarked(string, characters, length);
-    if (free) {
-        NSZoneFree(NSZoneFromPointer(characters), characters);
-    }
-    return result;
-}
-
 }  // namespace
 
 @implementation NSString (LeadingMark)
@@ -62,37 +42,17 @@ id InitWithOwnCharacters(NSString* string, unichar* characters, NSUInteger lengt
 - (id)mac_initWithCharactersNoCopy:(unichar*)characters
                             length:(NSUInteger)length
                       freeWhenDone:(BOOL)free {
-    return InitWithOwnCharacters(self, characters, length, free);
-}
-
-@end
-
-@implementation GSMutableString (LeadingMark)
-
-- (id)mac_initWithCharactersNoCopy:(unichar*)characters
-                            length:(NSUInteger)length
-                      freeWhenDone:(BOOL)free {
-    return InitWithOwnCharacters(self, characters, length, free);
-}
-
-- (id)mac_mutableCopy {
-    return [self mutableCopyWithZone:NSDefaultMallocZone()];
-}
-
-- (id)mac_mutableCopyWithZone:(NSZone*)zone {
-    return [[NSMutableString allocWithZone:zone] initWithString:self];
-}
-
-@end
-
-@implementation GSUnicodeString (LeadingMark)
-
-- (id)mac_mutableCopy {
-    return [self mutableCopyWithZone:NSDefaultMallocZone()];
-}
-
-- (id)mac_mutableCopyWithZone:(NSZone*)zone {
-    return [[NSMutableString allocWithZone:zone] initWithString:self];
+    if (!StartsWithMark(characters, length)) {
+        return [self initWithBytesNoCopy:characters
+                                  length:length * sizeof(unichar)
+                                encoding:NSUnicodeStringEncoding
+                            freeWhenDone:free];
+    }
+    id result = InitWithMarked(self, characters, length);
+    if (free) {
+        NSZoneFree(NSZoneFromPointer(characters), characters);
+    }
+    return result;
 }
 
 @end

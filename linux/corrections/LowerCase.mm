@@ -5,12 +5,6 @@
 
 #include <memory>
 
-@interface GSMutableString : NSMutableString
-@end
-
-@interface GSUnicodeString : NSString
-@end
-
 namespace {
 
 /// @return nil for text that UTF-8 cannot hold
@@ -36,24 +30,6 @@ NSString* Lowered(NSString* text) {
 }  // namespace
 
 @implementation NSString (LowerCase)
-
-- (NSString*)mac_lowercaseString {
-    NSString* lowered = Lowered(self);
-    return lowered != nil ? lowered : [self mac_lowercaseString];
-}
-
-@end
-
-@implementation GSMutableString (LowerCase)
-
-- (NSString*)mac_lowercaseString {
-    NSString* lowered = Lowered(self);
-    return lowered != nil ? lowered : [self mac_lowercaseString];
-}
-
-@end
-
-@implementation GSUnicodeString (LowerCase)
 
 - (NSString*)mac_lowercaseString {
     NSString* lowered = Lowered(self);

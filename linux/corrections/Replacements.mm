@@ -18,15 +18,15 @@ const Replacement kReplacements[] = {
     // Strings
     {"NSString", "+defaultCStringEncoding"},
     {"NSString", "-lowercaseString"},
-    {"GSMutableString", "-lowercaseString"},
-    {"GSUnicodeString", "-lowercaseString"},
+    {"GSMutableString", "-lowercaseString", true},
+    {"GSUnicodeString", "-lowercaseString", true},
     {"NSString", "-initWithCharacters:length:"},
     {"NSString", "-initWithCharactersNoCopy:length:freeWhenDone:"},
-    {"GSMutableString", "-initWithCharactersNoCopy:length:freeWhenDone:"},
-    {"GSMutableString", "-mutableCopy"},
-    {"GSMutableString", "-mutableCopyWithZone:"},
-    {"GSUnicodeString", "-mutableCopy"},
-    {"GSUnicodeString", "-mutableCopyWithZone:"},
+    {"GSMutableString", "-initWithCharactersNoCopy:length:freeWhenDone:", true},
+    {"GSMutableString", "-mutableCopy", true},
+    {"GSMutableString", "-mutableCopyWithZone:", true},
+    {"GSUnicodeString", "-mutableCopy", true},
+    {"GSUnicodeString", "-mutableCopyWithZone:", true},
     {"NSString", "-stringByReplacingOccurrencesOfString:withString:options:range:"},
     // Files
     {"NSString", "-initWithContentsOfFile:encoding:error:"},
@@ -70,6 +70,7 @@ const Replacement kReplacements[] = {
     {"NSApplication", "-runModalForWindow:"},
     {"NSApplication", "-stopModalWithCode:"},
     {"GSDisplayServer", "-getEventMatchingMask:beforeDate:inMode:dequeue:"},
+    {"GSServicesManager", "-registerAsServiceProvider"},
     {"GSTheme", "-drawFocusFrame:view:"},
     {"NSButton", "-performKeyEquivalent:"},
     {"NSButtonCell", "-setKeyEquivalent:"},
@@ -113,17 +114,28 @@ Class OwnerOf(const Replacement& replacement) {
     return owner != nullptr && replacement.method[0] == '+' ? object_getClass(owner) : owner;
 }
 
+Method MethodOfParents(Class owner, const std::string& selector) {
+    Method found = nullptr;
+    while (found == nullptr && (owner = class_getSuperclass(owner)) != nullptr) {
+        found = OwnMethod(owner, selector);
+    }
+    return found;
+}
+
 // The runtime's own exchange forgets the subclasses of a class that is in use. For another class it
 // writes into a table that all of those share, so that every one of them would answer.
 bool Exchange(const Replacement& replacement) {
     const std::string selector = replacement.method + 1;
-    const std::string macSelector = "mac_" + selector;
+    const std::string macSelector = (replacement.isInherited ? "" : "mac_") + selector;
     const Class owner = OwnerOf(replacement);
     const Method original = OwnMethod(owner, selector);
-    const Method mac = OwnMethod(owner, macSelector);
+    const Method mac =
+        replacement.isInherited ? MethodOfParents(owner, selector) : OwnMethod(owner, macSelector);
     if (original != nullptr && mac != nullptr) {
-        std::swap(reinterpret_cast<MethodRecord*>(original)->function,
-                  reinterpret_cast<MethodRecord*>(mac)->function);
+        IMP& replaced = reinterpret_cast<MethodRecord*>(original)->function;
+        IMP& replacing = reinterpret_cast<MethodRecord*>(mac)->function;
+        const IMP previous = std::exchange(replaced, replacing);
+        replacing = replacement.isInherited ? replacing : previous;
         return true;
     }
     std::fprintf(stderr, "libmacos-standins: %c[%s %s] is missing\n", replacement.method[0],

@@ -21,8 +21,7 @@ def main(arguments):
     options = _parser().parse_args(own)
     options.program = program
     try:
-        found = None if options.command is _diff else host.settle(arguments)
-        return options.command(options, found) or 0
+        return options.command(options, host.settle(arguments)) or 0
     except (Trouble, OSError) as trouble:
         print(f"macroot: {trouble}", file=sys.stderr)
         return CANNOT_WORK
@@ -50,11 +49,6 @@ def _run(options, found):
 def _manifest(options, found):
     from macroot import manifest
     sys.stdout.writelines(line + "\n" for line in manifest.lines(options.tree, found))
-
-
-def _diff(options, _):
-    from macroot import manifest
-    return manifest.show_difference(options.before, options.after)
 
 
 def _delete(options, _):
@@ -149,10 +143,6 @@ def _parser():
 
     manifest = command("manifest", _manifest, "one line an entry of TREE, sorted by path")
     manifest.add_argument("tree", metavar="TREE")
-
-    diff = command("diff", _diff, "show how two manifests differ; the status is 1 when they do")
-    diff.add_argument("before", metavar="BEFORE")
-    diff.add_argument("after", metavar="AFTER")
 
     delete = command("delete", _delete, "remove TREE, whoever owns what is in it")
     delete.add_argument("tree", metavar="TREE")

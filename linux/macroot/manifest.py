@@ -1,4 +1,4 @@
-"""What a tree holds, one line an entry, and how two such lists differ."""
+"""What a tree holds, one line an entry."""
 
 import hashlib
 import os
@@ -77,55 +77,3 @@ def _printable(path):
         char if char.isprintable() and char != "\\"
         else "".join(f"\\x{byte:02x}" for byte in char.encode("utf-8", "surrogateescape"))
         for char in text)
-
-
-def show_difference(before, after):
-    """Prints what was added, removed and changed; 1 when the manifests differ, else 0."""
-    old, new = _read(before), _read(after)
-    groups = (
-        ("added", [_described(new[path]) for path in sorted(new.keys() - old.keys())]),
-        ("removed", [_described(old[path]) for path in sorted(old.keys() - new.keys())]),
-        ("changed", [f"{path}  ({_changes(old[path], new[path])})"
-                     for path in sorted(old.keys() & new.keys()) if old[path] != new[path]]),
-    )
-    for name, described in groups:
-        if described:
-            print(f"{name}:")
-            for line in described:
-                print(f"  {line}")
-    return 1 if any(described for _, described in groups) else 0
-
-
-def _read(manifest):
-    try:
-        with open(manifest, encoding="utf-8") as file:
-            entries = [line.rstrip("\n").split("\t") for line in file]
-    except (OSError, UnicodeDecodeError) as error:
-        raise Trouble(f"cannot read {manifest}: {error}") from error
-    if any(len(entry) not in (4, 5) for entry in entries):
-        raise Trouble(f"{manifest} is no manifest")
-    return {entry[3]: entry for entry in entries}
-
-
-def _described(entry):
-    kind, mode, owner, path, *content = entry
-    if kind == "l":
-        return f"{path} -> {content[0]}  ({owner})"
-    return f"{path}{'/' if kind == 'd' else ''}  ({mode} {owner})"
-
-
-_NAMES = {"d": "a folder", "f": "a file", "l": "a link", "p": "a pipe", "s": "a socket",
-          "c": "a device", "b": "a device"}
-
-
-def _changes(old, new):
-    words = []
-    if old[0] != new[0]:
-        words.append(f"{_NAMES.get(old[0], old[0])} became {_NAMES.get(new[0], new[0])}")
-    if old[1] != new[1]:
-        words.append(f"mode {old[1]} -> {new[1]}")
-    if old[2] != new[2]:
-        words.append(f"owner {old[2]} -> {new[2]}")
-    if old[0] == new[0] and old[4:] != new[4:]:
-        words.append(f"target {old[4]} -> {new[4]}" if old[0] == "l" else "content")
-    return ", ".join(words)

@@ -352,11 +352,12 @@ TEST_F(ChromeInstallTest, WithoutChromeNothingIsInstalledAndNothingAsked) {
     EXPECT_TRUE([ChromeInstall InstallExtension]);
     EXPECT_FALSE([ChromeInstall IsExtensionInstalled]);
     EXPECT_FALSE(KSEnvironement::GetIsChromeInstalled());
+    EXPECT_FALSE(IsChromeInstalledBridgeCPP());
     ASSERT_EQ(rename(aside.c_str(), application.c_str()), 0);
     EXPECT_TRUE(scripts.empty());
     EXPECT_EQ(ReadFile(kPreferences), "\"exited_cleanly\": true");
     const std::string line = kWarning + "App not found";
-    EXPECT_EQ(Log(), line + line + line);
+    EXPECT_EQ(Log(), line + line + line + line);
 }
 
 }  // namespace

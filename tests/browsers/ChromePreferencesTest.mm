@@ -1,6 +1,7 @@
 // The edits of Chrome's preferences, on a real file.
 #include "browsers/ChromePreferences.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 #include <stdexcept>
 
 #include "tests/support/Files.h"
+#include "tests/support/ReplacedMethod.h"
 #include "tests/support/TemporaryFolder.h"
 
 // Freed memory counts as used until AddressSanitizer gives it back: let it do so at once.
@@ -213,6 +215,125 @@ TEST_F(ChromePreferencesTest, ALinkIsReplacedByAFile) {
     EXPECT_TRUE(S_ISREG(entry.st_mode));
     EXPECT_EQ(ReadFile(kFile), kOff);
     EXPECT_EQ(ReadFile(elsewhere / "target"), kOn);
+}
+
+// Chrome writes its preferences at any time: here, behind each reading.
+class RewrittenPreferencesTest : public ChromePreferencesTest {
+  protected:
+    RewrittenPreferencesTest() {
+        readings = 0;
+        original = replaced.Original();
+    }
+
+    static int readings;
+    static void (*rewrite)();
+
+  private:
+    static id Read(id receiver, SEL selector, NSString* path, NSUInteger options, NSError** error) {
+        using Reading = id (*)(id, SEL, NSString*, NSUInteger, NSError**);
+        id data = reinterpret_cast<Reading>(original)(receiver, selector, path, options, error);
+        ++readings;
+        rewrite();
+        return data;
+    }
+
+    static IMP original;
+    const ReplacedMethod replaced {
+        ReplacedMethod::ClassMethod, [NSData class],
+            @selector(dataWithContentsOfFile:options:error:), reinterpret_cast<IMP>(Read)
+    };
+};
+
+int RewrittenPreferencesTest::readings = 0;
+void (*RewrittenPreferencesTest::rewrite)() = nullptr;
+IMP RewrittenPreferencesTest::original = nullptr;
+
+struct stat InfoOf(const std::string& path) {
+    struct stat info = {};
+    EXPECT_EQ(stat(path.c_str(), &info), 0);
+    return info;
+}
+
+void SetTime(const std::string& path, const timespec& time) {
+    const timespec times[] = {time, time};
+    EXPECT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+}
+
+// Each is told by one thing alone.
+
+void ChangeTheTime() {
+    timespec time = InfoOf(kFile).st_mtim;
+    time.tv_nsec += time.tv_nsec < 500'000'000 ? 1000 : -1000;
+    WriteFile(kFile, "b " + kOn);
+    SetTime(kFile, time);
+}
+
+void ChangeTheSize() {
+    const timespec time = InfoOf(kFile).st_mtim;
+    WriteFile(kFile, "b " + kOn + " ");
+    SetTime(kFile, time);
+}
+
+void ChangeTheFile() {
+    const std::string other = kFile + ".new";
+    WriteFile(other, "b " + kOn);
+    SetTime(other, InfoOf(kFile).st_mtim);
+    EXPECT_EQ(rename(other.c_str(), kFile.c_str()), 0);
+}
+
+TEST_F(RewrittenPreferencesTest, WhatWasWrittenSinceTheReadingIsEdited) {
+    static void (*change)() = nullptr;
+    for (const auto way : {ChangeTheTime, ChangeTheSize, ChangeTheFile}) {
+        readings = 0;
+        change = way;
+        rewrite = [] {
+            if (readings == 1) {
+                change();
+            }
+        };
+        EXPECT_EQ(Switched("a " + kOn, NO).substr(0, 2 + kOff.size()), "b " + kOff);
+        EXPECT_EQ(readings, 2);
+    }
+}
+
+TEST_F(RewrittenPreferencesTest, AFileThatNobodyWritesIsReadOnce) {
+    rewrite = [] {};
+    EXPECT_EQ(Switched(kOn, NO), kOff);
+    EXPECT_EQ(readings, 1);
+}
+
+TEST_F(RewrittenPreferencesTest, AfterThreeMoreReadingsTheLastIsWritten) {
+    rewrite = [] { WriteFile(kFile, std::string(static_cast<size_t>(readings), 'x') + kOn); };
+    EXPECT_EQ(Switched(kOn, NO), "xxx" + kOff);
+    EXPECT_EQ(readings, 4);
+}
+
+TEST_F(RewrittenPreferencesTest, WhatCannotBeReadAgainStaysWithoutAWord) {
+    rewrite = [] { WriteFile(kFile, "\xFF" + kOn); };
+    EXPECT_EQ(Switched(kOn, NO), "\xFF" + kOn);
+    EXPECT_EQ(readings, 2);
+
+    rewrite = [] { unlink(kFile.c_str()); };
+    WriteFile(kFile, kOn);
+    NSError* error = nil;
+    EXPECT_TRUE(SwitchChromePasswordManager(NO, &error));
+    EXPECT_EQ(error, nil);
+    EXPECT_NE(access(kFile.c_str(), F_OK), 0);
+}
+
+TEST_F(RewrittenPreferencesTest, BehindALinkItIsTheTargetThatCounts) {
+    const TemporaryFolder elsewhere;
+    static std::string target;
+    target = elsewhere / "target";
+    WriteFile(target, kOn);
+    ASSERT_EQ(symlink(target.c_str(), kFile.c_str()), 0);
+    rewrite = [] {
+        if (readings == 1) {
+            WriteFile(target, "b " + kOn);
+        }
+    };
+    EXPECT_TRUE(SwitchChromePasswordManager(NO, NULL));
+    EXPECT_EQ(ReadFile(kFile), "b " + kOff);
 }
 
 // The highest memory use of this process since the peak was last forgotten, in bytes.

@@ -6,6 +6,8 @@
 #include <filesystem>
 
 #include "installer/BrowserBridges.h"
+#include "settings/KSEnvironement.h"
+#include "tests/support/Files.h"
 #include "tests/support/Launching.h"
 #include "tests/support/LogFile.h"
 
@@ -93,11 +95,27 @@ TEST_F(EdgeInstallTest, TheBridgesReachTheOperations) {
     EXPECT_FALSE(IsEdgeStartedBridgeCPP());
     EXPECT_FALSE(IsEdgeExtensionInstalledBridgeCPP());
     EXPECT_TRUE(EdgeInstallExtensionBridgeCPP());
-    EXPECT_TRUE(Exists(kHostManifest));
+    ASSERT_TRUE(Exists(kHostManifest));
     EXPECT_TRUE(IsEdgeExtensionInstalledBridgeCPP());
     EXPECT_TRUE(EdgeUninstallExtensionBridgeCPP());
     EXPECT_FALSE(Exists(kHostManifest));
     EXPECT_FALSE(IsEdgeExtensionInstalledBridgeCPP());
+    EXPECT_TRUE([files removeItemAtPath:kEdgeFolder error:NULL]);
+    WriteFile([kEdgeFolder UTF8String], "in the way");
+    EXPECT_FALSE(EdgeInstallExtensionBridgeCPP());
+}
+
+TEST_F(EdgeInstallTest, TheEnvironmentTellsOfTheBrowserAndTheExtension) {
+    EXPECT_TRUE(KSEnvironement::GetIsEdgeInstalled());
+    EXPECT_FALSE(KSEnvironement::GetIsEdgeExtInstalled());
+    EXPECT_TRUE([EdgeInstall InstallExtension]);
+    EXPECT_TRUE(KSEnvironement::GetIsEdgeExtInstalled());
+    const std::string aside = "/Applications/aside";
+    ASSERT_EQ(rename(kApplication.c_str(), aside.c_str()), 0);
+    EXPECT_FALSE(KSEnvironement::GetIsEdgeInstalled());
+    EXPECT_FALSE(IsEdgeInstalledBridgeCPP());
+    EXPECT_FALSE(KSEnvironement::GetIsEdgeExtInstalled());
+    ASSERT_EQ(rename(aside.c_str(), kApplication.c_str()), 0);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <AppKit/AppKit.h>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -356,6 +357,32 @@ TEST_F(FFoxInstallTest, ProfilesAreEverythingInTheirFolder) {
     EXPECT_TRUE([profiles isEqual:expected]) << Text([profiles description]);
     OutputOf("rm -r '" + kProfiles + "'; touch '" + kProfiles + "'");
     EXPECT_EQ([[FFoxInstall ffoxProfiles] count], 0U);
+}
+
+// How often a file was moved to its place in one of the folders that are watched.
+size_t Arrivals(int watch) {
+    alignas(inotify_event) char events[4096];
+    const ssize_t length = read(watch, events, sizeof events);
+    size_t arrivals = 0;
+    for (ssize_t at = 0; at < length;) {
+        const auto* event = reinterpret_cast<const inotify_event*>(events + at);
+        arrivals += (event->mask & IN_MOVED_TO) != 0;
+        at += static_cast<ssize_t>(sizeof *event + event->len);
+    }
+    return arrivals;
+}
+
+TEST_F(FFoxInstallTest, ARemovalWritesEachRegistryOnce) {
+    const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    for (const std::string& profile : {kProfiles + "/one", kProfiles + "/two"}) {
+        MakeFolder(profile);
+        WriteFile(profile + "/extensions.rdf", "<RDF:RDF xmlns:RDF=\"urn:r\"/>");
+        // Two arrivals of one name that nothing parts would be told as one.
+        ASSERT_GE(inotify_add_watch(watch, profile.c_str(), IN_CREATE | IN_MOVED_TO), 0);
+    }
+    EXPECT_TRUE([FFoxInstall UninstallExtension]);
+    EXPECT_EQ(Arrivals(watch), 2U);
+    close(watch);
 }
 
 TEST_F(FFoxInstallTest, TimeGrowsWithTheProfilesAndNotFaster) {

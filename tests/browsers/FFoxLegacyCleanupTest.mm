@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <time.h>
 
+#include <random>
+
 #include "tests/support/Command.h"
 #include "tests/support/ErrorChecks.h"
 #include "tests/support/TemporaryFolder.h"
@@ -382,6 +384,49 @@ TEST_F(FFoxLegacyCleanup, ExternalEntitiesAreNotRead) {
     EXPECT_EQ(written.find("SECRET"), std::string::npos);
     EXPECT_EQ(written.find(kOurs), std::string::npos);
     EXPECT_NE(written.find("<NS1:x>&e;</NS1:x>"), std::string::npos);
+}
+
+// Registries drawn by lot from what makes one removal meet another: names that hold several
+// identifiers, references across the extensions, pieces of text beside what goes, entities.
+TEST_F(FFoxLegacyCleanup, SeveralExtensionsGoAsOneByOneWithTheSameBytes) {
+    const std::vector<std::string> names = {"button@a.com", "ks@a.com", "xks@a.com", "other@b.org"};
+    std::vector<std::string> pieces = {"<!-- c -->",   "text",     " \n ",  "<![CDATA[ ]]>",
+                                       "<![CDATA[]]>", "&e;",      "&#32;", "&#13;",
+                                       "<?p i?>",      "<x> </x>", "&lt;"};
+    for (const std::string& name : names) {
+        for (const std::string& target : {"button@a.com"s, "rdf:#$1"s, "rdf:#$2"s, ""s}) {
+            pieces.push_back(Entry(name, target));
+            pieces.push_back(Entry(name + " " + names[1], target));
+        }
+        pieces.push_back(List("a" + Item(name) + " " + Item(names[0]) + "<![CDATA[b]]>"));
+        pieces.push_back(Record(name));
+    }
+    pieces.insert(pieces.end(), {Record("rdf:#$1"), Record("rdf:#$2")});
+
+    const std::vector<std::string> removed = {"button@a.com", "ks@a.com", "other@b.org"};
+    std::mt19937 lot(1);
+    size_t shrunk = 0;
+    for (int i = 0; i < 60; ++i) {
+        std::string text =
+            "<!DOCTYPE RDF:RDF [<!ENTITY e \" \">]>" + kHead.substr(kHead.find("<RDF"));
+        for (size_t count = lot() % 20; count > 0; --count) {
+            text += pieces[lot() % pieces.size()];
+        }
+        text += kFoot;
+        folder_.Write(kRegistry, text);
+        NSMutableArray* identifiers = [NSMutableArray array];
+        for (const std::string& identifier : removed) {
+            Remove(identifier);
+            [identifiers addObject:Text(identifier)];
+        }
+        const std::string oneByOne = folder_.Read(kRegistry);
+        shrunk += oneByOne.size() < text.size() / 2;
+
+        folder_.Write(kRegistry, text);
+        [FFoxInstall removeExtensions:identifiers fromRdfFile:Path()];
+        ASSERT_EQ(folder_.Read(kRegistry), oneByOne) << text;
+    }
+    EXPECT_GT(shrunk, 20U);
 }
 
 TEST_F(FFoxLegacyCleanup, TimeGrowsWithTheRegistryAndNotFaster) {

@@ -83,6 +83,20 @@ TEST(EncryptDecrypt, FillsTheTailsBlockFromTheOneBefore) {
     EXPECT_EQ(Encrypted(cipher, "abc"), Encrypted(cipher, "abc")) << "no state between calls";
 }
 
+// Cipher text whose last block, filled from the one before, is that of a text.
+TEST(EncryptDecrypt, DecryptsATailAsTheBlockFilledFromTheOneBefore) {
+    const EncryptDecrypt cipher = Keyed(kPassword);
+    const std::string key = kPassword.substr(0, 32);
+    const std::string text = kText.substr(0, kBlock);
+    const std::string block = Expected(key, text);
+    for (size_t tail = 0; tail < kBlock; ++tail) {
+        EXPECT_EQ(Decrypted(cipher, block + block.substr(0, tail)), text + text.substr(0, tail));
+    }
+    // Without one before, zeros fill it.
+    const std::string zeros(kBlock, '\0');
+    EXPECT_EQ(Decrypted(cipher, std::string(5, '\0')), Decrypted(cipher, zeros).substr(0, 5));
+}
+
 TEST(EncryptDecrypt, WritesTheAskedLengthOnly) {
     const EncryptDecrypt cipher = Keyed(kPassword);
     const std::string whole = Encrypted(cipher, kText.substr(0, 2 * kBlock));

@@ -5,8 +5,8 @@
 
 namespace {
 
-void Install(const char* className, const char* method) {
-    const Replacement replacement{className, method};
+void Install(const char* className, const char* method, bool isInherited = false) {
+    const Replacement replacement{className, method, isInherited};
     InstallReplacements(&replacement, 1);
 }
 
@@ -21,6 +21,10 @@ TEST(ReplacementsDeathTest, AMissingMethodEndsTheProgram) {
 
 TEST(ReplacementsDeathTest, AMissingReplacementEndsTheProgram) {
     EXPECT_DEATH(Install("NSString", "-length"), R"(-\[NSString mac_length\] is missing)");
+}
+
+TEST(ReplacementsDeathTest, AMethodThatNoParentHasEndsTheProgram) {
+    EXPECT_DEATH(Install("NSString", "-length", true), R"(-\[NSString length\] is missing)");
 }
 
 TEST(ReplacementsDeathTest, AnInheritedMethodIsNotReplaced) {

@@ -45,11 +45,6 @@ class UnusualFiles : public testing::Test {
                                   }
                                        error:&error_];
     }
-    BOOL SetMode(NSString* path, id mode) {
-        return [files_ setAttributes:@{NSFilePosixPermissions : mode}
-                        ofItemAtPath:path
-                               error:&error_];
-    }
     std::string Contents(const std::string& path) {
         return Joined([files_ contentsOfDirectoryAtPath:Text(path) error:&error_]);
     }
@@ -225,20 +220,7 @@ TEST_F(UnusualFiles, NoPathAtAllIsAnErrorOrNothing) {
     }
     EXPECT_EQ([files_ contentsOfDirectoryAtPath:nil error:nullptr], nil);
     EXPECT_EQ([files_ subpathsOfDirectoryAtPath:nil error:nullptr], nil);
-    EXPECT_FALSE([files_ setAttributes:@{} ofItemAtPath:nil error:&error_]);
-    EXPECT_EQ([error_ code], 514);
     EXPECT_EQ([NSDictionary dictionaryWithContentsOfFile:nil], nil);
-}
-
-TEST_F(UnusualFiles, PermissionsOfOthersFilesAndOtherKindsOfPermissionsAreNotSet) {
-    folder_.Write("file", "x", 0640);
-    EXPECT_TRUE(SetMode(Text(folder_ / "file"), @"not a number"));
-    EXPECT_EQ(folder_.Mode("file"), 0640U);
-    EXPECT_TRUE(Create("/", 0777));
-    const OrdinaryUser user;
-    // The root folder belongs to root on every machine.
-    EXPECT_FALSE(SetMode(@"/", @511));
-    ExpectCocoaError(error_, 513, EPERM, "/");
 }
 
 TEST_F(UnusualFiles, APipeHoldsNoDictionary) {

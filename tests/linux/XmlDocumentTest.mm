@@ -124,6 +124,7 @@ TEST_F(XmlDocument, TextOfNothingButWhiteSpaceIsDropped) {
 TEST_F(XmlDocument, WhiteSpaceThatIsPartOfALongerTextIsKept) {
     EXPECT_EQ(Rewritten("<!DOCTYPE a [<!ENTITY e 'x'>]><a>&e; &e; <![CDATA[y]]> </a>"),
               "<a>x x y </a>");
+    EXPECT_EQ(Rewritten("<a><b/> <![CDATA[]]> <b/></a>"), "<a><b></b>  <b></b></a>");
 }
 
 TEST_F(XmlDocument, EverythingElseIsKept) {

@@ -153,9 +153,12 @@ TEST(Threshold, LevelNoneWritesItsTextWithoutAHeader) {
 TEST(Threshold, LevelsAboveInfoNeedAThresholdAboveInfo) {
     const LogFile log;
     CLogger logger(log.Path(), "", false, nullptr, 0, Level(7));
+    Print(logger, CLogger::LevelInfo, "before");
+    testing::internal::CaptureStdout();
     Print(logger, Level(7), "bare");
     Print(logger, Level(8), "dropped");
-    EXPECT_EQ(log.Bytes(), "bare");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "\nbeforebare\n");
+    EXPECT_EQ(WithoutTime(log.Bytes()), kInfoHeader + "beforebare");
 }
 
 TEST(Threshold, ABufferFullOfCipherTextIsShownWithoutReadingBeyondIt) {
@@ -322,9 +325,11 @@ TEST(LogLevel, IsA32BitNumberWithASign) {
     static_assert(sizeof(CLogger::LogLevel) == 4);
     const LogFile log;
     CLogger logger(log.Path(), "", false, nullptr, 0, Level(-1));
+    testing::internal::CaptureStdout();
     Print(logger, CLogger::LevelNone, "nothing");
     Print(logger, Level(-1), "at it");
     Print(logger, Level(-2147483647 - 1), ", below it");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "\nat it\n\nat it, below it\n");
     EXPECT_EQ(log.Bytes(), "at it, below it");
 }
 

@@ -7,6 +7,7 @@
 
 #include "logging/ProcessorClock.h"
 #include "tests/support/LogFile.h"
+#include "tests/support/ReplacedMethod.h"
 
 namespace {
 
@@ -121,22 +122,28 @@ TEST_F(NSLoggerTest, TheQueriesAskTheProcessLogger) {
     EXPECT_TRUE([NSLogger IsEncryptionEnable]);
 }
 
-TEST_F(NSLoggerTest, SystemInfoIsFiveLinesInOrder) {
-    setenv("KS_TEST_MARK", "in the environment", 1);
-    [NSLogger LogSystemInfo];
-    const std::string text = WithoutTime(log.Bytes());
+NSDictionary* Environment(id /*process*/, SEL /*selector*/) {
+    return [NSDictionary dictionaryWithObjectsAndKeys:@"in the environment", @"MARK", nil];
+}
 
-    const std::string version =
-        [[[NSProcessInfo processInfo] operatingSystemVersionString] UTF8String];
-    const std::string start = header + "System Info - OS: OSX " + version + "<br>" + header +
-                              "System Info - Process Name: logging_test<br>" + header +
-                              "System Info - Process ID: " + std::to_string(getpid()) + "<br>" +
-                              header + "System Info - Environment: ";
-    EXPECT_EQ(text.substr(0, start.size()), start);
-    const size_t arguments = text.find("<br><br>" + header + "System Info - Call arguments: ");
-    ASSERT_NE(arguments, std::string::npos);
-    EXPECT_NE(text.find("logging_test", arguments), std::string::npos);
-    EXPECT_EQ(text.substr(text.size() - 4), "<br>");
+NSArray* Arguments(id /*process*/, SEL /*selector*/) {
+    return [NSArray arrayWithObjects:@"/a/program", @"-mail", @"100%", nil];
+}
+
+TEST_F(NSLoggerTest, SystemInfoIsFiveLinesInOrder) {
+    NSProcessInfo* process = [NSProcessInfo processInfo];
+    const ReplacedMethod environment(ReplacedMethod::InstanceMethod, [process class],
+                                     @selector(environment), reinterpret_cast<IMP>(Environment));
+    const ReplacedMethod arguments(ReplacedMethod::InstanceMethod, [process class],
+                                   @selector(arguments), reinterpret_cast<IMP>(Arguments));
+    [NSLogger LogSystemInfo];
+    const std::string version = [[process operatingSystemVersionString] UTF8String];
+    EXPECT_EQ(WithoutTime(log.Bytes()),
+              header + "System Info - OS: OSX " + version + "<br>" +  //
+                  header + "System Info - Process Name: logging_test<br>" + header +
+                  "System Info - Process ID: " + std::to_string(getpid()) + "<br>" + header +
+                  "System Info - Environment: {\n    MARK = \"in the environment\";\n}<br><br>" +
+                  header + "System Info - Call arguments: /a/program; -mail; 100%<br>");
 }
 
 TEST(ProcessorClock, AnswersInHertzOrSaysWhyNot) {

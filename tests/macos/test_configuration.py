@@ -152,7 +152,9 @@ def test_tests_are_built_for_the_mac_that_builds_them_and_the_product_for_every_
 
 def test_what_is_installed(build, folder):
     scripts = "".join(path.read_text() for path in (folder / "build").rglob("cmake_install.cmake"))
-    installs = re.findall(r'DESTINATION "\$\{CMAKE_INSTALL_PREFIX\}/([^"]+)" TYPE \w+ FILES((?:\s*"[^"]+")+)', scripts)
+    installs = re.findall(r'DESTINATION "\$\{CMAKE_INSTALL_PREFIX\}/([^"]+)" TYPE \w+(?: RENAME "[^"]+")? FILES((?:\s*"[^"]+")+)', scripts)
     installed = {f"{place}/{file.rsplit('/', 1)[1]}" for place, files in installs for file in re.findall(r'"([^"]+)"', files)}
     assert installed == {"bin/KSLogReader", "libexec/keystrel/KSExtensionInstaller",
-                         "libexec/keystrel/QWBrowsersAlert.nib", "libexec/keystrel/QWSyleAlert.nib"}
+                         "libexec/keystrel/QWBrowsersAlert.nib", "libexec/keystrel/QWSyleAlert.nib",
+                         "share/bash-completion/completions/KSLogReader.bash", "share/zsh/site-functions/_KSLogReader",
+                         "share/man/man1/KSExtensionInstaller.1", "share/man/man1/KSLogReader.1"}

@@ -1,4 +1,4 @@
-"""Manifests, and how two of them differ."""
+"""Manifests."""
 
 import hashlib
 import os
@@ -88,52 +88,3 @@ def test_other_kinds_of_entries_have_a_letter_of_their_own(tree):
 def test_what_is_no_folder_has_no_manifest(tmp_path):
     done = macroot("manifest", tmp_path / "missing")
     assert done.returncode == 70 and "missing" in done.stderr
-
-
-def difference(tmp_path, before, after):
-    (tmp_path / "before").write_text(before)
-    (tmp_path / "after").write_text(after)
-    return macroot("diff", tmp_path / "before", tmp_path / "after")
-
-
-def test_equal_manifests_do_not_differ(tmp_path):
-    done = difference(tmp_path, "d\t0755\t0:0\t/a\n", "d\t0755\t0:0\t/a\n")
-    assert (done.returncode, done.stdout) == (0, "")
-
-
-def test_a_difference_names_what_was_added_removed_and_changed(tmp_path):
-    done = difference(tmp_path, """\
-d\t0755\t0:0\t/gone
-f\t0644\t0:0\t/content\taaaa
-f\t0644\t0:0\t/mode and owner\taaaa
-l\t0777\t0:0\t/target\tone
-f\t0644\t0:0\t/kind\taaaa
-f\t0644\t0:0\t/same\taaaa
-""", """\
-f\t0777\t501:20\t/new\tbbbb
-l\t0777\t501:20\t/new link\tnew
-f\t0644\t0:0\t/content\tbbbb
-f\t0600\t501:20\t/mode and owner\taaaa
-l\t0777\t0:0\t/target\ttwo
-d\t0644\t0:0\t/kind
-f\t0644\t0:0\t/same\taaaa
-""")
-    assert done.returncode == 1
-    assert done.stdout == """\
-added:
-  /new  (0777 501:20)
-  /new link -> new  (501:20)
-removed:
-  /gone/  (0755 0:0)
-changed:
-  /content  (content)
-  /kind  (a file became a folder)
-  /mode and owner  (mode 0644 -> 0600, owner 0:0 -> 501:20)
-  /target  (target one -> two)
-"""
-
-
-@pytest.mark.parametrize("text", ["nonsense\n", "a\tb\n"])
-def test_what_is_no_manifest_is_refused(tmp_path, text):
-    assert difference(tmp_path, text, "").returncode == 70
-    assert macroot("diff", tmp_path / "missing", tmp_path / "after").returncode == 70

@@ -128,20 +128,4 @@ TEST_F(FileManagerFolders, ANameThatIsTooLongIsAnError) {
     ExpectCocoaError(error_, 514, 63, folder_ / std::string(300, 'n'));
 }
 
-TEST_F(FileManagerFolders, PermissionsAreSetWhateverTheUmask) {
-    NSFileManager* files = [NSFileManager defaultManager];
-    const auto set = [&](const std::string& path, id mode) {
-        return [files setAttributes:@{NSFilePosixPermissions : mode}
-                       ofItemAtPath:Text(path)
-                              error:&error_];
-    };
-    folder_.Write("file", "x", 0600);
-    const Umask umask(077);
-    EXPECT_TRUE(set(folder_ / "file", @511));
-    EXPECT_EQ(folder_.Mode("file"), 0777U);
-    EXPECT_EQ(error_, nil);
-    EXPECT_FALSE(set(folder_ / "missing", @511));
-    ExpectCocoaError(error_, 4, ENOENT, folder_ / "missing");
-}
-
 }  // namespace

@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <vector>
@@ -143,6 +144,17 @@ TEST_F(BlessingTest, AMissingScriptIsBlessedAllTheSame) {
     EXPECT_EQ(events, (Events{"sleep 1000000 without a copy",
                               "bless /private/tmp/agent.sh with TMPDIR=/private/tmp/",
                               "sleep 1000000 without a copy"}));
+}
+
+TEST_F(BlessingTest, ALinkWhereTheCopyBelongsOpensNothing) {
+    const std::string mine = "/private/tmp/mine";
+    WriteFile(mine, "private");
+    ASSERT_EQ(chmod(mine.c_str(), 0600), 0);
+    unlink(kGiven.c_str());  // nothing to copy, so that the link stays
+    ASSERT_EQ(symlink(mine.c_str(), kCopy.c_str()), 0);
+    EXPECT_TRUE(Bless());
+    EXPECT_EQ(ModeOf(mine), 0600U);
+    unlink(mine.c_str());
 }
 
 TEST_F(BlessingTest, TheCopysNameEndsAtTheFirstPointOfTheLastComponent) {

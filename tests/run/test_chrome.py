@@ -317,6 +317,19 @@ def test_a_payload_that_cannot_be_written_installs_for_the_user_without_the_seco
     assert not exists(mac, f"{SYSTEM_EXTERNAL}/{DESCRIPTOR}")
 
 
+def test_a_link_in_place_of_the_descriptor_in_a_closed_payload_opens_nothing_and_asks_nobody(mac):
+    mine = "/Users/alex/mine"
+    mac.path(mine).write_text("mine")
+    mac.path(mine).chmod(0o600)
+    mac.remove(f"{PAYLOAD}/{DESCRIPTOR}")
+    mac.path(f"{PAYLOAD}/{DESCRIPTOR}").symlink_to(mine)
+    result = run(mac, "--own", mine, "--pre", f"chown 0:0 {PAYLOAD}; chmod 755 {PAYLOAD}")
+    # The removal's prompt, and the one that opens the host manifest's folder.
+    assert prompts(result) == ["allow", "allow"]
+    assert_installed_for_the_user(mac)
+    assert mac.path(mine).stat().st_mode & 0o777 == 0o600
+
+
 # ---- the preferences
 
 

@@ -244,12 +244,24 @@ def test_a_read_only_descriptor_in_the_bundle_is_replaced(mac):
     assert mac.path(PAYLOAD_DESCRIPTOR).read_bytes() == DESCRIPTOR_TEXT
 
 
-def test_a_folder_in_place_of_the_descriptor_in_the_bundle(mac):
-    mac.path(PAYLOAD_DESCRIPTOR).mkdir()
+def test_a_folder_in_place_of_the_descriptor_in_the_bundle_ends_it_without_a_line(mac):
+    mac.path(PAYLOAD_DESCRIPTOR).mkdir(mode=0o700)
     mac.path(PAYLOAD_DESCRIPTOR + "/inside").write_text("mine")
     mac.chown(PAYLOAD_DESCRIPTOR, 501, 20)
-    assert run(mac)[-1] == INSTALLED  # it gets its mode and is copied, like a file
+    before = edge_lines(mac)[PAYLOAD_DESCRIPTOR]
+    assert run(mac) == [UNINSTALLED, FOUND, FOUND, UNINSTALLED]
     assert mac.path(PAYLOAD_DESCRIPTOR + "/inside").read_text() == "mine"
+    assert edge_lines(mac)[PAYLOAD_DESCRIPTOR] == before
+
+
+def test_a_link_in_place_of_the_descriptor_in_a_closed_bundle_opens_nothing(mac):
+    mac.path(HOME + "/mine").write_text("mine")
+    mac.path(HOME + "/mine").chmod(0o600)
+    mac.path(PAYLOAD_DESCRIPTOR).symlink_to(HOME + "/mine")
+    messages = run(mac, "--own", HOME + "/mine", "--pre", f"chown 0:0 {PAYLOAD}; chmod 755 {PAYLOAD}")
+    assert messages == [UNINSTALLED, FOUND, FOUND, UNINSTALLED]
+    assert mac.path(HOME + "/mine").stat().st_mode & 0o777 == 0o600
+    assert not mac.path(EXTERNAL_FOLDER).exists()
 
 
 def test_a_link_in_place_of_an_installed_file_is_replaced_and_its_target_kept(mac):

@@ -1,5 +1,6 @@
 """The log of a whole run, as the settings ask for it."""
 
+import json
 import plistlib
 import subprocess
 
@@ -91,19 +92,27 @@ def test_an_enciphered_log_is_the_plain_one_in_padded_pieces(mac, password):
         input=password + b"\n", capture_output=True, check=True,
     )
     assert reader.stdout.decode() == "".join(
-        f"\n{padded(f'.09:07:02 - {level} : ')[1:]}{text}" for level, text in log.messages(plain)
-    ) + "\n"
-
-
-def test_the_log_reader_says_so_when_the_password_is_wrong(mac):
-    write_settings(mac, KSLoggingEnabled="1", KSLoggingPassword=PASSWORD.decode())
-    run_at_the_standing_time(mac)
-    reader = subprocess.run(
-        [build.program("KSLogReader"), mac.path(LOG_OF_THE_STANDING_TIME)],
-        input=b"wrong\n", capture_output=True,
+        f"09:07:02 - {level} : {text}\n" for level, text in log.messages(plain)
     )
-    assert (reader.returncode, reader.stdout) == (1, b"")
-    assert reader.stderr == b"KSLogReader: no log under this password\n"
+
+
+def test_the_log_reader_finds_the_newest_log_and_its_password_by_itself(mac):
+    write_settings(mac, KSLoggingEnabled="1", KSLoggingPassword=PASSWORD.decode())
+    console = run_at_the_standing_time(mac).stdout
+    reader = mac.run(program=build.program("KSLogReader"), args=["--level", "info"])
+    assert (reader.status, reader.stderr) == (0, "")
+    assert reader.stdout == console.replace("\n\n", "")
+    listed = mac.run(program=build.program("KSLogReader"), args=["--list"])
+    size = mac.path(LOG_OF_THE_STANDING_TIME).stat().st_size
+    assert listed.stdout == f"2024-03-05 09:07:02  {size} bytes  {LOG_OF_THE_STANDING_TIME}\n"
+
+
+def test_every_message_of_a_run_is_explained(mac):
+    write_settings(mac, KSLoggingEnabled="1")
+    run_at_the_standing_time(mac)
+    reader = mac.run(program=build.program("KSLogReader"), args=["--json", "--explain"])
+    messages = [json.loads(line) for line in reader.stdout.splitlines()]
+    assert messages and [each["text"] for each in messages if "meaning" not in each] == []
 
 
 @pytest.mark.parametrize(

@@ -7,7 +7,6 @@ import pytest
 from tests.support.mac import Mac
 
 
-
 def files_of(mac, folder):
     """Each entry below a folder: its mode, and what it holds or links to."""
     entries = {}
@@ -37,16 +36,24 @@ HOMES = [
 ]
 
 
+def run_at(home, mac):
+    """What a run makes of a Mac with that home: the home's files, and all but homes and logs."""
+    result = mac.run("--home", home, "--admin", "refuse")
+    assert (result.status, result.stderr) == (0, "")
+    return files_of(mac, home), others(mac)
+
+
+@pytest.fixture(scope="module")
+def usual(tmp_path_factory):
+    """What a run makes of a Mac with the usual home."""
+    return run_at("/Users/alex", Mac.new("typical", tmp_path_factory.mktemp("usual")))
+
+
 @pytest.mark.parametrize("name", HOMES)
-def test_any_home_is_treated_alike(tmp_path, name):
-    usual = Mac.new("typical", tmp_path / "usual")
-    odd = Mac.new("typical", tmp_path / "odd")
+def test_any_home_is_treated_alike(tmp_path, usual, name):
+    odd = Mac.new("typical", tmp_path)
     odd.path("/Users/alex").rename(odd.path("/Users/" + name))
-    for mac, home in ((usual, "/Users/alex"), (odd, "/Users/" + name)):
-        result = mac.run("--home", home, "--admin", "refuse")
-        assert (result.status, result.stderr) == (0, "")
-    assert files_of(odd, "/Users/" + name) == files_of(usual, "/Users/alex")
-    assert others(odd) == others(usual)
+    assert run_at("/Users/" + name, odd) == usual
     assert {path.name for path in odd.path("/Users").iterdir()} == {name, "Shared"}
 
 
@@ -80,6 +87,31 @@ def test_a_payload_of_odd_names_stays(tmp_path):
     result = mac.run()
     assert (result.status, result.stderr) == (0, "")
     assert {name: (payload / name).read_text() for name in names} == dict.fromkeys(names, "kept")
+
+
+HOST_MANIFESTS = [
+    "/Library/Google/Chrome/NativeMessagingHosts/com.corvendale.kschromena.json",
+    "/Users/alex/Library/Application Support/Microsoft Edge/NativeMessagingHosts/com.corvendale.kschromena.json",
+    "/Users/alex/Library/Application Support/Mozilla/NativeMessagingHosts/com.corvendale.ksnative.json",
+]
+
+
+def test_empty_host_manifests_of_a_run_that_was_killed_are_made_whole_by_the_next(tmp_path):
+    undisturbed = Mac.new("typical", tmp_path / "undisturbed")
+    killed = Mac.new("typical", tmp_path / "killed")
+    for mac in (undisturbed, killed):
+        for path in HOST_MANIFESTS:
+            mac.path(path).parent.mkdir(parents=True, exist_ok=True)
+            mac.remove(path)
+            if mac is killed:  # as a copy begins
+                mac.path(path).touch(mode=0o600)
+        folders = [word for path in HOST_MANIFESTS for word in ("--own", path.rpartition("/")[0])]
+        result = mac.run("--admin", "refuse", *folders)
+        assert (result.status, result.stderr) == (0, "")
+    for path in HOST_MANIFESTS:
+        assert killed.path(path).stat().st_size > 0, path
+    assert [line for line in killed.manifest() if "/logs/" not in line] == [
+        line for line in undisturbed.manifest() if "/logs/" not in line]
 
 
 def test_a_home_that_does_not_exist(tmp_path):

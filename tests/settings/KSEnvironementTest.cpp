@@ -194,6 +194,16 @@ TEST_F(KSEnvironementTest, AWrittenValueIsSeenAfterReload) {
     EXPECT_EQ(environment.TemporaryFolder(), "//var//tmp");
 }
 
+TEST_F(KSEnvironementTest, WritingSucceedsAlsoWhereNothingCanBeStored) {
+    const KSEnvironement environment;
+    ASSERT_EQ(chmod(folder.c_str(), 0555), 0);
+    EXPECT_TRUE(environment.writePID("new"));
+    EXPECT_TRUE(environment.writeVersion("2"));
+    EXPECT_TRUE(environment.writeTemporaryFolder("/elsewhere"));
+    ASSERT_EQ(chmod(folder.c_str(), 0777), 0);
+    EXPECT_NE(access(file.c_str(), F_OK), 0);
+}
+
 TEST_F(KSEnvironementTest, FixedPlacesAreNotWritten) {
     const KSEnvironement environment;
     EXPECT_FALSE(environment.writeInstallationFolder("x"));

@@ -16,6 +16,9 @@ class ReplacedMethod {
           original(method_setImplementation(method, function)) {}
     ~ReplacedMethod() { method_setImplementation(method, original); }
 
+    /// What the function may call in its turn.
+    IMP Original() const { return original; }
+
     ReplacedMethod(const ReplacedMethod&) = delete;
     ReplacedMethod& operator=(const ReplacedMethod&) = delete;
 

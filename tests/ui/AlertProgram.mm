@@ -1,7 +1,9 @@
 // alert_program: asks one question, as a plain executable does, and prints the alert's result and
 // for how many milliseconds the machine let the program wait for a processor.
+// alert_program then-raise: raises an exception afterwards, which nobody catches.
 #include <cstdio>
 #include <fstream>
+#include <string>
 
 #include "tests/support/Asking.h"
 
@@ -17,10 +19,13 @@ long MillisecondsInQueue() {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
     @autoreleasepool {
         const int result = Ask({});
         std::printf("%d %ld\n", result, MillisecondsInQueue());
+        if (argc == 2 && std::string(argv[1]) == "then-raise") {
+            [NSException raise:NSGenericException format:@"Meant"];
+        }
     }
     return 0;
 }

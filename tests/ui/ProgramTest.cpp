@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -14,6 +15,7 @@
 #include <string>
 #include <thread>
 
+#include "tests/support/ChildProcess.h"
 #include "tests/support/DesktopUser.h"
 #include "tests/support/PrivateDisplay.h"
 
@@ -119,6 +121,37 @@ TEST_F(Program, LeavesNoProcessBehind) {
     ASSERT_GT(before, 0);
     Answer("cd / && " + kProgram.string());
     EXPECT_EQ(CountProcesses(), before);
+}
+
+TEST_F(Program, IsEndedByASignalWhileItsAlertStands) {
+    for (const int ending : {SIGTERM, SIGINT}) {
+        ChildProcess program(kProgram, {kProgram});
+        user.SeeAlert();
+        kill(program.identifier(), ending);
+        user.SeeNoAlert();
+        EXPECT_EQ(program.Wait(), ending);
+    }
+}
+
+// It says so and ends, without another window.
+TEST_F(Program, IsEndedByAnExceptionAfterItsAlert) {
+    const std::string command = "exec " + kProgram.string() + " then-raise 2>&1";
+    const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen(command.c_str(), "r"), &pclose);
+    user.SeeAlert();
+    user.Click(kIgnore, kRow);
+    std::string said;
+    for (int next; (next = std::fgetc(pipe.get())) != EOF;) {
+        said += static_cast<char>(next);
+    }
+    EXPECT_NE(said.find("Uncaught exception NSGenericException, reason: Meant"), std::string::npos)
+        << said;
+}
+
+// It offers no services to others, whose list is locked by a folder that a lost program may leave.
+TEST_F(Program, RegistersNowhere) {
+    Answer("cd / && " + kProgram.string());
+    EXPECT_FALSE(
+        std::filesystem::exists(std::filesystem::path(std::getenv("TEMP")) / "NSMessagePort"));
 }
 
 TEST_F(Program, ItsAlertIsSoonOnTheScreen) {

@@ -127,6 +127,8 @@ std::unique_ptr<XmlTree> XmlTree::Parse(const void* bytes, size_t length, std::s
     const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(xmlNewParserCtxt(),
                                                                                &xmlFreeParserCtxt);
     context->sax->serror = [](void*, auto*) {};  // nothing is printed
+    // All white space is text: GNUstep asks for less by a default of the whole process.
+    context->sax->ignorableWhitespace = context->sax->characters;
     // Read piece by piece: of a document in one piece, libxml2 refuses what is longer than 10 MB.
     Input input{static_cast<const char*>(bytes), length};
     xmlDoc* const document =

@@ -43,8 +43,6 @@ extern const CFAllocatorRef kCFAllocatorDefault;
 
 extern const CFBooleanRef kCFBooleanTrue;
 
-/// Takes a further reference, which the caller releases. Returns the object itself.
-CFTypeRef CFRetain(CFTypeRef cf);
 void CFRelease(CFTypeRef cf);
 
 /// The kind of an object, to compare with the answers of the functions below; 0 for another kind.
@@ -63,18 +61,6 @@ enum { kCFNumberSInt64Type = 4 };
 /// Writes the number to `valuePtr`, which points to an int64_t, the only type known here. Returns
 /// false if that cannot hold the value; the variable then has the nearest or a truncated value.
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType theType, void* valuePtr);
-
-typedef UInt32 CFStringEncoding;
-enum { kCFStringEncodingUTF8 = 0x08000100 };
-
-/// A string that lives as long as the process, the same one for equal text.
-#define CFSTR(cStr) __CFStringMakeConstantString("" cStr "")
-CFStringRef __CFStringMakeConstantString(const char* cStr);
-
-/// Copies the text in UTF-8 with a final NUL into a buffer of `bufferSize` bytes. Returns false if
-/// the buffer is too small.
-Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSize,
-                           CFStringEncoding encoding);
 
 enum { kCFPropertyListImmutable = 0 };
 

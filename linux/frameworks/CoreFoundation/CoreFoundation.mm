@@ -5,9 +5,6 @@
 
 #include <cmath>
 #include <limits>
-#include <map>
-#include <mutex>
-#include <string>
 
 namespace {
 
@@ -53,10 +50,6 @@ Exact ValueOf(NSNumber* number) {
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
 const CFBooleanRef kCFBooleanTrue = NumberWithBool(YES);
 
-CFTypeRef CFRetain(CFTypeRef cf) {
-    return [Object(cf) retain];
-}
-
 void CFRelease(CFTypeRef cf) {
     [Object(cf) release];
 }
@@ -100,29 +93,6 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType /*theType*/, void* val
         stored = static_cast<SInt64>(value);
     }
     return static_cast<Exact>(stored) == value;
-}
-
-CFStringRef __CFStringMakeConstantString(const char* cStr) {
-    static std::mutex guard;
-    static std::map<std::string, NSString*> strings;
-    const std::lock_guard<std::mutex> lock(guard);
-    NSString*& string = strings[cStr];
-    if (string == nil) {
-        string = [[NSString alloc] initWithUTF8String:cStr];
-    }
-    return reinterpret_cast<CFStringRef>(string);
-}
-
-Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSize,
-                           CFStringEncoding /*encoding*/) {
-    NSData* bytes = [Object(theString) dataUsingEncoding:NSUTF8StringEncoding];
-    const auto length = static_cast<CFIndex>([bytes length]);
-    if (length >= bufferSize) {
-        return false;
-    }
-    [bytes getBytes:buffer length:static_cast<NSUInteger>(length)];
-    buffer[length] = '\0';
-    return true;
 }
 
 CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef /*allocator*/, CFDataRef xmlData,

@@ -18,6 +18,5 @@ typedef NSUInteger NSDataReadingOptions;
 @end
 
 @interface NSFileManager (AppleDeclarations)
-- (BOOL)setAttributes:(NSDictionary*)attributes ofItemAtPath:(NSString*)path error:(NSError**)error;
 - (NSArray*)subpathsOfDirectoryAtPath:(NSString*)path error:(NSError**)error;
 @end

@@ -5,6 +5,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <optional>
 #include <sstream>
 
@@ -27,11 +28,21 @@ constexpr char kSystemPath[] = "PATH=/usr/bin:/bin:/usr/sbin:/sbin";
 // status is told from pkexec's.
 constexpr char kStarted[] = "started by the administrator\n";
 
+// GSocket's class ignores SIGPIPE for good when it is made. On a Mac nobody does: what this process
+// starts would inherit it, and a handler of the program's own would be gone.
+GSocket* NewSocket() {
+    struct sigaction kept;
+    sigaction(SIGPIPE, nullptr, &kept);
+    GSocket* socket = g_socket_new(G_SOCKET_FAMILY_UNIX, G_SOCKET_TYPE_STREAM,
+                                   G_SOCKET_PROTOCOL_DEFAULT, nullptr);
+    sigaction(SIGPIPE, &kept, nullptr);
+    return socket;
+}
+
 // All that the Mac root's broker answers to a request; nothing where there is no broker.
 std::optional<std::string> AnswerOfBroker(const std::string& request) {
     g_autoptr(GSocketAddress) address = g_unix_socket_address_new(kBroker);
-    g_autoptr(GSocket) socket = g_socket_new(G_SOCKET_FAMILY_UNIX, G_SOCKET_TYPE_STREAM,
-                                             G_SOCKET_PROTOCOL_DEFAULT, nullptr);
+    g_autoptr(GSocket) socket = NewSocket();
     if (socket == nullptr || !g_socket_connect(socket, address, nullptr, nullptr)) {
         return std::nullopt;
     }

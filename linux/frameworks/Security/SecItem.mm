@@ -156,9 +156,19 @@ OSStatus Use(const std::string& label, const std::string* newData, std::string& 
     _exit(write(answer, data.data(), data.size()) == static_cast<ssize_t>(data.size()) ? 0 : 1);
 }
 
+/// Whether there is not even a file. libsecret would find that out too, but only after it has made a
+/// key from the password, which takes a fifth of a run.
+bool IsFileMissing() {
+    const char* file = g_getenv("SECRET_FILE_TEST_PATH");  // libsecret's own variable
+    return HasFile() && file != nullptr && access(file, F_OK) != 0 && errno == ENOENT;
+}
+
 OSStatus UseInChild(const std::string& label, const std::string* newData, std::string& data) {
     if (!HasFile() && !HasSessionBus()) {
         return errSecNotAvailable;
+    }
+    if (IsFileMissing()) {
+        return errSecItemNotFound;
     }
     const Descriptor answer(memfd_create("keychain", MFD_CLOEXEC));
     const pid_t child = answer ? fork() : -1;

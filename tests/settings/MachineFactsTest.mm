@@ -1,6 +1,6 @@
 // What the environment and the random numbers make of the machine's answers: this program answers
 // in its place.
-#include <CoreFoundation/CoreFoundation.h>
+#include <Foundation/Foundation.h>
 #include <IOKit/IOKitLib.h>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -75,14 +75,12 @@ io_service_t IOServiceGetMatchingService(mach_port_t /*port*/, CFDictionaryRef m
 
 CFTypeRef IORegistryEntryCreateCFProperty(io_registry_entry_t entry, CFStringRef key,
                                           CFAllocatorRef /*allocator*/, IOOptionBits options) {
-    char name[64] = {};
-    EXPECT_TRUE(CFStringGetCString(key, name, sizeof name, kCFStringEncodingUTF8));
-    EXPECT_STREQ(name, "IOPlatformUUID");
+    EXPECT_TRUE([(NSString*)key isEqual:@"IOPlatformUUID"]);
     EXPECT_EQ(entry, kMachine);
     EXPECT_EQ(options, 0U);
     if (property != nullptr) {
         ++propertiesHandedOut;
-        CFRetain(property);
+        [(id)property retain];
     }
     return property;
 }
@@ -128,7 +126,7 @@ TEST_F(MachineFacts, TheArchitecturesLabelsAreCrossed) {
 }
 
 TEST_F(MachineFacts, TheRegistrysTextIsTheNewPIDAsItIs) {
-    property = CFSTR("564D0000-abcd-EF01-2345-6789ABCDEF01");
+    property = @"564D0000-abcd-EF01-2345-6789ABCDEF01";
     EXPECT_EQ(KSEnvironement().GeneratePID(), "564D0000-abcd-EF01-2345-6789ABCDEF01");
     EXPECT_EQ(propertiesHandedOut, 1);
 }

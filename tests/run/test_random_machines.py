@@ -1,0 +1,16 @@
+"""Runs on Macs in states that nobody thought of; `scripts/prove machines` tries more of them."""
+
+import os
+
+import pytest
+
+from tests.support.invariants import judged
+from tests.support.random_mac import RandomMac
+
+SEEDS = os.environ.get("KS_MACHINES", "").split() or [str(seed) for seed in range(1, 51)]
+
+
+@pytest.mark.parametrize("seed", SEEDS)
+def test_a_random_machine(tmp_path, seed):
+    faults = judged(RandomMac(int(seed), tmp_path))
+    assert not faults, "\n".join([*faults, f"again: KS_MACHINES={seed} scripts/test tests/run/test_random_machines.py"])
