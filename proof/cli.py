@@ -14,6 +14,8 @@ from proof.results import Trial
 CHAPTERS = [
     "calls",
     "kills",
+    "fuzzing",
+    "limits",
     "machines",
     "mutation",
 ]

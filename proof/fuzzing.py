@@ -42,7 +42,7 @@ TARGETS = {target.name: target for target in (
     Target("text_fuzz", "text conversions, against iconv", 20_000, r"crypto/(StringUtils|Utf8)\."),
     Target("cocoa_text_fuzz", "Cocoa strings, against iconv", 10_000, r"crypto/(CocoaStrings|LowerCase|StringUtilsB)"),
     Target("path_rules_fuzz", "path rules, against regular expressions", 10_000, r"platform/PathUtils\."),
-    Target("log_reader_fuzz", "the log reader", 10_000, r"tools/KSLogReader"),
+    Target("log_reader_fuzz", "the log reader", 10_000, r"tools/Log(Stream|Parser|Printer)"),
     Target("property_list_fuzz", "property lists of every format", 20_000, r"linux/corrections/propertylist"),
     Target("xml_tree_fuzz", "XML documents", 20_000, r"linux/corrections/xml/XmlTree"),
     Target("logger_fuzz", "NSLogger's formatting, plain and enciphered", 4_000, r"logging/(NSLogger|CLogger)", "clean"),
@@ -118,8 +118,9 @@ def _run(command, **environment):
 
 def _covered(log, sources):
     """How many functions of these sources some input reached."""
-    functions = re.findall(rf"^(UN)?COVERED_FUNC: .*/(?:{sources})[^/]*:\d+$", log, re.MULTILINE)
-    return f"{functions.count('')} of {len(functions)}" if functions else ""
+    found = re.finditer(rf"^(?P<un>UN)?COVERED_FUNC: .*/(?:{sources})[^/]*:\d+$", log, re.MULTILINE)
+    reached = [not function["un"] for function in found]
+    return f"{sum(reached)} of {len(reached)}" if reached else ""
 
 
 def prove(trial):
