@@ -5,7 +5,7 @@
 // Where Firefox and the product's payload for it keep their files; every function gives an absolute
 // path, autoreleased, and asks nobody whether it exists.
 
-NSArray* FFoxApplicationFolders();     ///< of extensions for the application; the computer's first
+NSArray* FFoxApplicationFolders();      ///< of extensions for the application; the computer's first
 NSString* FFoxUserApplicationFolder();  ///< the user's among them
 NSString* FFoxProfilesFolder();         ///< ends in "/"
 NSString* FFoxHostFolder();             ///< of native-messaging host manifests

@@ -12,6 +12,7 @@
 #include "product/Applications.h"
 #include "product/Extensions.h"
 #include "tools/IntegrationChecks.h"
+#include "tools/JsonFile.h"
 
 namespace {
 
@@ -100,7 +101,8 @@ std::string IdentifierOf(NSString* descriptor) {
 }
 
 std::string SwitchUnder(NSString* key, NSDictionary* dictionary) {
-    id value = [dictionary isKindOfClass:[NSDictionary class]] ? [dictionary objectForKey:key] : nil;
+    id value =
+        [dictionary isKindOfClass:[NSDictionary class]] ? [dictionary objectForKey:key] : nil;
     if ([value isKindOfClass:[NSNumber class]] || [value isKindOfClass:[NSString class]]) {
         return [value boolValue] ? "on" : "off";
     }
@@ -114,13 +116,8 @@ std::string ChromePasswords() {
         return [[NSFileManager defaultManager] fileExistsAtPath:ChromePreferences()] ? "unreadable"
                                                                                      : "not set";
     }
-    id root = nil;
-    @try {
-        root = [NSJSONSerialization JSONObjectWithData:data options:0 error:NULL];
-    } @catch (NSException* exception) {
-        root = nil;
-    }
-    if (![root isKindOfClass:[NSDictionary class]]) {
+    NSDictionary* root = ReadJsonObject(data);
+    if (root == nil) {
         return "unreadable";
     }
     const std::string today = SwitchUnder(@"credentials_enable_service", root);
@@ -176,7 +173,8 @@ BrowserStatus LookAtFirefox() {
 // The user's descriptor comes before the system's, as Chrome's installer has it.
 BrowserStatus LookAtChrome() {
     BrowserStatus browser = Look(@KS_CHROME_IDENTIFIER, kChrome);
-    browser.files.push_back(CheckHostManifest(Utf8Bytes(ChromeInstalledHostManifest()), kAllowedOrigins,
+    browser.files.push_back(CheckHostManifest(Utf8Bytes(ChromeInstalledHostManifest()),
+                                              kAllowedOrigins,
                                               OriginOf(IdentifierOf(kChromeDescriptor))));
     NSString* descriptor = ChromeUserExternal(kChromeDescriptor);
     if (![[NSFileManager defaultManager] fileExistsAtPath:descriptor]) {
@@ -192,7 +190,8 @@ BrowserStatus LookAtChrome() {
 
 BrowserStatus LookAtEdge() {
     BrowserStatus browser = Look(@KS_EDGE_IDENTIFIER, kEdge);
-    browser.files.push_back(CheckHostManifest(Utf8Bytes(EdgeInstalledHostManifest()), kAllowedOrigins,
+    browser.files.push_back(CheckHostManifest(Utf8Bytes(EdgeInstalledHostManifest()),
+                                              kAllowedOrigins,
                                               OriginOf(IdentifierOf(@KS_EDGE_DESCRIPTOR))));
     browser.files.push_back(CheckDescriptor(Utf8Bytes(EdgeInstalledDescriptor())));
     LookForChannels(kEdgeChannels, &browser);

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "crypto/CocoaStrings.h"
+#include "tools/JsonFile.h"
 
 const char kAllowedOrigins[] = "allowed_origins";
 const char kAllowedExtensions[] = "allowed_extensions";
@@ -44,15 +45,9 @@ NSDictionary* ReadObject(FileStatus* file) {
         file->faults.push_back("this user may not read it");
         return nil;
     }
-    id object = nil;
-    @try {
-        object = [NSJSONSerialization JSONObjectWithData:data options:0 error:NULL];
-    } @catch (NSException* exception) {
-        object = nil;
-    }
-    if (![object isKindOfClass:[NSDictionary class]]) {
+    NSDictionary* object = ReadJsonObject(data);
+    if (object == nil) {
         file->faults.push_back("it holds no JSON object");
-        return nil;
     }
     return object;
 }
@@ -83,8 +78,8 @@ bool IsOrigin(const std::string& origin) {
     const std::string start = kOriginStart;
     return origin.size() == start.size() + kIdentifierLength + 1 &&
            origin.compare(0, start.size(), start) == 0 && origin.back() == '/' &&
-           std::all_of(origin.begin() + static_cast<std::ptrdiff_t>(start.size()),
-                       origin.end() - 1, [](char each) { return each >= 'a' && each <= 'p'; });
+           std::all_of(origin.begin() + static_cast<std::ptrdiff_t>(start.size()), origin.end() - 1,
+                       [](char each) { return each >= 'a' && each <= 'p'; });
 }
 
 void CheckList(NSArray* list, const std::string& key, const std::string& extension,
@@ -137,7 +132,7 @@ FileStatus CheckHostManifest(const std::string& path, const std::string& list,
     return file;
 }
 
-// Meant: its mode is not looked at, because an installation opens it to everybody.
+// Its mode is not looked at: an installation opens it to everybody.
 FileStatus CheckDescriptor(const std::string& path) {
     FileStatus file;
     file.role = "descriptor";

@@ -25,9 +25,9 @@ bool IsLoggingEnabled() {
 
 void Note(const LogMessage& message, LogStatus* logs) {
     const int severity = SeverityOf(message.level);
-    const bool isKnown = std::any_of(
-        logs->failures.begin(), logs->failures.end(),
-        [&message](const LogFinding& each) { return each.text == message.text; });
+    const bool isKnown =
+        std::any_of(logs->failures.begin(), logs->failures.end(),
+                    [&message](const LogFinding& each) { return each.text == message.text; });
     if (severity == 0 || severity > kFailure || isKnown) {
         return;
     }

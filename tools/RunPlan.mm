@@ -218,8 +218,10 @@ void DryRun::CleanProfile(NSString* profile) {
 
 void DryRun::UninstallFirefox() {
     tree.ActFor(kFirefox);
-    for (NSString* extension : {@KS_FIREFOX_BUTTON_IDENTIFIER, @KS_FIREFOX_MAIN_IDENTIFIER,
-                                @KS_FIREFOX_SHORT_IDENTIFIER, kFFoxTypesFolder}) {
+    for (NSString* extension : {
+             @KS_FIREFOX_BUTTON_IDENTIFIER, @KS_FIREFOX_MAIN_IDENTIFIER,
+                 @KS_FIREFOX_SHORT_IDENTIFIER, kFFoxTypesFolder
+         }) {
         for (NSString* folder in FFoxApplicationFolders()) {
             RemoveExisting([folder stringByAppendingPathComponent:extension]);
         }

@@ -120,8 +120,8 @@ ShadowTree::Entry ShadowTree::Follow(const std::string& canonical) const {
     Entry entry = Look(canonical);
     std::string path = canonical;
     for (int links = 0; S_ISLNK(entry.mode) && links < 32; ++links) {
-        path = Canonical(entry.source[0] == '/' ? entry.source
-                                                : Join(ParentOf(path), entry.source));
+        path =
+            Canonical(entry.source[0] == '/' ? entry.source : Join(ParentOf(path), entry.source));
         entry = Look(path);
     }
     return S_ISLNK(entry.mode) ? Entry() : entry;
@@ -318,8 +318,7 @@ bool ShadowTree::Write(const std::string& path, const std::string& bytes) {
         return false;
     }
     Entry file;
-    file.mode =
-        S_IFREG | (S_ISREG(before.mode) ? before.mode & kModeBits : kNewFile & ~mask);
+    file.mode = S_IFREG | (S_ISREG(before.mode) ? before.mode & kModeBits : kNewFile & ~mask);
     file.owner = self;
     file.bytes = bytes;
     Put(canonical, file);
@@ -356,8 +355,8 @@ std::vector<std::string> ShadowTree::Difference(const Entry& entry, const std::s
     if (S_ISREG(entry.mode) && entry.source != path) {
         std::string is;
         std::string becomes = entry.bytes;
-        const bool isKnown = ReadDisk(path, &is) &&
-                             (entry.source.empty() || ReadDisk(entry.source, &becomes));
+        const bool isKnown =
+            ReadDisk(path, &is) && (entry.source.empty() || ReadDisk(entry.source, &becomes));
         if (!isKnown || is != becomes) {
             what.push_back("bytes");
         }

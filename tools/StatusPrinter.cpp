@@ -91,8 +91,8 @@ std::string ForPeople(const BrowserStatus& browser, bool colour) {
 }
 
 std::string ForPeople(const LogStatus& logs) {
-    std::string text = Line(std::string("Logs: the next run ") +
-                            (logs.isEnabled ? "writes one" : "writes none"));
+    std::string text =
+        Line(std::string("Logs: the next run ") + (logs.isEnabled ? "writes one" : "writes none"));
     for (const LogStatus::Kept& each : logs.kept) {
         text += Line(each.started + "  " + std::to_string(each.bytes) + " bytes  " + each.path, 2);
     }
@@ -118,8 +118,11 @@ std::string ForPeople(const RunPlan& plan, const char* verdict) {
         text += Line(ForPeople(each), 2);
     }
     text += plan.changes.empty() ? Line("none", 2) : "";
-    text += plan.keychain ? Line("rewritten, if it is there: the keychain's item "
-                                 "\"Safari Extensions List\"", 2) : "";
+    text += plan.keychain ? Line(
+                                "rewritten, if it is there: the keychain's item "
+                                "\"Safari Extensions List\"",
+                                2)
+                          : "";
     return text + (plan.page ? Line("opened: the privacy page, in Firefox", 2) : "") + '\n';
 }
 
@@ -149,7 +152,8 @@ std::string StatusForPeople(const StatusReport& report, const StatusOptions& opt
     }
     if (!report.needsRights.empty()) {
         text += Line("Administrator rights are needed to change " +
-                     std::to_string(report.needsRights.size()) + " paths (--plan=allowed).") + '\n';
+                     std::to_string(report.needsRights.size()) + " paths (--plan=allowed).") +
+                '\n';
     }
     for (const std::string& each : report.closed) {
         text += Line("This process may not read " + each +

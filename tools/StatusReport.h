@@ -36,9 +36,9 @@ struct BrowserStatus {
     bool isIntegrated = false;
     Verdict verdict = Verdict::kNotInstalled;
     std::vector<FileStatus> files;
-    std::vector<Change> leftovers;     ///< what a run would remove or edit, whatever it is allowed
-    bool wouldChange = false;          ///< by every run
-    std::string passwords;             ///< of the browser: "on", "off", "not set", "unreadable", ""
+    std::vector<Change> leftovers;  ///< what a run would remove or edit, whatever it is allowed
+    bool wouldChange = false;       ///< by every run
+    std::string passwords;          ///< of the browser: "on", "off", "not set", "unreadable", ""
     std::vector<ApplicationStatus> channels;  ///< that a run does not reach
     std::vector<std::string> profiles;        ///< the same, folders
 };

@@ -37,8 +37,8 @@ bool Has(const std::vector<Change>& changes, const std::string& path) {
 // What every run leaves different, whether or not it is given rights, is told with all that one of
 // them would take away. What only one of them would change is the trace of the other.
 void AddLeftovers(const StatusReport& report, BrowserStatus* browser) {
-    browser->wouldChange = ChangesFor(report.allowed, browser->name) &&
-                           ChangesFor(report.refused, browser->name);
+    browser->wouldChange =
+        ChangesFor(report.allowed, browser->name) && ChangesFor(report.refused, browser->name);
     if (!browser->wouldChange) {
         return;
     }
@@ -63,9 +63,10 @@ bool IsClosed(const std::string& path) {
 
 std::vector<std::string> ClosedPaths() {
     std::vector<std::string> closed;
-    for (NSString* each : {SafariPreferencesPath(), SafariRegistryPath(), ChromePreferences(),
-                           ChromeInstalledHostManifest(), @KS_SETTINGS_FILE,
-                           @KS_DATA_FOLDER "logs"}) {
+    for (NSString* each : {
+             SafariPreferencesPath(), SafariRegistryPath(), ChromePreferences(),
+                 ChromeInstalledHostManifest(), @KS_SETTINGS_FILE, @KS_DATA_FOLDER "logs"
+         }) {
         const char* path = [each fileSystemRepresentation];
         if (path != NULL && IsClosed(path)) {
             closed.push_back(path);

@@ -1,4 +1,5 @@
 """KSStatus: what it tells of a machine, in what form, and that it changes nothing by telling."""
+import contextlib
 import json
 import os
 import pty
@@ -59,12 +60,35 @@ def here(*arguments, **options):
     return subprocess.run([build.program("KSStatus"), *arguments], capture_output=True, text=True, timeout=60, **options)
 
 
-@pytest.fixture
-def shipped(tmp_path):
-    """A machine where a run has made all well."""
-    mac = Mac.new("shipped", tmp_path)
+def run_on_shipped(folder):
+    mac = Mac.new("shipped", folder)
     assert mac.run("--at", AT).status == 0
     return mac
+
+
+@pytest.fixture(scope="module")
+def well(tmp_path_factory):
+    """A machine where a run has made all well: for tests that leave it as it is."""
+    return run_on_shipped(tmp_path_factory.mktemp("well"))
+
+
+@pytest.fixture
+def shipped(tmp_path):
+    """The same, for a test to change."""
+    return run_on_shipped(tmp_path)
+
+
+@contextlib.contextmanager
+def holding(mac, content, *files):
+    """Files that hold something else for a while."""
+    before = {file: mac.path(file).read_bytes() for file in files}
+    try:
+        for file in files:
+            mac.path(file).write_bytes(content)
+        yield
+    finally:
+        for file, was in before.items():
+            mac.path(file).write_bytes(was)
 
 
 # The command line.
@@ -136,8 +160,8 @@ def test_nothing_is_changed_not_even_a_time_stamp(tmp_path, machine, arguments):
 
 # Browsers.
 
-def test_all_is_well_after_a_run(shipped):
-    told = report(shipped, status=0)
+def test_all_is_well_after_a_run(well):
+    told = report(well, status=0)
     assert {name: (each["verdict"], each["installed"], each["integrated"], each["wouldChange"], each["leftovers"])
             for name, each in browsers(told).items()} == {
         name: ("well", True, True, False, [])
@@ -181,13 +205,12 @@ def test_what_earlier_versions_left_is_named(tmp_path):
     assert "/Users/alex/Library/Internet Plug-Ins/KeystrelSafari64.webplugin" in left["Safari"]
 
 
-def change(mac, file, members):
-    manifest = {**json.loads(mac.path(file).read_text()), **members}
-    put(mac, file, json.dumps({key: value for key, value in manifest.items() if value is not ...}).encode())
-
-
-def put(mac, path, content):
-    mac.path(path).write_bytes(content)
+def edited(mac, file, edit):
+    """The bytes that `edit` makes of a JSON file: bytes as they are, else members to set or (...) to take out."""
+    if isinstance(edit, bytes):
+        return edit
+    members = {**json.loads(mac.path(file).read_text()), **edit}
+    return json.dumps({key: value for key, value in members.items() if value is not ...}).encode()
 
 
 ORIGIN = "chrome-extension://kmcoedhplnbajgfiehkcpamdobnlgjie/"
@@ -217,10 +240,10 @@ DEAD = {
 
 
 @pytest.mark.parametrize("case", DEAD)
-def test_a_file_that_a_browser_would_refuse_is_dead(shipped, case):
+def test_a_file_that_a_browser_would_refuse_is_dead(well, case):
     path, edit, fault = DEAD[case]
-    (put if isinstance(edit, bytes) else change)(shipped, path, edit)
-    told = report(shipped, status=1)
+    with holding(well, edited(well, path, edit), path):
+        told = report(well, status=1)
     (dead,) = [each for each in told["browsers"] if each["verdict"] == "dead"]
     assert [file["path"] for file in dead["files"] if file["faults"]] == [path]
     assert fault in [fault for file in dead["files"] for fault in file["faults"]]
@@ -243,9 +266,9 @@ def test_a_missing_file_is_no_integration(shipped):
     (b'{"credentials_enable_service":[]}', "not set"),
     (b"[" * 100, "unreadable"),
 ])
-def test_chromes_password_manager_is_told_as_it_stands(shipped, content, passwords):
-    put(shipped, PREFERENCES, content)
-    assert browsers(report(shipped))["Google Chrome"]["passwords"] == passwords
+def test_chromes_password_manager_is_told_as_it_stands(well, content, passwords):
+    with holding(well, content, PREFERENCES):
+        assert browsers(report(well))["Google Chrome"]["passwords"] == passwords
 
 
 def test_safaris_autofill_is_told_as_it_stands(tmp_path):
@@ -271,12 +294,12 @@ def test_channels_and_profiles_out_of_reach_are_named(shipped):
     assert "not reached by a run: Google Chrome Beta, " in tell(shipped)
 
 
-@pytest.mark.parametrize("content", [b"", b"\0", b"\xff\xfe", b"<plist", b"bplist00", b"[]", b"{\"a\": " * 1000, b"null"])
-def test_files_that_hold_anything_are_no_danger(shipped, content):
-    for path in (HOST, DESCRIPTOR, EDGE_HOST, FIREFOX_HOST, PREFERENCES, REGISTRY, SAFARI, SETTINGS,
+@pytest.mark.parametrize("content", [b"", b"\0", b"\xff\xfe", b"<plist", b"bplist00", b"[]", b'{"a": ' * 100_000, b"null"],
+                         ids=["empty", "NUL", "UTF-16", "XML", "binary", "list", "deep", "null"])
+def test_files_that_hold_anything_are_no_danger(well, content):
+    with holding(well, content, HOST, DESCRIPTOR, EDGE_HOST, FIREFOX_HOST, PREFERENCES, REGISTRY, SAFARI, SETTINGS,
                  "/Applications/Firefox.app/Contents/Info.plist"):
-        put(shipped, path, content)
-    report(shipped, "--plan", status=1)
+        report(well, "--plan", status=1)
 
 
 def test_folders_in_the_place_of_files_are_no_danger(shipped):
@@ -330,7 +353,7 @@ def test_logs_are_told_with_what_failed_and_what_to_do(shipped):
 
 
 def test_a_log_under_another_password_is_told_to_be_unreadable(shipped):
-    put(shipped, f"{LOGS}/2024_3_7_1_1_1.log", bytes(64))
+    shipped.path(f"{LOGS}/2024_3_7_1_1_1.log").write_bytes(bytes(64))
     logs = report(shipped)["logs"]
     assert logs["unreadable"].startswith(f"{LOGS}/2024_3_7_1_1_1.log: no log, or one that is enciphered")
     assert logs["failures"] == []
