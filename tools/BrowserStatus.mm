@@ -1,6 +1,7 @@
 #include "tools/BrowserStatus.h"
 
 #include <AppKit/AppKit.h>
+#include <sys/stat.h>
 
 #include "browsers/BrowserLookup.h"
 #include "browsers/ChromePaths.h"
@@ -34,13 +35,20 @@ const Channel kFirefoxChannels[] = {
 const Channel kSafariChannels[] = {
     {@"com.apple.SafariTechnologyPreview", "Safari Technology Preview"}};
 
+// nil for what is no file: reading a pipe would wait for ever.
+NSData* Contents(NSString* path) {
+    struct stat info = {};
+    const bool isFile = stat([path fileSystemRepresentation], &info) == 0 && S_ISREG(info.st_mode);
+    return isFile ? [NSData dataWithContentsOfFile:path] : nil;
+}
+
 bool Find(NSString* identifier, const char* name, ApplicationStatus* application) {
     NSURL* url = nil;
     if (FindBrowser(identifier, &url) != noErr) {
         return false;
     }
     NSString* info = [[url path] stringByAppendingPathComponent:@"Contents/Info.plist"];
-    id root = ReadPropertyList(info, NSPropertyListImmutable, NULL);
+    id root = ParsePropertyList(Contents(info), NSPropertyListImmutable, NULL);
     id version = [root isKindOfClass:[NSDictionary class]]
                      ? [root objectForKey:@"CFBundleShortVersionString"]
                      : nil;
@@ -111,7 +119,7 @@ std::string SwitchUnder(NSString* key, NSDictionary* dictionary) {
 
 // Of today's switch, else of that of years ago, which a run edits.
 std::string ChromePasswords() {
-    NSData* data = [NSData dataWithContentsOfFile:ChromePreferences()];
+    NSData* data = Contents(ChromePreferences());
     if (data == nil) {
         return [[NSFileManager defaultManager] fileExistsAtPath:ChromePreferences()] ? "unreadable"
                                                                                      : "not set";
@@ -128,7 +136,7 @@ std::string ChromePasswords() {
 
 std::string SafariPasswords() {
     NSString* path = SafariPreferencesPath();
-    id root = ReadPropertyList(path, NSPropertyListImmutable, NULL);
+    id root = ParsePropertyList(Contents(path), NSPropertyListImmutable, NULL);
     if (![root isKindOfClass:[NSDictionary class]]) {
         return [[NSFileManager defaultManager] fileExistsAtPath:path] ? "unreadable" : "not set";
     }

@@ -310,6 +310,14 @@ def test_folders_in_the_place_of_files_are_no_danger(shipped):
     assert faults(told, "Google Chrome", "descriptor") == ["it is no file"]
 
 
+def test_pipes_in_the_place_of_files_are_not_waited_for(shipped):
+    for path in (HOST, DESCRIPTOR, PREFERENCES, REGISTRY, SAFARI):
+        shipped.remove(path)
+        os.mkfifo(shipped.path(path))
+    told = browsers(report(shipped, "--plan", status=1))
+    assert (told["Google Chrome"]["passwords"], told["Safari"]["passwords"]) == ("unreadable", "unreadable")
+
+
 def test_what_may_not_be_read_is_told_with_a_status_of_its_own(shipped):
     shipped.path(SAFARI).chmod(0)
     assert report(shipped, status=3)["closed"] == [SAFARI]
