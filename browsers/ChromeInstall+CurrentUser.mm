@@ -8,20 +8,8 @@
 #include "logging/NSLogger.h"
 #include "platform/FileModes.h"
 #include "product/Addresses.h"
-#include "product/Extensions.h"
 
 namespace {
-
-NSString* const kPlugInFolder = @"Internet Plug-Ins";
-NSString* const kPlugIn = @KS_CHROME_PLUG_IN;
-
-NSString* UserPlugIn() {
-    NSArray* libraries =
-        NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSUserDomainMask, YES);
-    NSString* library = [libraries count] == 0 ? @"" : [libraries objectAtIndex:0];
-    return [[library stringByAppendingPathComponent:kPlugInFolder]
-        stringByAppendingPathComponent:kPlugIn];
-}
 
 BOOL Copy(NSString* source, NSString* target, NSError** error) {
     return [[NSFileManager defaultManager] copyItemAtPath:source toPath:target error:error];
@@ -75,7 +63,7 @@ void InstallPackage() {
 }
 
 + (void)uninstallChromeCurrUser {
-    RemoveChromeFile(UserPlugIn(), UserPlugIn());
+    RemoveChromeFile(ChromeUserPlugIn(), ChromeUserPlugIn());
     RemoveChromeFile(ChromeInstalledHostManifest(), ChromeInstalledHostManifest());
     // Meant: a missing package is reported with the host manifest's path.
     RemoveChromeFile(ChromeUserExternal(kChromePackage), ChromeInstalledHostManifest());

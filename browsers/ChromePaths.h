@@ -14,6 +14,7 @@ NSString* ChromeUserExternalFolder();            ///< "External Extensions"
 NSString* ChromePayloadHostManifest();           ///< in the payload folder
 NSString* ChromeInstalledHostManifest();  ///< system-wide, also when installed for the current user
 NSString* ChromePreferences();            ///< of the default profile
+NSString* ChromeUserPlugIn();             ///< of earlier versions
 
 /// The extension's descriptor, named after its identifier in the store.
 static NSString* const kChromeDescriptor = @KS_CHROME_DESCRIPTOR;

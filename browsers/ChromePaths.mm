@@ -10,6 +10,8 @@ NSString* const kSystemExternalFolder =
     @"/Library/Application Support/Google/Chrome/External Extensions/";
 NSString* const kUserExternalFolder =
     @"~/Library/Application Support/Google/Chrome/External Extensions/";
+NSString* const kPlugInFolder = @"Internet Plug-Ins";
+NSString* const kPlugIn = @KS_CHROME_PLUG_IN;
 NSString* const kPreferences = @"~/Library/Application Support/Google/Chrome/Default/Preferences";
 
 }  // namespace
@@ -41,4 +43,12 @@ NSString* ChromeInstalledHostManifest() {
 
 NSString* ChromePreferences() {
     return [kPreferences stringByExpandingTildeInPath];
+}
+
+NSString* ChromeUserPlugIn() {
+    NSArray* libraries =
+        NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSUserDomainMask, YES);
+    NSString* library = [libraries count] == 0 ? @"" : [libraries objectAtIndex:0];
+    return [[library stringByAppendingPathComponent:kPlugInFolder]
+        stringByAppendingPathComponent:kPlugIn];
 }

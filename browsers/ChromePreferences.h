@@ -2,6 +2,12 @@
 
 #include <Foundation/Foundation.h>
 
+#include <string>
+#include <string_view>
+
+/// The text of preferences as the edit below leaves it.
+std::string EditedChromePreferences(std::string_view text, BOOL on);
+
 /// Switches Chrome's own password manager by editing its preferences as plain text; what the edit
 /// does not name stays byte for byte. The write is atomic, and its result is not looked at. Nothing
 /// is logged. Meant: only one blank behind a colon is understood. A file written otherwise is

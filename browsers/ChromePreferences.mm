@@ -57,6 +57,14 @@ std::string Edited(std::string_view text, BOOL on) {
     return edited.append(text, from);
 }
 
+}  // namespace
+
+std::string EditedChromePreferences(std::string_view text, BOOL on) {
+    return Edited(text, on);
+}
+
+namespace {
+
 NSError* NoUtf8(NSString* path) {
     NSDictionary* info = [NSDictionary
         dictionaryWithObjectsAndKeys:path, NSFilePathErrorKey,

@@ -1,51 +1,18 @@
 #include "browsers/EdgeInstall.h"
 
 #include "browsers/BrowserLookup.h"
+#include "browsers/EdgePaths.h"
 #include "browsers/ExternalExtension.h"
-#include "browsers/Payload.h"
 #include "logging/NSLogger.h"
 #include "platform/AppWorkspaceUtils.h"
 #include "platform/FileModes.h"
 #include "product/Addresses.h"
 #include "product/Applications.h"
-#include "product/Extensions.h"
 
 namespace {
 
 NSString* const kBundleIdentifier = @KS_EDGE_IDENTIFIER;
 NSString* const kApplicationName = @KS_EDGE_NAME;
-
-NSString* const kPayloadSubfolder = @"/edge";
-NSString* const kDescriptorName = @KS_EDGE_DESCRIPTOR;
-NSString* const kHostFolder = @"~/Library/Application Support/Microsoft Edge/NativeMessagingHosts";
-NSString* const kExternalFolder =
-    @"~/Library/Application Support/Microsoft Edge/External Extensions";
-
-NSString* HostFolder() {
-    return [kHostFolder stringByExpandingTildeInPath];
-}
-
-NSString* ExternalFolder() {
-    return [kExternalFolder stringByExpandingTildeInPath];
-}
-
-NSString* InstalledHostManifest() {
-    return [NSString stringWithFormat:@"%@%@", HostFolder(), kChromiumHostManifest];
-}
-
-NSString* InstalledDescriptor() {
-    return [NSString stringWithFormat:@"%@/%@", ExternalFolder(), kDescriptorName];
-}
-
-NSString* PayloadHostManifest() {
-    return [NSString
-        stringWithFormat:@"%@%@%@", kExtensionsFolder, kPayloadSubfolder, kChromiumHostManifest];
-}
-
-NSString* PayloadDescriptor() {
-    return [NSString
-        stringWithFormat:@"%@%@/%@", kExtensionsFolder, kPayloadSubfolder, kDescriptorName];
-}
 
 // The steps of the installation; each says whether the next one may follow.
 
@@ -85,8 +52,8 @@ BOOL Copy(NSString* source, NSString* target, NSString* failure) {
         return NO;
     }
     NSFileManager* files = [NSFileManager defaultManager];
-    return [files fileExistsAtPath:InstalledHostManifest()] &&
-           [files fileExistsAtPath:InstalledDescriptor()];
+    return [files fileExistsAtPath:EdgeInstalledHostManifest()] &&
+           [files fileExistsAtPath:EdgeInstalledDescriptor()];
 }
 
 + (BOOL)InstallExtension {
@@ -94,11 +61,14 @@ BOOL Copy(NSString* source, NSString* target, NSString* failure) {
         return YES;
     }
     [EdgeInstall UninstallExtension];
-    if (!EnsureFolder(HostFolder(), @"Error creating Edge Native directory: %@") ||
-        !Copy(PayloadHostManifest(), InstalledHostManifest(), @"Error copying Edge JSON: %@") ||
-        !WriteExternalExtension(PayloadDescriptor(), @KS_EDGE_UPDATE_URL) ||  // meant: not logged
-        !EnsureFolder(ExternalFolder(), @"Error creating Edge External directory: %@") ||
-        !Copy(PayloadDescriptor(), InstalledDescriptor(), @"Error copying Edge created JSON: %@")) {
+    if (!EnsureFolder(EdgeHostFolder(), @"Error creating Edge Native directory: %@") ||
+        !Copy(EdgePayloadHostManifest(), EdgeInstalledHostManifest(),
+              @"Error copying Edge JSON: %@") ||
+        !WriteExternalExtension(EdgePayloadDescriptor(),
+                                @KS_EDGE_UPDATE_URL) ||  // meant: not logged
+        !EnsureFolder(EdgeExternalFolder(), @"Error creating Edge External directory: %@") ||
+        !Copy(EdgePayloadDescriptor(), EdgeInstalledDescriptor(),
+              @"Error copying Edge created JSON: %@")) {
         return NO;
     }
     [NSLogger LogSuccess:@"Edge extension installed!"];
@@ -107,8 +77,8 @@ BOOL Copy(NSString* source, NSString* target, NSString* failure) {
 
 + (BOOL)UninstallExtension {
     NSFileManager* files = [NSFileManager defaultManager];
-    [files removeItemAtPath:InstalledHostManifest() error:NULL];
-    [files removeItemAtPath:InstalledDescriptor() error:NULL];
+    [files removeItemAtPath:EdgeInstalledHostManifest() error:NULL];
+    [files removeItemAtPath:EdgeInstalledDescriptor() error:NULL];
     [NSLogger LogSuccess:@"Edge extension uninstalled!"];
     return YES;
 }

@@ -1,5 +1,7 @@
 #include "browsers/FFoxInstall+LegacyCleanup.h"
 
+#include "browsers/FFoxPaths.h"
+
 namespace {
 
 // Qualified names, compared as they are written: the prefixes are Firefox's own.
@@ -8,9 +10,6 @@ NSString* const kTargetApplication = @"NS1:targetApplication";
 NSString* const kList = @"RDF:Seq";
 NSString* const kAbout = @"RDF:about";
 NSString* const kResource = @"RDF:resource";
-
-NSString* const kCacheFiles[] = {@"extensions.ini", @"extensions.cache", @"compreg.dat",
-                                 @"xpti.dat", @"extensiondev.rdf"};
 
 BOOL IsElement(NSXMLNode* node, NSString* name) {
     return [node kind] == NSXMLElementKind && [[node name] isEqualToString:name];
@@ -106,7 +105,7 @@ void RemoveExtension(NSXMLDocument* registry, NSString* identifier) {
     if (profile == nil) {
         return;
     }
-    for (NSString* name : kCacheFiles) {
+    for (NSString* name : kFFoxCacheFiles) {
         [[NSFileManager defaultManager]
             removeItemAtPath:[profile stringByAppendingPathComponent:name]
                        error:NULL];

@@ -2,7 +2,7 @@
 
 #include "browsers/BrowserLookup.h"
 #include "browsers/FFoxInstall+LegacyCleanup.h"
-#include "browsers/Payload.h"
+#include "browsers/FFoxPaths.h"
 #include "logging/NSLogger.h"
 #include "platform/AppWorkspaceUtils.h"
 #include "platform/FileModes.h"
@@ -14,40 +14,6 @@ namespace {
 
 NSString* const kBundleIdentifier = @KS_FIREFOX_IDENTIFIER;
 NSString* const kProgramNames[] = {@"firefox-bin", @"firefox", @"aurora", @"nightly"};
-
-// In an Application Support folder. The last part is Firefox's identifier as an application.
-NSString* const kApplicationFolder = @"/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}";
-NSString* const kProfilesFolder = @"/Firefox/Profiles/";
-
-NSString* const kHostFolder = @"~/Library/Application Support/Mozilla/NativeMessagingHosts/";
-NSString* const kHostManifest = @"/" KS_FIREFOX_HOST_MANIFEST;
-
-NSString* const kRegistry = @"extensions.rdf";
-NSString* const kTypesFolder = @"js-ctypes";
-
-NSString* ApplicationSupportFolder(NSSearchPathDomainMask domain) {
-    return [NSSearchPathForDirectoriesInDomains(NSApplicationSupportDirectory, domain, YES)
-        objectAtIndex:0];
-}
-
-NSString* ApplicationFolder(NSSearchPathDomainMask domain) {
-    return [ApplicationSupportFolder(domain) stringByAppendingString:kApplicationFolder];
-}
-
-// The computer's first.
-NSArray* ApplicationFolders() {
-    return [NSArray arrayWithObjects:ApplicationFolder(NSLocalDomainMask),
-                                     ApplicationFolder(NSUserDomainMask), nil];
-}
-
-NSString* InstalledHostManifest() {
-    return
-        [[kHostFolder stringByExpandingTildeInPath] stringByAppendingPathComponent:kHostManifest];
-}
-
-NSString* PayloadHostManifest() {
-    return [kExtensionsFolder stringByAppendingPathComponent:kHostManifest];
-}
 
 // The steps of the removal.
 
@@ -98,7 +64,7 @@ void RemoveMainExtensions(NSString* folder) {
 }
 
 void RemoveTypes(NSString* folder) {
-    NSString* path = [folder stringByAppendingPathComponent:kTypesFolder];
+    NSString* path = [folder stringByAppendingPathComponent:kFFoxTypesFolder];
     NSError* slot = nil;
     RemoveExtension(path, path, &slot);
     RemoveFolder(folder, &slot);  // meant: it is gone by now
@@ -109,7 +75,7 @@ void CleanProfile(NSString* profile) {
         [NSArray arrayWithObjects:@KS_FIREFOX_BUTTON_IDENTIFIER, @KS_FIREFOX_SHORT_IDENTIFIER,
                                   @KS_FIREFOX_MAIN_IDENTIFIER, nil];
     [FFoxInstall removeExtensions:identifiers
-                      fromRdfFile:[profile stringByAppendingPathComponent:kRegistry]];
+                      fromRdfFile:[profile stringByAppendingPathComponent:kFFoxRegistry]];
     [FFoxInstall clearFFoxCache:profile];
 }
 
@@ -132,7 +98,7 @@ void CleanProfile(NSString* profile) {
 
 + (BOOL)IsExtensionInstalled {
     return [FFoxInstall IsBrowserInstalled] &&
-           [[NSFileManager defaultManager] fileExistsAtPath:InstalledHostManifest()];
+           [[NSFileManager defaultManager] fileExistsAtPath:FFoxInstalledHostManifest()];
 }
 
 + (BOOL)InstallExtension {
@@ -141,13 +107,13 @@ void CleanProfile(NSString* profile) {
     }
     [FFoxInstall UninstallExtension];
     NSError* error = nil;
-    if (!CreateOpenFolder(ApplicationFolder(NSUserDomainMask), &error)) {
+    if (!CreateOpenFolder(FFoxUserApplicationFolder(), &error)) {
         [NSLogger LogFailure:@"Error installing FFox: %@", [error description]];
     }
-    CreateOpenFolder([kHostFolder stringByExpandingTildeInPath], NULL);
+    CreateOpenFolder(FFoxHostFolder(), NULL);
     NSError* copyError = nil;
-    const BOOL copied = [[NSFileManager defaultManager] copyItemAtPath:PayloadHostManifest()
-                                                                toPath:InstalledHostManifest()
+    const BOOL copied = [[NSFileManager defaultManager] copyItemAtPath:FFoxPayloadHostManifest()
+                                                                toPath:FFoxInstalledHostManifest()
                                                                  error:&copyError];
     // Meant: the page is opened whatever the copy gave.
     [[[[AppWorkspaceUtils alloc] init] autorelease] OpenURL:@KS_FIREFOX_PRIVACY_PAGE
@@ -159,7 +125,7 @@ void CleanProfile(NSString* profile) {
 }
 
 + (BOOL)UninstallExtension {
-    NSArray* folders = ApplicationFolders();
+    NSArray* folders = FFoxApplicationFolders();
     for (NSString* folder in folders) {
         RemoveButton(folder);
     }
@@ -169,7 +135,7 @@ void CleanProfile(NSString* profile) {
     for (NSString* folder in folders) {
         RemoveTypes(folder);
     }
-    [[NSFileManager defaultManager] removeItemAtPath:InstalledHostManifest() error:NULL];
+    [[NSFileManager defaultManager] removeItemAtPath:FFoxInstalledHostManifest() error:NULL];
     for (NSString* profile in [FFoxInstall ffoxProfiles]) {
         // There may be many: each gives back what it took.
         @autoreleasepool {
@@ -180,8 +146,7 @@ void CleanProfile(NSString* profile) {
 }
 
 + (NSArray*)ffoxProfiles {
-    NSString* folder =
-        [ApplicationSupportFolder(NSUserDomainMask) stringByAppendingString:kProfilesFolder];
+    NSString* folder = FFoxProfilesFolder();
     NSArray* names = [[NSFileManager defaultManager] contentsOfDirectoryAtPath:folder error:NULL];
     NSMutableArray* profiles = [NSMutableArray arrayWithCapacity:[names count]];
     for (NSString* name in names) {

@@ -14,8 +14,9 @@ static NSString* const kSafariButtonArchive = @KS_SAFARI_BUTTON_ARCHIVE;
 static NSString* const kSafariInstalledExtensions = @"Installed Extensions";
 static NSString* const kSafariArchiveName = @"Archive File Name";
 
-/// The user's Library folder.
-NSString* UserLibrary();
+NSString* SafariButtonPath();            ///< the old button's archive
+NSString* SafariPlugIn(NSString* name);  ///< an old web plug-in
+NSString* SafariCacheFolder();           ///< of extensions
 
 /// What an archive's name is recognised by: all before its first ".".
 NSString* ArchivePrefix(NSString* archive);
@@ -34,6 +35,9 @@ NSString* SafariRegistryPath();
 
 /// The registry's bytes, autoreleased; nil when it cannot be read.
 NSData* ReadSafariRegistry();
+
+/// What RemoveFromSafariRegistry takes out of a registry, where everything is mutable.
+void RemoveFromSafariList(id root, NSString* archive);
 
 /// Removes the last entry whose archive's name begins like `archive`'s, and every entry equal to
 /// it, and writes the registry again as a binary property list, whether or not there was one. Bytes

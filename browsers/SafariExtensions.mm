@@ -1,10 +1,19 @@
 #include "browsers/SafariExtensions.h"
 
 #include "platform/PropertyLists.h"
+#include "product/Applications.h"
 
 namespace {
 
+NSString* const kArchivesFolder = @"Safari/Extensions";
+NSString* const kPlugInsFolder = @"Internet Plug-Ins";
+NSString* const kCacheFolder = @"Caches/" KS_SAFARI_IDENTIFIER "/Extensions/";
 NSString* const kRegistry = @"~/Library/Safari/Extensions/Extensions.plist";
+
+NSString* UserLibrary() {
+    return [NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSUserDomainMask, YES)
+        firstObject];
+}
 
 id LastEntryOf(NSArray* entries, NSString* prefix) {
     for (id entry in [entries reverseObjectEnumerator]) {
@@ -25,9 +34,18 @@ NSMutableArray* InstalledExtensions(id root) {
 
 }  // namespace
 
-NSString* UserLibrary() {
-    return [NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSUserDomainMask, YES)
-        firstObject];
+NSString* SafariButtonPath() {
+    return [[UserLibrary() stringByAppendingPathComponent:kArchivesFolder]
+        stringByAppendingPathComponent:kSafariButtonArchive];
+}
+
+NSString* SafariPlugIn(NSString* name) {
+    return [[UserLibrary() stringByAppendingPathComponent:kPlugInsFolder]
+        stringByAppendingPathComponent:name];
+}
+
+NSString* SafariCacheFolder() {
+    return [UserLibrary() stringByAppendingPathComponent:kCacheFolder];
 }
 
 NSString* ArchivePrefix(NSString* archive) {
@@ -58,13 +76,17 @@ NSData* ReadSafariRegistry() {
     return [NSData dataWithContentsOfFile:SafariRegistryPath()];
 }
 
-BOOL RemoveFromSafariRegistry(NSString* archive, NSData* registry, NSError** error) {
-    id root = ParsePropertyList(registry, NSPropertyListMutableContainersAndLeaves, NULL);
+void RemoveFromSafariList(id root, NSString* archive) {
     NSMutableArray* entries = InstalledExtensions(root);
     // The array must not be the last owner of what it is asked to remove.
     id remembered = [[LastEntryOf(entries, ArchivePrefix(archive)) retain] autorelease];
     if (remembered != nil) {
         [entries removeObject:remembered];
     }
+}
+
+BOOL RemoveFromSafariRegistry(NSString* archive, NSData* registry, NSError** error) {
+    id root = ParsePropertyList(registry, NSPropertyListMutableContainersAndLeaves, NULL);
+    RemoveFromSafariList(root, archive);
     return WriteSafariFile(root, SafariRegistryPath(), error);
 }

@@ -1,18 +1,9 @@
 #include "browsers/SafariExtensions.h"
 #include "browsers/SafariInstall.h"
+#include "browsers/SafariPreferences.h"
 #include "logging/NSLogger.h"
 
 namespace {
-
-NSString* const kArchivesFolder = @"Safari/Extensions";
-NSString* const kToolbar = @"NSToolbar Configuration BrowserWindowToolbarIdentifier";
-NSString* const kToolbarItems = @"TB Item Identifiers";
-NSString* const kButtonItem = @KS_SAFARI_BUTTON_ITEM;
-
-NSString* ButtonPath() {
-    return [[UserLibrary() stringByAppendingPathComponent:kArchivesFolder]
-        stringByAppendingPathComponent:kSafariButtonArchive];
-}
 
 // NO when the registry cannot be read.
 BOOL RemoveFromRegistry() {
@@ -30,21 +21,10 @@ BOOL RemoveFromRegistry() {
     }
 }
 
-void RemoveToolbarItem(NSDictionary* preferences) {
-    id toolbar = [preferences objectForKey:kToolbar];
-    if (![toolbar isKindOfClass:[NSDictionary class]]) {
-        return;
-    }
-    id items = [toolbar objectForKey:kToolbarItems];
-    if ([items isKindOfClass:[NSMutableArray class]]) {
-        [items removeObject:kButtonItem];
-    }
-}
-
 void RemoveFromToolbar() {
     @autoreleasepool {
         NSMutableDictionary* preferences = [SafariInstall comAppleSafariPlist];
-        RemoveToolbarItem(preferences);
+        RemoveSafariToolbarItem(preferences);
         [SafariInstall writeDictToComAppleSafariPlist:preferences];
     }
 }
@@ -63,7 +43,7 @@ void RemoveFromToolbar() {
 
 + (void)removeSafariButtonFiles {
     NSFileManager* files = [NSFileManager defaultManager];
-    NSString* path = ButtonPath();
+    NSString* path = SafariButtonPath();
     NSError* error = nil;
     if (![files fileExistsAtPath:path]) {
         [NSLogger LogInformation:@"Can't delete, file not present %@", path];

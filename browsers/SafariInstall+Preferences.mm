@@ -1,32 +1,13 @@
 #include "browsers/SafariExtensions.h"
 #include "browsers/SafariInstall.h"
+#include "browsers/SafariPreferences.h"
 #include "logging/NSLogger.h"
 #include "platform/PropertyLists.h"
-#include "product/Applications.h"
 
 namespace {
 
-NSString* const kPreferences = @"~/Library/Preferences/" KS_SAFARI_IDENTIFIER ".plist";
-NSString* const kAutoFill = @"AutoFillPasswords";
-NSString* const kAutoFillOn = @"1";  // meant: the value is a string
-NSString* const kAutoFillOff = @"0";
-NSString* const kTabPolicy = @"TabCreationPolicy";
-constexpr int kTabPolicyWithoutAutoFill = 2;
-
-NSString* PreferencesPath() {
-    return [kPreferences stringByExpandingTildeInPath];
-}
-
 NSData* ReadPreferences() {
-    return [NSData dataWithContentsOfFile:PreferencesPath()];
-}
-
-void SetFillPasswords(NSMutableDictionary* preferences, BOOL on) {
-    [preferences setObject:on ? kAutoFillOn : kAutoFillOff forKey:kAutoFill];
-    if (!on) {
-        [preferences setObject:[NSNumber numberWithInt:kTabPolicyWithoutAutoFill]
-                        forKey:kTabPolicy];
-    }
+    return [NSData dataWithContentsOfFile:SafariPreferencesPath()];
 }
 
 }  // namespace
@@ -42,10 +23,10 @@ void SetFillPasswords(NSMutableDictionary* preferences, BOOL on) {
         }
         id root = ParsePropertyList(data, NSPropertyListMutableContainersAndLeaves, NULL);
         if ([root isKindOfClass:[NSMutableDictionary class]]) {
-            SetFillPasswords(root, on);
+            SetSafariAutoFill(root, on);
         }
         NSError* error = nil;
-        if (!WriteSafariFile(root, PreferencesPath(), &error)) {
+        if (!WriteSafariFile(root, SafariPreferencesPath(), &error)) {
             [NSLogger LogInformation:@"%@", [error description]];
         }
     }
@@ -76,7 +57,7 @@ void SetFillPasswords(NSMutableDictionary* preferences, BOOL on) {
         [NSLogger LogFailure:@"Error reading plist: %@", [error description]];
         return NO;
     }
-    if (![data writeToFile:PreferencesPath() options:NSDataWritingAtomic error:&error]) {
+    if (![data writeToFile:SafariPreferencesPath() options:NSDataWritingAtomic error:&error]) {
         [NSLogger LogFailure:@"Error writing to file: %@", [error description]];
         return NO;
     }

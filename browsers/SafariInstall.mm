@@ -2,20 +2,12 @@
 
 #include "browsers/SafariExtensions.h"
 #include "logging/NSLogger.h"
-#include "product/Applications.h"
 
 namespace {
 
-NSString* const kPlugInsFolder = @"Internet Plug-Ins";
-NSString* const kPlugIn32 = @KS_SAFARI_PLUG_IN_32;
-NSString* const kPlugIn64 = @KS_SAFARI_PLUG_IN_64;
-
-NSString* const kCacheFolder = @"Caches/" KS_SAFARI_IDENTIFIER "/Extensions/";
-
 void RemovePlugIn(NSString* name) {
     NSFileManager* files = [NSFileManager defaultManager];
-    NSString* path = [[UserLibrary() stringByAppendingPathComponent:kPlugInsFolder]
-        stringByAppendingPathComponent:name];
+    NSString* path = SafariPlugIn(name);
     NSError* error = nil;
     if (![files fileExistsAtPath:path]) {
         [NSLogger LogWarning:@"Couldn't delete. File not present: %@", path];
@@ -77,12 +69,12 @@ void RemoveCached(NSString* path) {
 }
 
 + (void)removeSafariFiles {
-    RemovePlugIn(kPlugIn32);
-    RemovePlugIn(kPlugIn64);
+    RemovePlugIn(@KS_SAFARI_PLUG_IN_32);
+    RemovePlugIn(@KS_SAFARI_PLUG_IN_64);
 }
 
 + (void)cleanSafariExtensionCache:(NSString*)kind {
-    NSString* folder = [UserLibrary() stringByAppendingPathComponent:kCacheFolder];
+    NSString* folder = SafariCacheFolder();
     NSError* error = nil;
     NSArray* names = [[NSFileManager defaultManager] contentsOfDirectoryAtPath:folder error:&error];
     if ([names count] == 0) {

@@ -7,8 +7,10 @@
 set(KS_ROOMS product crypto logging settings platform ui privileged browsers installer)
 list(TRANSFORM KS_ROOMS REPLACE "(.+)" "$<TARGET_OBJECTS:room_\\1>" OUTPUT_VARIABLE KS_ROOM_OBJECTS)
 list(FILTER KS_ROOM_OBJECTS EXCLUDE REGEX room_product)  # headers alone
-# Parts of crypto and platform that stand apart, for the tools.
-list(APPEND KS_ROOM_OBJECTS $<TARGET_OBJECTS:ciphers> $<TARGET_OBJECTS:utf8> $<TARGET_OBJECTS:property_lists>)
+# Parts of rooms that stand apart, for the tools.
+foreach(part ciphers utf8 property_lists local_settings browser_places)
+  list(APPEND KS_ROOM_OBJECTS $<TARGET_OBJECTS:${part}>)
+endforeach()
 
 # Where the installer and what it needs beside it are installed to.
 set(KS_PROGRAM_DESTINATION libexec/keystrel)

@@ -130,7 +130,7 @@ def programs(build):
 def test_without_googletest_no_tests_are_built_and_it_is_said(tmp_path):
     build, said = configure(tmp_path, NO_GOOGLE_TEST)
     assert f"-- {MISSING}" in said.splitlines()
-    assert programs(build) == {"KSExtensionInstaller", "KSLogReader"}
+    assert programs(build) == {"KSExtensionInstaller", "KSLogReader", "KSStatus"}
     assert "/tests/" not in build
 
 
@@ -139,7 +139,8 @@ def test_with_googletest_the_facts_and_the_plain_tests_are_built(build_with_test
     plain = [name for room in ["crypto", "platform"]
              for name in re.findall(r"^plain_test\((\w+)", (ROOT / f"tests/{room}/CMakeLists.txt").read_text(), re.MULTILINE)]
     assert len(facts) >= 5 and len(plain) >= 5
-    assert programs(build_with_tests) == {"KSExtensionInstaller", "KSLogReader", "crypto_lines", "facts_application", *facts, *plain}
+    assert programs(build_with_tests) == {"KSExtensionInstaller", "KSLogReader", "KSStatus", "crypto_lines",
+                                          "facts_application", *facts, *plain}
 
 
 def test_tests_are_built_for_the_mac_that_builds_them_and_the_product_for_every_one(build_with_tests):
@@ -154,7 +155,7 @@ def test_what_is_installed(build, folder):
     scripts = "".join(path.read_text() for path in (folder / "build").rglob("cmake_install.cmake"))
     installs = re.findall(r'DESTINATION "\$\{CMAKE_INSTALL_PREFIX\}/([^"]+)" TYPE \w+(?: RENAME "[^"]+")? FILES((?:\s*"[^"]+")+)', scripts)
     installed = {f"{place}/{file.rsplit('/', 1)[1]}" for place, files in installs for file in re.findall(r'"([^"]+)"', files)}
-    assert installed == {"bin/KSLogReader", "libexec/keystrel/KSExtensionInstaller",
+    assert installed == {"bin/KSLogReader", "bin/KSStatus", "libexec/keystrel/KSExtensionInstaller",
                          "libexec/keystrel/QWBrowsersAlert.nib", "libexec/keystrel/QWSyleAlert.nib",
                          "share/bash-completion/completions/KSLogReader.bash", "share/zsh/site-functions/_KSLogReader",
                          "share/man/man1/KSExtensionInstaller.1", "share/man/man1/KSLogReader.1"}

@@ -66,7 +66,7 @@ def test_a_room_includes_whom_it_may_know_and_no_other(room):
 
 
 def test_the_tools_include_what_stands_apart_and_nothing_else():
-    assert set(used("tools")) == {"crypto", "platform", "product"}
+    assert set(used("tools")) == {"browsers", "crypto", "logging", "platform", "product", "settings"}
 
 
 def test_the_table_of_the_architecture_is_the_builds():
