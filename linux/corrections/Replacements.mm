@@ -67,7 +67,8 @@ const Replacement kReplacements[] = {
     // Windows
     {"NSApplication", "+sharedApplication"},
     {"NSApplication", "-_openFiles"},
-    {"NSApplication", "-runModalForWindow:"},
+    {"NSApplication", "-beginModalSessionForWindow:"},
+    {"NSApplication", "-keyWindow"},
     {"NSApplication", "-stopModalWithCode:"},
     {"GSDisplayServer", "-getEventMatchingMask:beforeDate:inMode:dequeue:"},
     {"GSServicesManager", "-registerAsServiceProvider"},
@@ -79,6 +80,7 @@ const Replacement kReplacements[] = {
     {"NSScroller", "-drawRect:"},
     {"NSScrollView", "-drawRect:"},
     {"NSScrollView", "-setVerticalScroller:"},
+    {"NSWindow", "-performMiniaturize:"},
     {"NSWindowController", "-loadWindow"},
 };
 

@@ -186,6 +186,43 @@ TEST_F(FramedAnswer, AltF4IsNoButtonOfTheAlert) {
     }
 }
 
+TEST_F(FramedAnswer, NoWindowThatComesLaterCoversTheAlert) {
+    const int result = AskUser(
+        user, [] { return Ask({}); },
+        [&] {
+            user.SeeState("_NET_WM_STATE_ABOVE");
+            user.OpenAnotherWindow();
+            EXPECT_TRUE(user.IsOnTop());
+            user.Click(kIgnore, kRow);
+        });
+    EXPECT_EQ(result, kAlertIgnore);
+}
+
+TEST_F(FramedAnswer, TheAlertIsModalAndInTheTaskBar) {
+    AskUser(
+        user, [] { return Ask({}); },
+        [&] {
+            user.SeeState("_NET_WM_STATE_MODAL");
+            EXPECT_FALSE(user.IsInState("_NET_WM_STATE_SKIP_TASKBAR"));
+            EXPECT_FALSE(user.IsInState("_NET_WM_STATE_SKIP_PAGER"));
+            user.Click(kOk, kRow);
+        });
+}
+
+TEST_F(FramedAnswer, AMinimisedAlertComesBackWithTheKeyboard) {
+    for (int i = 0; i < 3; ++i) {
+        const int result = AskUser(
+            user, [] { return Ask({}); },
+            [&] {
+                user.SeeKeyboardTaken();
+                user.Minimise();
+                user.SeeAlert();
+                user.Type(XK_Return);
+            });
+        ASSERT_EQ(result, kAlertOk) << "alert " << i;
+    }
+}
+
 TEST_F(FramedAnswer, TheFrameIsAsWideAsItsMakerSays) {
     XRectangle frame = {};
     AskUser(
