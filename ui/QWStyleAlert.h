@@ -89,6 +89,9 @@ enum AlertResult { kAlertClosed = -1, kAlertOk = 0, kAlertCancel = 1, kAlertIgno
 - (IBAction)cancelAction:(id)sender;
 - (IBAction)ignoreAction:(id)sender;
 
+/// The arrows, Page Up, Page Down, Home and End scroll the message, from wherever the focus is.
+- (void)keyDown:(NSEvent*)event;
+
 /// Closes the window and leaves the result as it is.
 - (IBAction)mainClose:(id)sender;
 

@@ -27,6 +27,7 @@ const CGFloat kTextGap = 10;
 // The message's look: an interface file keeps it only as part of a text, and the message has none
 // there.
 const CGFloat kMessageFontSize = 13;
+const CGFloat kMessageLine = 16;
 const CGFloat kMessageGray = 0.2;
 
 NSColor* LightGround() {
@@ -192,6 +193,39 @@ void SetTitle(NSButton* button, NSString* text) {
 - (void)windowWillClose:(NSNotification*)notification {
     (void)notification;
     [NSApp stopModal];
+}
+
+#pragma mark - Keys
+
+// No button takes these keys; they move the message.
+- (void)keyDown:(NSEvent*)event {
+    const CGFloat page = NSHeight([[textView enclosingScrollView] frame]) - kMessageLine;
+    const CGFloat all = NSHeight([textView frame]);
+    NSString* keys = [event charactersIgnoringModifiers];
+    switch ([keys length] == 0 ? 0 : [keys characterAtIndex:0]) {
+        case NSUpArrowFunctionKey:
+            return [self scrollMessageBy:-kMessageLine];
+        case NSDownArrowFunctionKey:
+            return [self scrollMessageBy:kMessageLine];
+        case NSPageUpFunctionKey:
+            return [self scrollMessageBy:-page];
+        case NSPageDownFunctionKey:
+            return [self scrollMessageBy:page];
+        case NSHomeFunctionKey:
+            return [self scrollMessageBy:-all];
+        case NSEndFunctionKey:
+            return [self scrollMessageBy:all];
+        default:
+            [super keyDown:event];
+    }
+}
+
+- (void)scrollMessageBy:(CGFloat)distance {
+    NSScrollView* message = [textView enclosingScrollView];
+    NSClipView* room = [message contentView];
+    const NSPoint wanted = NSMakePoint(0, NSMinY([room bounds]) + distance);
+    [room scrollToPoint:[room constrainScrollPoint:wanted]];
+    [message reflectScrolledClipView:room];
 }
 
 #pragma mark - Layout

@@ -1,7 +1,9 @@
 // Buttons and labels, where GNUstep's look or answer differently from a Mac's:
 //
 //  - A button that Return presses gets the picture of a return key, which takes the title's room.
-//  - A hidden button answers its key all the same; a Mac's does not.
+//  - A hidden button answers its key all the same, and one that Return presses does not answer the
+//    keypad's Enter; a Mac's do the opposite.
+//  - Escape ends the modal run of any window; a Mac's hands it on like any other key.
 //  - A label's text starts at the very edge of its frame; a Mac leaves 2 points.
 //  - The focus is a line of black dots, which nobody sees on a dark button.
 //  - A text view lays its text out when somebody moves it; until then it has no scroller.
@@ -10,8 +12,14 @@
 
 namespace {
 
+const unichar kEscape = 0x1B;
 const CGFloat kLabelInset = 2;
 const CGFloat kFocusInset = 3;
+
+BOOL IsKey(NSEvent* event, unichar key) {
+    NSString* characters = [event characters];
+    return [characters length] == 1 && [characters characterAtIndex:0] == key;
+}
 
 }  // namespace
 
@@ -32,7 +40,26 @@ const CGFloat kFocusInset = 3;
 @implementation NSButton (MacKeys)
 
 - (BOOL)mac_performKeyEquivalent:(NSEvent*)event {
-    return ![self isHiddenOrHasHiddenAncestor] && [self mac_performKeyEquivalent:event];
+    if ([self isHiddenOrHasHiddenAncestor]) {
+        return NO;
+    }
+    if ([[self keyEquivalent] isEqualToString:@"\r"] && IsKey(event, NSEnterCharacter)) {
+        [self performClick:self];
+        return YES;
+    }
+    return [self mac_performKeyEquivalent:event];
+}
+
+@end
+
+@implementation NSWindow (MacKeys)
+
+- (void)mac_keyDown:(NSEvent*)event {
+    if (IsKey(event, kEscape)) {
+        [super keyDown:event];
+    } else {
+        [self mac_keyDown:event];
+    }
 }
 
 @end

@@ -80,6 +80,7 @@ const Replacement kReplacements[] = {
     {"NSScroller", "-drawRect:"},
     {"NSScrollView", "-drawRect:"},
     {"NSScrollView", "-setVerticalScroller:"},
+    {"NSWindow", "-keyDown:"},
     {"NSWindow", "-performMiniaturize:"},
     {"NSWindowController", "-loadWindow"},
 };

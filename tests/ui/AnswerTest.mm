@@ -119,6 +119,42 @@ TEST_F(Answer, TabGoesFromButtonToButtonAndSpacePressesIt) {
     }
 }
 
+TEST_F(Answer, EscapeDoesNothing) {
+    const int result = AskUser(
+        user, [] { return Ask({}); },
+        [&] {
+            user.Type(XK_Escape);
+            user.Type(XK_Return);
+        });
+    EXPECT_EQ(result, kAlertOk);
+}
+
+TEST_F(Answer, TheKeypadsEnterPressesOkAsReturnDoes) {
+    EXPECT_EQ(AskAndType({}, XK_KP_Enter), kAlertOk);
+    EXPECT_EQ(AskAndType(AllOrange(), XK_KP_Enter), kAlertOk);
+    for (const unsigned long key : {XK_Return, XK_KP_Enter}) {
+        const int withAnotherInFocus = AskUser(
+            user, [] { return Ask({}); },
+            [&] {
+                user.Type(XK_Tab);
+                user.Type(key);
+            });
+        EXPECT_EQ(withAnotherInFocus, kAlertOk);
+    }
+}
+
+TEST_F(Answer, TheKeypadsEnterPressesNoOkThatIsNotThere) {
+    Question question;
+    question.ok = @"";
+    const int result = AskUser(
+        user, [&] { return Ask(question); },
+        [&] {
+            user.Type(XK_KP_Enter);
+            user.Click(kCancel, kRow);
+        });
+    EXPECT_EQ(result, kAlertCancel);
+}
+
 TEST_F(Answer, TheMessageTakesNoKeys) {
     const int result = AskUser(
         user, [] { return Ask({}); },
