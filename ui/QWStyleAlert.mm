@@ -28,6 +28,7 @@ const CGFloat kTextGap = 10;
 // there.
 const CGFloat kMessageFontSize = 13;
 const CGFloat kMessageLine = 16;
+const CGFloat kLeastMessage = 36;
 const CGFloat kMessageGray = 0.2;
 
 NSColor* LightGround() {
@@ -157,6 +158,19 @@ void SetTitle(NSButton* button, NSString* text) {
     }
 }
 
+- (void)makeRoomForMessage {
+    NSScrollView* message = [textView enclosingScrollView];
+    const CGFloat missing = kLeastMessage - ([self topOfMessage] - NSMinY([message frame]));
+    if (missing <= 0) {
+        return;
+    }
+    NSRect frame = [[self window] frame];
+    frame.size.height += missing;
+    [[self window] setFrame:frame display:NO];
+    [self layOutTexts];
+    [self centerWindowOnScreen];
+}
+
 - (void)enableTextView {
     [textView setSelectable:NO];
     [textView setEditable:NO];
@@ -236,30 +250,31 @@ void SetTitle(NSButton* button, NSString* text) {
     MoveToX(ignoreButton, ignoreButtonOrange, x.ignore);
 }
 
-// From the top down: title, large text, message. An empty one takes no room, and the message
-// reaches down to where the interface file ends it.
+// From the top down: title, large text, message. An empty one takes no room.
+- (CGFloat)topOfBigText {
+    const CGFloat top = NSHeight([[[self window] contentView] bounds]);
+    return top - ([titleBand isHidden] ? 0 : NSHeight([titleBand frame])) - kMargin;
+}
+
+- (CGFloat)topOfMessage {
+    const CGFloat top = [self topOfBigText];
+    return [bigTextTField isHidden] ? top : top - NSHeight([bigTextTField frame]) - kTextGap;
+}
+
+// The message reaches down to where the interface file ends it.
 - (void)layOutTexts {
-    NSView* content = [[self window] contentView];
-    CGFloat top = NSHeight([content bounds]);
     [titleBand setHidden:[titleText length] == 0];
-    if (![titleBand isHidden]) {
-        top -= NSHeight([titleBand frame]);
-    }
-    top -= kMargin;
     [bigTextTField setHidden:[[bigTextTField stringValue] length] == 0];
-    if (![bigTextTField isHidden]) {
-        NSRect bigText = [bigTextTField frame];
-        bigText.origin.y = top - NSHeight(bigText);
-        [bigTextTField setFrame:bigText];
-        top = NSMinY(bigText) - kTextGap;
-    }
+    NSRect bigText = [bigTextTField frame];
+    bigText.origin.y = [self topOfBigText] - NSHeight(bigText);
+    [bigTextTField setFrame:bigText];
     NSScrollView* message = [textView enclosingScrollView];
     NSRect room = [message frame];
-    room.size.height = MAX(top - NSMinY(room), 0);
+    room.size.height = MAX([self topOfMessage] - NSMinY(room), 0);
     [message setFrame:room];
     // No scroller for empty room.
     [textView setMinSize:NSMakeSize(0, [message contentSize].height)];
-    [content setNeedsDisplay:YES];
+    [[[self window] contentView] setNeedsDisplay:YES];
 }
 
 @end

@@ -5,7 +5,9 @@
 //    keypad's Enter; a Mac's do the opposite.
 //  - Escape ends the modal run of any window; a Mac's hands it on like any other key.
 //  - A label's text starts at the very edge of its frame; a Mac leaves 2 points.
-//  - The focus is a line of black dots, which nobody sees on a dark button.
+//  - The focus is a line of black dots, which nobody sees on a dark button: here it is white, or
+//    black on a light one.
+//  - A text that ends in an ellipsis where it is too long runs out of its frame.
 //  - A text view lays its text out when somebody moves it; until then it has no scroller.
 #include <AppKit/AppKit.h>
 #include <GNUstepGUI/GSTheme.h>
@@ -15,10 +17,32 @@ namespace {
 const unichar kEscape = 0x1B;
 const CGFloat kLabelInset = 2;
 const CGFloat kFocusInset = 3;
+const CGFloat kTitleInset = 4;
 
 BOOL IsKey(NSEvent* event, unichar key) {
     NSString* characters = [event characters];
     return [characters length] == 1 && [characters characterAtIndex:0] == key;
+}
+
+BOOL IsLight(NSColor* color) {
+    return [[color colorUsingColorSpaceName:NSDeviceWhiteColorSpace] whiteComponent] > 0.45;
+}
+
+BOOL Ends(NSAttributedString* text) {
+    NSParagraphStyle* style = [text attribute:NSParagraphStyleAttributeName
+                                      atIndex:0
+                               effectiveRange:NULL];
+    return [style lineBreakMode] == NSLineBreakByTruncatingTail;
+}
+
+NSAttributedString* Shortened(NSAttributedString* text, CGFloat width) {
+    NSMutableAttributedString* shorter = [[text mutableCopy] autorelease];
+    for (NSUInteger kept = [text length]; kept > 0 && [shorter size].width > width;) {
+        kept = [[text string] rangeOfComposedCharacterSequenceAtIndex:kept - 1].location;
+        [shorter replaceCharactersInRange:NSMakeRange(kept, [shorter length] - kept)
+                               withString:@"\u2026"];
+    }
+    return shorter;
 }
 
 }  // namespace
@@ -67,10 +91,21 @@ BOOL IsKey(NSEvent* event, unichar key) {
 @implementation GSTheme (MacLook)
 
 - (void)mac_drawFocusFrame:(NSRect)frame view:(NSView*)view {
-    (void)view;
-    [[NSColor colorWithDeviceWhite:1 alpha:0.5] set];
-    NSFrameRectWithWidthUsingOperation(NSInsetRect(frame, kFocusInset, kFocusInset), 1,
-                                       NSCompositeSourceOver);
+    NSColor* ground = [view isKindOfClass:[NSButton class]]
+                          ? [[static_cast<NSButton*>(view) cell] backgroundColor]
+                          : [[view window] backgroundColor];
+    [IsLight(ground) ? [NSColor blackColor] : [NSColor whiteColor] set];
+    NSFrameRect(NSInsetRect(frame, kFocusInset, kFocusInset));
+}
+
+@end
+
+@implementation NSCell (MacLayout)
+
+- (void)mac__drawAttributedText:(NSAttributedString*)text inFrame:(NSRect)frame {
+    const BOOL ends = [text length] > 0 && Ends(text);
+    [self mac__drawAttributedText:ends ? Shortened(text, NSWidth(frame) - 2 * kTitleInset) : text
+                          inFrame:frame];
 }
 
 @end
@@ -85,6 +120,12 @@ BOOL IsKey(NSEvent* event, unichar key) {
 @end
 
 @implementation NSTextFieldCell (MacLayout)
+
+- (NSAttributedString*)mac__drawAttributedString {
+    NSAttributedString* text = [self mac__drawAttributedString];
+    const CGFloat width = NSWidth([self titleRectForBounds:[[self controlView] bounds]]);
+    return [self lineBreakMode] == NSLineBreakByTruncatingTail ? Shortened(text, width) : text;
+}
 
 - (NSRect)drawingRectForBounds:(NSRect)bounds {
     const NSRect rect = [super drawingRectForBounds:bounds];

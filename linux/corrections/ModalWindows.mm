@@ -72,10 +72,12 @@ class ManagedWindow {
     return session;
 }
 
-// GNUstep hears of the keyboard later than the window gets it; keys that come between are its own.
-- (NSWindow*)mac_keyWindow {
-    NSWindow* window = [self mac_keyWindow];
-    return window ? window : [self modalWindow];
+// A window that is closed loses the keyboard, of which GNUstep hears when the next one stands: that
+// one would be without until it is told that it has it, and keys that come between would be lost.
+- (void)mac_deactivate {
+    if (![self modalWindow]) {
+        [self mac_deactivate];
+    }
 }
 
 @end

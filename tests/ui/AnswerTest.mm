@@ -259,6 +259,18 @@ TEST_F(FramedAnswer, AMinimisedAlertComesBackWithTheKeyboard) {
     }
 }
 
+TEST_F(FramedAnswer, EveryAlertShowsItsFocus) {
+    constexpr Color kWhite = {255, 255, 255};
+    for (int i = 0; i < 3; ++i) {
+        AskUser(
+            user, [] { return Ask({}); },
+            [&] {
+                user.SeeColor(303 + 3, kRow, kWhite);
+                user.Click(kOk, kRow);
+            });
+    }
+}
+
 TEST_F(FramedAnswer, TheFrameIsAsWideAsItsMakerSays) {
     XRectangle frame = {};
     AskUser(

@@ -124,6 +124,30 @@ TEST(Message, ScrollsByKeys) {
     EXPECT_EQ(PlaceAfter({XK_End, XK_Home}), 0);
 }
 
+TEST(Message, LeavesNoKnobWhereItHasScrolledFrom) {
+    constexpr int kColumn = 482 - 22 - 3;
+    constexpr Color kKnob = {153, 153, 153};
+    DesktopUser user;
+    Question question;
+    question.message = Repeated(@"The disk is full. ", 1000);
+    question.title = @"";
+    AskUser(
+        user, [&] { return Ask(question); },
+        [&] {
+            const Color ground = user.ColorAt(kColumn, 70);
+            user.SeeColor(kColumn, 190, kKnob);
+            for (int i = 0; i < 4; ++i) {
+                user.Type(XK_Page_Down);
+            }
+            user.Type(XK_End);
+            user.SeeColor(kColumn, 80, kKnob);
+            for (int y = 140; y < 200; ++y) {
+                EXPECT_EQ(user.ColorAt(kColumn, y), ground) << y;
+            }
+            user.Type(XK_Return);
+        });
+}
+
 TEST(Message, OfOneCharacterIsReadable) {
     ExpectReadable(@"X", true);
 }
