@@ -73,6 +73,7 @@ const Replacement kReplacements[] = {
     {"GSDisplayServer", "-getEventMatchingMask:beforeDate:inMode:dequeue:"},
     {"GSServicesManager", "-registerAsServiceProvider"},
     {"GSTheme", "-drawFocusFrame:view:"},
+    {"GSXibKeyedUnarchiver", "+checkXib5:"},
     {"NSButton", "-performKeyEquivalent:"},
     {"NSButtonCell", "-setKeyEquivalent:"},
     {"NSCell", "-_drawAttributedText:inFrame:"},

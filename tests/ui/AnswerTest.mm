@@ -1,6 +1,7 @@
 // A user in front of the alert: every way to answer it, again and again.
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include "tests/support/Asking.h"
 #include "ui/QWIAlertUtils.h"
@@ -171,6 +172,29 @@ TEST_F(Answer, ClosingByTheProgramIsNoButton) {
         ASSERT_EQ(AskAndLook([] { return Ask({}); }, [](QWStyleAlert*) {}), kAlertClosed)
             << "alert " << i;
     }
+}
+
+TEST_F(Answer, AnAlertLeavesLittleInMemory) {
+    constexpr int kMany = 12;
+    constexpr size_t kLittle = 16 * 1024;
+    const auto ask = [] {
+        @autoreleasepool {
+            AskAndLook([] { return Ask({}); }, [](QWStyleAlert*) {});
+        }
+    };
+    const auto inUse = [] {
+        const struct mallinfo2 memory = mallinfo2();
+        return memory.uordblks + memory.hblkhd;
+    };
+    for (int i = 0; i < 3; ++i) {
+        ask();
+    }
+    const size_t before = inUse();
+    for (int i = 0; i < kMany; ++i) {
+        ask();
+    }
+    const size_t after = inUse();
+    EXPECT_LT(after - std::min(after, before), kMany * kLittle);
 }
 
 TEST_F(Answer, TheShortFormAndTheTopMostOneAnswerToo) {
