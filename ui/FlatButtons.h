@@ -8,6 +8,9 @@
 /// Gives the button's cell its ground and its title a colour, and takes the border away.
 void StyleFlatButton(NSButton* button, NSColor* ground, NSColor* title);
 
+/// Rounds what is drawn next in these bounds.
+void ClipToFlatButton(NSRect bounds);
+
 /// After the inherited highlighting: the ground is black while highlighted, else `ground` again,
 /// and the title of the cell's button is white.
 void ColourHighlightedCell(NSButtonCell* cell, BOOL highlighted, NSColor* ground);

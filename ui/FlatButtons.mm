@@ -4,6 +4,8 @@
 
 namespace {
 
+const CGFloat kCornerRadius = 4;
+
 NSColor* Gray(CGFloat brightness) {
     return [NSColor colorWithDeviceRed:brightness green:brightness blue:brightness alpha:1];
 }
@@ -14,6 +16,11 @@ void StyleFlatButton(NSButton* button, NSColor* ground, NSColor* title) {
     [button setBordered:NO];
     [[button cell] setBackgroundColor:ground];
     [QWIControlsUtils SetButtonTextColor:button andColor:title];
+}
+
+void ClipToFlatButton(NSRect bounds) {
+    [[NSBezierPath bezierPathWithRoundedRect:bounds xRadius:kCornerRadius
+                                     yRadius:kCornerRadius] addClip];
 }
 
 void ColourHighlightedCell(NSButtonCell* cell, BOOL highlighted, NSColor* ground) {

@@ -17,7 +17,7 @@
 /// The whole choice. A button without a text stays hidden. What becomes of an Ignore text stands
 /// with QWStyleAlert `setButtonsTexts:::`.
 /// @param frame of the window, in points; if all four values are zero, the interface file's frame
-///     stays. The window is centred on the screen in either case.
+///     stays, but for the room that a message needs below a title and a large text. The window is centred on the screen in either case.
 /// @param nib name of the interface file, without extension
 + (int)QWIAlertWithMessage:(NSString*)message
                      Title:(NSString*)title

@@ -109,6 +109,9 @@ int Run(QWStyleAlert* alert) {
                      {cancelText, isCancelOrange},
                      {ignoreText, isIgnoreOrange},
                      center});
+        if (NSEqualRects(frame, NSZeroRect)) {
+            [alert makeRoomForMessage];
+        }
         return Run(alert);
     }
 }

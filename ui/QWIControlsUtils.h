@@ -6,7 +6,8 @@
 /// nil control or colour leaves everything as it is.
 @interface QWIControlsUtils : NSObject
 
-/// Gives the button the text as its title: centred, in the colour, without a shadow.
+/// Gives the button the text as its title: centred, in the colour, without a shadow, and with an
+/// ellipsis where it is too long.
 + (void)SetButtonTitleFor:(NSButton*)button toString:(NSString*)text withColor:(NSColor*)color;
 
 /// Shows the text in the text view and makes the colour its text colour.

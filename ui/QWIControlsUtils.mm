@@ -12,6 +12,7 @@ NSShadow* InvisibleShadow() {
 NSParagraphStyle* CentredParagraph() {
     NSMutableParagraphStyle* style = [[[NSMutableParagraphStyle alloc] init] autorelease];
     [style setAlignment:NSCenterTextAlignment];
+    [style setLineBreakMode:NSLineBreakByTruncatingTail];
     return style;
 }
 

@@ -17,6 +17,7 @@
 
 - (void)drawRect:(NSRect)rect {
     [self setData];
+    ClipToFlatButton([self bounds]);
     [super drawRect:rect];
 }
 

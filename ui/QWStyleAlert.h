@@ -78,6 +78,10 @@ enum AlertResult { kAlertClosed = -1, kAlertOk = 0, kAlertCancel = 1, kAlertIgno
 /// Not centred: OK 358, Cancel 245, Ignore 133. A position that is not named stays as it is.
 - (void)centerButtons:(BOOL)center;
 
+/// Makes the window higher where title and large text leave the message less than two lines, and
+/// centres it again.
+- (void)makeRoomForMessage;
+
 /// Shows `alertText` in the text view, which can be neither selected nor edited.
 - (void)enableTextView;
 
@@ -88,6 +92,9 @@ enum AlertResult { kAlertClosed = -1, kAlertOk = 0, kAlertCancel = 1, kAlertIgno
 - (IBAction)okAction:(id)sender;
 - (IBAction)cancelAction:(id)sender;
 - (IBAction)ignoreAction:(id)sender;
+
+/// The arrows, Page Up, Page Down, Home and End scroll the message, from wherever the focus is.
+- (void)keyDown:(NSEvent*)event;
 
 /// Closes the window and leaves the result as it is.
 - (IBAction)mainClose:(id)sender;

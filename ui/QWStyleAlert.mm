@@ -27,6 +27,8 @@ const CGFloat kTextGap = 10;
 // The message's look: an interface file keeps it only as part of a text, and the message has none
 // there.
 const CGFloat kMessageFontSize = 13;
+const CGFloat kMessageLine = 16;
+const CGFloat kLeastMessage = 36;
 const CGFloat kMessageGray = 0.2;
 
 NSColor* LightGround() {
@@ -156,6 +158,19 @@ void SetTitle(NSButton* button, NSString* text) {
     }
 }
 
+- (void)makeRoomForMessage {
+    NSScrollView* message = [textView enclosingScrollView];
+    const CGFloat missing = kLeastMessage - ([self topOfMessage] - NSMinY([message frame]));
+    if (missing <= 0) {
+        return;
+    }
+    NSRect frame = [[self window] frame];
+    frame.size.height += missing;
+    [[self window] setFrame:frame display:NO];
+    [self layOutTexts];
+    [self centerWindowOnScreen];
+}
+
 - (void)enableTextView {
     [textView setSelectable:NO];
     [textView setEditable:NO];
@@ -194,6 +209,39 @@ void SetTitle(NSButton* button, NSString* text) {
     [NSApp stopModal];
 }
 
+#pragma mark - Keys
+
+// No button takes these keys; they move the message.
+- (void)keyDown:(NSEvent*)event {
+    const CGFloat page = NSHeight([[textView enclosingScrollView] frame]) - kMessageLine;
+    const CGFloat all = NSHeight([textView frame]);
+    NSString* keys = [event charactersIgnoringModifiers];
+    switch ([keys length] == 0 ? 0 : [keys characterAtIndex:0]) {
+        case NSUpArrowFunctionKey:
+            return [self scrollMessageBy:-kMessageLine];
+        case NSDownArrowFunctionKey:
+            return [self scrollMessageBy:kMessageLine];
+        case NSPageUpFunctionKey:
+            return [self scrollMessageBy:-page];
+        case NSPageDownFunctionKey:
+            return [self scrollMessageBy:page];
+        case NSHomeFunctionKey:
+            return [self scrollMessageBy:-all];
+        case NSEndFunctionKey:
+            return [self scrollMessageBy:all];
+        default:
+            [super keyDown:event];
+    }
+}
+
+- (void)scrollMessageBy:(CGFloat)distance {
+    NSScrollView* message = [textView enclosingScrollView];
+    NSClipView* room = [message contentView];
+    const NSPoint wanted = NSMakePoint(0, NSMinY([room bounds]) + distance);
+    [room scrollToPoint:[room constrainScrollPoint:wanted]];
+    [message reflectScrolledClipView:room];
+}
+
 #pragma mark - Layout
 
 - (void)placeButtons:(Placement)x {
@@ -202,30 +250,31 @@ void SetTitle(NSButton* button, NSString* text) {
     MoveToX(ignoreButton, ignoreButtonOrange, x.ignore);
 }
 
-// From the top down: title, large text, message. An empty one takes no room, and the message
-// reaches down to where the interface file ends it.
+// From the top down: title, large text, message. An empty one takes no room.
+- (CGFloat)topOfBigText {
+    const CGFloat top = NSHeight([[[self window] contentView] bounds]);
+    return top - ([titleBand isHidden] ? 0 : NSHeight([titleBand frame])) - kMargin;
+}
+
+- (CGFloat)topOfMessage {
+    const CGFloat top = [self topOfBigText];
+    return [bigTextTField isHidden] ? top : top - NSHeight([bigTextTField frame]) - kTextGap;
+}
+
+// The message reaches down to where the interface file ends it.
 - (void)layOutTexts {
-    NSView* content = [[self window] contentView];
-    CGFloat top = NSHeight([content bounds]);
     [titleBand setHidden:[titleText length] == 0];
-    if (![titleBand isHidden]) {
-        top -= NSHeight([titleBand frame]);
-    }
-    top -= kMargin;
     [bigTextTField setHidden:[[bigTextTField stringValue] length] == 0];
-    if (![bigTextTField isHidden]) {
-        NSRect bigText = [bigTextTField frame];
-        bigText.origin.y = top - NSHeight(bigText);
-        [bigTextTField setFrame:bigText];
-        top = NSMinY(bigText) - kTextGap;
-    }
+    NSRect bigText = [bigTextTField frame];
+    bigText.origin.y = [self topOfBigText] - NSHeight(bigText);
+    [bigTextTField setFrame:bigText];
     NSScrollView* message = [textView enclosingScrollView];
     NSRect room = [message frame];
-    room.size.height = MAX(top - NSMinY(room), 0);
+    room.size.height = MAX([self topOfMessage] - NSMinY(room), 0);
     [message setFrame:room];
     // No scroller for empty room.
     [textView setMinSize:NSMakeSize(0, [message contentSize].height)];
-    [content setNeedsDisplay:YES];
+    [[[self window] contentView] setNeedsDisplay:YES];
 }
 
 @end

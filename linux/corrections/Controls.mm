@@ -1,17 +1,49 @@
 // Buttons and labels, where GNUstep's look or answer differently from a Mac's:
 //
 //  - A button that Return presses gets the picture of a return key, which takes the title's room.
-//  - A hidden button answers its key all the same; a Mac's does not.
+//  - A hidden button answers its key all the same, and one that Return presses does not answer the
+//    keypad's Enter; a Mac's do the opposite.
+//  - Escape ends the modal run of any window; a Mac's hands it on like any other key.
 //  - A label's text starts at the very edge of its frame; a Mac leaves 2 points.
-//  - The focus is a line of black dots, which nobody sees on a dark button.
+//  - The focus is a line of black dots, which nobody sees on a dark button: here it is white, or
+//    black on a light one.
+//  - A text that ends in an ellipsis where it is too long runs out of its frame.
 //  - A text view lays its text out when somebody moves it; until then it has no scroller.
 #include <AppKit/AppKit.h>
 #include <GNUstepGUI/GSTheme.h>
 
 namespace {
 
+const unichar kEscape = 0x1B;
 const CGFloat kLabelInset = 2;
 const CGFloat kFocusInset = 3;
+const CGFloat kTitleInset = 4;
+
+BOOL IsKey(NSEvent* event, unichar key) {
+    NSString* characters = [event characters];
+    return [characters length] == 1 && [characters characterAtIndex:0] == key;
+}
+
+BOOL IsLight(NSColor* color) {
+    return [[color colorUsingColorSpaceName:NSDeviceWhiteColorSpace] whiteComponent] > 0.45;
+}
+
+BOOL Ends(NSAttributedString* text) {
+    NSParagraphStyle* style = [text attribute:NSParagraphStyleAttributeName
+                                      atIndex:0
+                               effectiveRange:NULL];
+    return [style lineBreakMode] == NSLineBreakByTruncatingTail;
+}
+
+NSAttributedString* Shortened(NSAttributedString* text, CGFloat width) {
+    NSMutableAttributedString* shorter = [[text mutableCopy] autorelease];
+    for (NSUInteger kept = [text length]; kept > 0 && [shorter size].width > width;) {
+        kept = [[text string] rangeOfComposedCharacterSequenceAtIndex:kept - 1].location;
+        [shorter replaceCharactersInRange:NSMakeRange(kept, [shorter length] - kept)
+                               withString:@"\u2026"];
+    }
+    return shorter;
+}
 
 }  // namespace
 
@@ -32,7 +64,26 @@ const CGFloat kFocusInset = 3;
 @implementation NSButton (MacKeys)
 
 - (BOOL)mac_performKeyEquivalent:(NSEvent*)event {
-    return ![self isHiddenOrHasHiddenAncestor] && [self mac_performKeyEquivalent:event];
+    if ([self isHiddenOrHasHiddenAncestor]) {
+        return NO;
+    }
+    if ([[self keyEquivalent] isEqualToString:@"\r"] && IsKey(event, NSEnterCharacter)) {
+        [self performClick:self];
+        return YES;
+    }
+    return [self mac_performKeyEquivalent:event];
+}
+
+@end
+
+@implementation NSWindow (MacKeys)
+
+- (void)mac_keyDown:(NSEvent*)event {
+    if (IsKey(event, kEscape)) {
+        [super keyDown:event];
+    } else {
+        [self mac_keyDown:event];
+    }
 }
 
 @end
@@ -40,10 +91,21 @@ const CGFloat kFocusInset = 3;
 @implementation GSTheme (MacLook)
 
 - (void)mac_drawFocusFrame:(NSRect)frame view:(NSView*)view {
-    (void)view;
-    [[NSColor colorWithDeviceWhite:1 alpha:0.5] set];
-    NSFrameRectWithWidthUsingOperation(NSInsetRect(frame, kFocusInset, kFocusInset), 1,
-                                       NSCompositeSourceOver);
+    NSColor* ground = [view isKindOfClass:[NSButton class]]
+                          ? [[static_cast<NSButton*>(view) cell] backgroundColor]
+                          : [[view window] backgroundColor];
+    [IsLight(ground) ? [NSColor blackColor] : [NSColor whiteColor] set];
+    NSFrameRect(NSInsetRect(frame, kFocusInset, kFocusInset));
+}
+
+@end
+
+@implementation NSCell (MacLayout)
+
+- (void)mac__drawAttributedText:(NSAttributedString*)text inFrame:(NSRect)frame {
+    const BOOL ends = [text length] > 0 && Ends(text);
+    [self mac__drawAttributedText:ends ? Shortened(text, NSWidth(frame) - 2 * kTitleInset) : text
+                          inFrame:frame];
 }
 
 @end
@@ -58,6 +120,12 @@ const CGFloat kFocusInset = 3;
 @end
 
 @implementation NSTextFieldCell (MacLayout)
+
+- (NSAttributedString*)mac__drawAttributedString {
+    NSAttributedString* text = [self mac__drawAttributedString];
+    const CGFloat width = NSWidth([self titleRectForBounds:[[self controlView] bounds]]);
+    return [self lineBreakMode] == NSLineBreakByTruncatingTail ? Shortened(text, width) : text;
+}
 
 - (NSRect)drawingRectForBounds:(NSRect)bounds {
     const NSRect rect = [super drawingRectForBounds:bounds];

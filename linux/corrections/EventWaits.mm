@@ -5,30 +5,12 @@
 //    posted by the program itself) waits until somebody moves the mouse: a short click is lost, an
 //    alert stays on the screen. No sleep is longer than kLongestSleep here.
 //  - The modal loop looks for a stop only after an event: each stop comes with one.
-//  - A window manager may withhold the keyboard from a new window, if the last click was elsewhere.
-//    A modal window asks for it, as the user's own switching between windows does.
 #include <AppKit/AppKit.h>
 #include <GNUstepGUI/GSDisplayServer.h>
-#include <X11/Xlib.h>
 
 namespace {
 
 const NSTimeInterval kLongestSleep = 0.05;
-const long kAskedByUser = 2;  // the source of a request for activation, as window managers know it
-
-void AskForKeyboard(NSWindow* window) {
-    GSDisplayServer* server = GSCurrentServer();
-    Display* display = static_cast<Display*>([server serverDevice]);
-    XEvent request = {};
-    request.xclient.type = ClientMessage;
-    request.xclient.window =
-        reinterpret_cast<Window>([server windowDevice:static_cast<int>([window windowNumber])]);
-    request.xclient.message_type = XInternAtom(display, "_NET_ACTIVE_WINDOW", False);
-    request.xclient.format = 32;
-    request.xclient.data.l[0] = kAskedByUser;
-    XSendEvent(display, DefaultRootWindow(display), False,
-               SubstructureNotifyMask | SubstructureRedirectMask, &request);
-}
 
 }  // namespace
 
@@ -70,11 +52,6 @@ void AskForKeyboard(NSWindow* window) {
                                           data1:0
                                           data2:0]
             atStart:NO];
-}
-
-- (NSInteger)mac_runModalForWindow:(NSWindow*)window {
-    AskForKeyboard(window);
-    return [self mac_runModalForWindow:window];
 }
 
 @end

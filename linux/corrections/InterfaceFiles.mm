@@ -1,10 +1,14 @@
 // Interface files in Xcode's format, which GNUstep reads as they are, but
 //  - with the plain system font in the place of the bold one,
-//  - without an awakeFromNib to call the super class for, and
+//  - without an awakeFromNib to call the super class for,
+//  - with a whole tree of the file left in memory after the look at which format it has, and
 //  - with an exception where there is no file, for which a Mac only leaves out the window.
 #include <AppKit/AppKit.h>
+#include <GNUstepGUI/GSXibKeyedUnarchiver.h>
 
 namespace {
+
+NSString* const kFormat = @"com.apple.InterfaceBuilder3";
 
 NSString* const kKindOfFont = @"metaFont";
 NSString* const kBoldFont = @"systemBold";
@@ -40,6 +44,16 @@ NSString* const kBoldFont = @"systemBold";
 @implementation NSObject (Awaking)
 
 - (void)awakeFromNib {
+}
+
+@end
+
+@implementation GSXibKeyedUnarchiver (Formats)
+
++ (BOOL)mac_checkXib5:(NSData*)data {
+    NSData* format = [kFormat dataUsingEncoding:NSASCIIStringEncoding];
+    const NSRange whole = NSMakeRange(0, [data length]);
+    return [data rangeOfData:format options:0 range:whole].location != NSNotFound;
 }
 
 @end

@@ -1,5 +1,5 @@
-// A scroller as on a Mac: on the right (Application.mm), a plain thin knob without arrows, and no
-// line between it and what it scrolls.
+// A scroller as on a Mac: on the right (Application.mm), a plain thin knob without arrows, on the
+// window's own ground, and no line between it and what it scrolls.
 #include <AppKit/AppKit.h>
 
 namespace {
@@ -31,7 +31,8 @@ const CGFloat kKnobWidth = 6;
 }
 
 - (void)mac_drawRect:(NSRect)rect {
-    (void)rect;
+    [[[self window] backgroundColor] set];
+    NSRectFill(rect);
     NSRect knob = [self rectForPart:NSScrollerKnob];
     knob.origin.x = NSMaxX(knob) - kKnobWidth;
     knob.size.width = kKnobWidth;

@@ -4,6 +4,7 @@
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -179,6 +180,22 @@ void DesktopUser::SeeNoAlert() {
     WaitFor("the alert to go", [this] { return !FindAlert(); });
 }
 
+bool DesktopUser::IsInState(const std::string& name) const {
+    const std::vector<Atom> states = Property<Atom>(display, alert, "_NET_WM_STATE");
+    const Atom state = XInternAtom(display, name.c_str(), False);
+    return std::find(states.begin(), states.end(), state) != states.end();
+}
+
+void DesktopUser::SeeState(const std::string& name) {
+    WaitFor("the state " + name, [=] { return IsInState(name); });
+}
+
+bool DesktopUser::IsOnTop() const {
+    const std::vector<Window> stacking =
+        Property<Window>(display, root, "_NET_CLIENT_LIST_STACKING");
+    return !stacking.empty() && stacking.back() == alert;
+}
+
 void DesktopUser::SeeColor(int x, int y, const Color& color) {
     WaitFor("a colour", [=] { return ColorAt(x, y) == color; });
 }
@@ -312,4 +329,27 @@ void DesktopUser::ClickCloseButton() {
     XTestFakeButtonEvent(display, kLeftButton, True, CurrentTime);
     XTestFakeButtonEvent(display, kLeftButton, False, CurrentTime);
     XSync(display, False);
+}
+
+void DesktopUser::Minimise() {
+    XSelectInput(display, alert, StructureNotifyMask);
+    XIconifyWindow(display, alert, DefaultScreen(display));
+    XSync(display, False);
+    WaitFor("the alert to be minimised", [this] {
+        XEvent event = {};
+        return XCheckTypedWindowEvent(display, alert, UnmapNotify, &event) == True;
+    });
+}
+
+void DesktopUser::OpenAnotherWindow() {
+    const XRectangle place = Place();
+    const Window another =
+        XCreateSimpleWindow(display, root, place.x, place.y, place.width, place.height, 0, 0, 0);
+    XMapWindow(display, another);
+    WaitFor("another window", [=] {
+        const std::vector<Window> stacking =
+            Property<Window>(display, root, "_NET_CLIENT_LIST_STACKING");
+        return IsShown(display, another) &&
+               std::find(stacking.begin(), stacking.end(), another) != stacking.end();
+    });
 }

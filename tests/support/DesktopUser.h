@@ -47,6 +47,11 @@ class DesktopUser {
     void SeeKeyboardTaken();
     /// Waits until no alert is on the screen.
     void SeeNoAlert();
+    /// Waits until the window manager has the alert in a state of this name.
+    void SeeState(const std::string& name);
+    bool IsInState(const std::string& name) const;
+    /// Whether no other window covers the alert, as the window manager says.
+    bool IsOnTop() const;
     /// Waits for a colour at a point.
     void SeeColor(int x, int y, const Color& color);
 
@@ -70,6 +75,10 @@ class DesktopUser {
     void Type(unsigned long key, unsigned long held = 0);
     /// Presses the close button in the frame; needs a window manager.
     void ClickCloseButton();
+    /// Minimises the alert, and waits until it is.
+    void Minimise();
+    /// Opens another window where the alert stands.
+    void OpenAnotherWindow();
 
   private:
     bool FindAlert();

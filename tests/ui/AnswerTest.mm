@@ -1,6 +1,7 @@
 // A user in front of the alert: every way to answer it, again and again.
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include "tests/support/Asking.h"
 #include "ui/QWIAlertUtils.h"
@@ -119,6 +120,42 @@ TEST_F(Answer, TabGoesFromButtonToButtonAndSpacePressesIt) {
     }
 }
 
+TEST_F(Answer, EscapeDoesNothing) {
+    const int result = AskUser(
+        user, [] { return Ask({}); },
+        [&] {
+            user.Type(XK_Escape);
+            user.Type(XK_Return);
+        });
+    EXPECT_EQ(result, kAlertOk);
+}
+
+TEST_F(Answer, TheKeypadsEnterPressesOkAsReturnDoes) {
+    EXPECT_EQ(AskAndType({}, XK_KP_Enter), kAlertOk);
+    EXPECT_EQ(AskAndType(AllOrange(), XK_KP_Enter), kAlertOk);
+    for (const unsigned long key : {XK_Return, XK_KP_Enter}) {
+        const int withAnotherInFocus = AskUser(
+            user, [] { return Ask({}); },
+            [&] {
+                user.Type(XK_Tab);
+                user.Type(key);
+            });
+        EXPECT_EQ(withAnotherInFocus, kAlertOk);
+    }
+}
+
+TEST_F(Answer, TheKeypadsEnterPressesNoOkThatIsNotThere) {
+    Question question;
+    question.ok = @"";
+    const int result = AskUser(
+        user, [&] { return Ask(question); },
+        [&] {
+            user.Type(XK_KP_Enter);
+            user.Click(kCancel, kRow);
+        });
+    EXPECT_EQ(result, kAlertCancel);
+}
+
 TEST_F(Answer, TheMessageTakesNoKeys) {
     const int result = AskUser(
         user, [] { return Ask({}); },
@@ -135,6 +172,29 @@ TEST_F(Answer, ClosingByTheProgramIsNoButton) {
         ASSERT_EQ(AskAndLook([] { return Ask({}); }, [](QWStyleAlert*) {}), kAlertClosed)
             << "alert " << i;
     }
+}
+
+TEST_F(Answer, AnAlertLeavesLittleInMemory) {
+    constexpr int kMany = 12;
+    constexpr size_t kLittle = 16 * 1024;
+    const auto ask = [] {
+        @autoreleasepool {
+            AskAndLook([] { return Ask({}); }, [](QWStyleAlert*) {});
+        }
+    };
+    const auto inUse = [] {
+        const struct mallinfo2 memory = mallinfo2();
+        return memory.uordblks + memory.hblkhd;
+    };
+    for (int i = 0; i < 3; ++i) {
+        ask();
+    }
+    const size_t before = inUse();
+    for (int i = 0; i < kMany; ++i) {
+        ask();
+    }
+    const size_t after = inUse();
+    EXPECT_LT(after - std::min(after, before), kMany * kLittle);
 }
 
 TEST_F(Answer, TheShortFormAndTheTopMostOneAnswerToo) {
@@ -183,6 +243,55 @@ TEST_F(FramedAnswer, TheCloseButtonIsNoButtonOfTheAlert) {
 TEST_F(FramedAnswer, AltF4IsNoButtonOfTheAlert) {
     for (int i = 0; i < kTimes / 4; ++i) {
         ASSERT_EQ(AskAndType({}, XK_F4, XK_Alt_L), kAlertClosed) << "alert " << i;
+    }
+}
+
+TEST_F(FramedAnswer, NoWindowThatComesLaterCoversTheAlert) {
+    const int result = AskUser(
+        user, [] { return Ask({}); },
+        [&] {
+            user.SeeState("_NET_WM_STATE_ABOVE");
+            user.OpenAnotherWindow();
+            EXPECT_TRUE(user.IsOnTop());
+            user.Click(kIgnore, kRow);
+        });
+    EXPECT_EQ(result, kAlertIgnore);
+}
+
+TEST_F(FramedAnswer, TheAlertIsModalAndInTheTaskBar) {
+    AskUser(
+        user, [] { return Ask({}); },
+        [&] {
+            user.SeeState("_NET_WM_STATE_MODAL");
+            EXPECT_FALSE(user.IsInState("_NET_WM_STATE_SKIP_TASKBAR"));
+            EXPECT_FALSE(user.IsInState("_NET_WM_STATE_SKIP_PAGER"));
+            user.Click(kOk, kRow);
+        });
+}
+
+TEST_F(FramedAnswer, AMinimisedAlertComesBackWithTheKeyboard) {
+    for (int i = 0; i < 3; ++i) {
+        const int result = AskUser(
+            user, [] { return Ask({}); },
+            [&] {
+                user.SeeKeyboardTaken();
+                user.Minimise();
+                user.SeeAlert();
+                user.Type(XK_Return);
+            });
+        ASSERT_EQ(result, kAlertOk) << "alert " << i;
+    }
+}
+
+TEST_F(FramedAnswer, EveryAlertShowsItsFocus) {
+    constexpr Color kWhite = {255, 255, 255};
+    for (int i = 0; i < 3; ++i) {
+        AskUser(
+            user, [] { return Ask({}); },
+            [&] {
+                user.SeeColor(303 + 3, kRow, kWhite);
+                user.Click(kOk, kRow);
+            });
     }
 }
 

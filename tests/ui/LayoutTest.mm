@@ -538,4 +538,46 @@ TEST(Texts, AreStackedWithoutHoles) {
     EXPECT_EQ(NSMinY(onlyMessage.message), NSMinY(all.message));
 }
 
+TEST(Texts, LeaveTheMessageTwoLinesInTheFilesOwnFrame) {
+    constexpr CGFloat kTwoLines = 34;
+    Question question;
+    question.nib = @"QWBrowsersAlert";
+    question.bigText = @"Big";
+    const auto look = [&](NSRect* room, NSRect* window, CGFloat* top) {
+        AskAndLook([&] { return Ask(question); },
+                   [=](QWStyleAlert* alert) {
+                       *room = [[MessageView(alert) enclosingScrollView] frame];
+                       *window = [[alert window] frame];
+                       *top = NSMinY([[alert bigTextTField] frame]);
+                       EXPECT_EQ(NSMaxY([[alert valueForKey:@"titleBand"] frame]),
+                                 NSHeight([[[alert window] contentView] bounds]));
+                       EXPECT_EQ(NSMidY(*window), NSMidY([[[alert window] screen] frame]));
+                   });
+    };
+    NSRect room, window;
+    CGFloat bigText;
+    look(&room, &window, &bigText);
+    EXPECT_GE(NSHeight(room), kTwoLines);
+    EXPECT_LT(NSMaxY(room), bigText);
+    // A frame of the caller's is kept.
+    question.frame = NSMakeRect(0, 0, 482, 170);
+    look(&room, &window, &bigText);
+    EXPECT_EQ(NSHeight(window), 170);
+}
+
+// What a Mac needs and GNUstep does not read.
+TEST(InterfaceFiles, AreLightInDarkSurroundingsAndNameTheMessage) {
+    for (NSString* nib : {@"QWSyleAlert", @"QWBrowsersAlert"}) {
+        NSString* path = [[NSBundle mainBundle] pathForResource:nib ofType:@"xib"];
+        NSString* file = [NSString stringWithContentsOfFile:path
+                                                   encoding:NSUTF8StringEncoding
+                                                      error:NULL];
+        for (NSString* words :
+             {@"appearanceType=\"aqua\"", @"<accessibility description=\"Message\"/>"}) {
+            EXPECT_NE([file rangeOfString:words].location, static_cast<NSUInteger>(NSNotFound))
+                << Text(nib) << ": " << Text(words);
+        }
+    }
+}
+
 }  // namespace

@@ -1,4 +1,5 @@
 // Messages of every kind: they stand in their own room and can be read to the end.
+#include <X11/keysym.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/Asking.h"
@@ -81,6 +82,70 @@ void ExpectReadable(NSString* message, bool fits) {
     EXPECT_EQ(shown.fits, fits);
     EXPECT_EQ(shown.hasScroller, !fits);
     EXPECT_TRUE(shown.reachesEnd);
+}
+
+/// Where the message stands after keys have been pressed: its first visible point.
+CGFloat PlaceAfter(std::vector<unsigned long> keys) {
+    DesktopUser user;
+    QWStyleAlert* alert = NewAlert();
+    [alert setAlertText:Repeated(@"The disk is full. ", 5000)];
+    [alert setButtonsTexts:@"OK":@"Cancel":@""];
+    AskUser(
+        user,
+        [&] {
+            [NSApp runModalForWindow:[alert window]];
+            return [alert closeRez];
+        },
+        [&] {
+            for (const unsigned long key : keys) {
+                user.Type(key);
+            }
+            user.Type(XK_Return);
+        });
+    EXPECT_EQ([alert closeRez], kAlertOk);
+    return NSMinY([[MessageView(alert) enclosingScrollView] documentVisibleRect]);
+}
+
+TEST(Message, ScrollsByKeys) {
+    constexpr CGFloat kLine = 16;
+    QWStyleAlert* alert = NewAlert();
+    const CGFloat room = NSHeight([[MessageView(alert) enclosingScrollView] frame]);
+    EXPECT_EQ(PlaceAfter({XK_Down}), kLine);
+    EXPECT_EQ(PlaceAfter({XK_Down, XK_Down, XK_Up}), kLine);
+    EXPECT_EQ(PlaceAfter({XK_Up}), 0);
+    const CGFloat page = PlaceAfter({XK_Page_Down});
+    EXPECT_GT(page, room / 2);
+    EXPECT_LT(page, room);  // a line stays to read on from
+    EXPECT_EQ(PlaceAfter({XK_Tab, XK_Page_Down, XK_Page_Down}), 2 * page);
+    EXPECT_EQ(PlaceAfter({XK_Page_Down, XK_Page_Up}), 0);
+    const CGFloat end = PlaceAfter({XK_End});
+    EXPECT_GT(end, 10 * page);
+    EXPECT_EQ(PlaceAfter({XK_End, XK_Down, XK_Page_Down}), end);
+    EXPECT_EQ(PlaceAfter({XK_End, XK_Home}), 0);
+}
+
+TEST(Message, LeavesNoKnobWhereItHasScrolledFrom) {
+    constexpr int kColumn = 482 - 22 - 3;
+    constexpr Color kKnob = {153, 153, 153};
+    DesktopUser user;
+    Question question;
+    question.message = Repeated(@"The disk is full. ", 1000);
+    question.title = @"";
+    AskUser(
+        user, [&] { return Ask(question); },
+        [&] {
+            const Color ground = user.ColorAt(kColumn, 70);
+            user.SeeColor(kColumn, 190, kKnob);
+            for (int i = 0; i < 4; ++i) {
+                user.Type(XK_Page_Down);
+            }
+            user.Type(XK_End);
+            user.SeeColor(kColumn, 80, kKnob);
+            for (int y = 140; y < 200; ++y) {
+                EXPECT_EQ(user.ColorAt(kColumn, y), ground) << y;
+            }
+            user.Type(XK_Return);
+        });
 }
 
 TEST(Message, OfOneCharacterIsReadable) {

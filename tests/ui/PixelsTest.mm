@@ -173,7 +173,8 @@ TEST_F(Pixels, ADisabledButtonIsLighterWithANearWhiteTitleAndDoesNotAnswer) {
         });
     EXPECT_EQ([alert closeRez], kAlertOk);
     EXPECT_GE(Share(picture, ButtonAt(77), kDisabledGray), 80);
-    EXPECT_TRUE(IsNear(Ink(picture, ButtonAt(77), kDisabledGray), kDisabledTitle));
+    const Area inside = {77 + 4, kButtonBottom + 4, kButtonWidth - 8, kButtonHeight - 8};
+    EXPECT_TRUE(IsNear(Ink(picture, inside, kDisabledGray), kDisabledTitle));
     EXPECT_GE(Share(picture, ButtonAt(190), kGray), 80);
 }
 
@@ -203,7 +204,7 @@ TEST_F(Pixels, TheTextsStartOnOneEdgeWithAMargin) {
     const Picture picture = PictureOf(question);
     const int top = picture.height;
     const Color light = picture.At(5, top - 5);
-    const int title = LeftEdge(picture, {0, top - 44, 200, 40}, kBlack);
+    const int title = LeftEdge(picture, {1, top - 44, 200, 40}, kBlack);
     const int bigText = LeftEdge(picture, {0, top - 96, 200, 40}, light);
     const int message = LeftEdge(picture, {0, top - 140, 200, 30}, light);
     EXPECT_GE(title, kMargin);
@@ -222,6 +223,65 @@ TEST_F(Pixels, NothingIsLeftWhereAMessageHasMadeRoomForALargeText) {
     const int top = picture.height;
     EXPECT_EQ(LeftEdge(picture, {60, top - 98, 400, 48}, picture.At(5, top - 5)), -1);
     EXPECT_NE(LeftEdge(picture, {60, top - 140, 400, 30}, picture.At(5, top - 5)), -1);
+}
+
+TEST_F(Pixels, ATextThatIsTooLongEndsInAnEllipsisBeforeItsEdge) {
+    constexpr int kRight = 482 - 22;
+    Question question;
+    NSString* tooLong = [@"" stringByPaddingToLength:200 withString:kSolid startingAtIndex:0];
+    question.title = question.bigText = question.cancel = tooLong;
+    question.isCancelOrange = YES;
+    question.titleColor = [NSColor redColor];
+    const Picture picture = PictureOf(question);
+    const int top = picture.height;
+    // Three dots on the base line leave the upper half of the last character's room empty.
+    EXPECT_NE(LeftEdge(picture, {200, top - 20, 100, 1}, kBlack), -1);
+    EXPECT_EQ(LeftEdge(picture, {kRight - 10, top - 20, 10, 1}, kBlack), -1);
+    const Color light = picture.At(5, top - 5);
+    EXPECT_NE(LeftEdge(picture, {200, top - 80, 100, 1}, light), -1);
+    EXPECT_EQ(LeftEdge(picture, {kRight - 10, top - 80, 10, 1}, light), -1);
+    EXPECT_NE(LeftEdge(picture, {240, 42, 10, 1}, kOrange), -1);
+    EXPECT_EQ(LeftEdge(picture, {190 + kButtonWidth - 8, 42, 8, 1}, kOrange), -1);
+}
+
+TEST_F(Pixels, TheFocusCanBeSeenOnEveryGround) {
+    for (const bool orange : {false, true}) {
+        const Color line = orange ? kBlack : kWhite;
+        ASSERT_GE(Contrast(line, orange ? kOrange : kGray), 3);
+        Question question;
+        question.isOkOrange = orange;
+        AskUser(
+            user, [&] { return Ask(question); },
+            [&] {
+                user.SeeColor(303 + 3, kRow, line);
+                user.Click(303 + kButtonWidth / 2, kRow);
+            });
+    }
+}
+
+TEST_F(Pixels, TheTitleStandsOutFromABlackScreen) {
+    constexpr double kVisible = 3;
+    const Picture picture = PictureOf({});
+    for (const Area& edge :
+         {Area{100, picture.height - 1, 1, 1}, Area{0, picture.height - 20, 1, 1},
+          Area{picture.width - 1, picture.height - 20, 1, 1}}) {
+        EXPECT_GE(Contrast(Ink(picture, edge, kBlack), kBlack), kVisible);
+    }
+}
+
+TEST_F(Pixels, TheButtonsAreRoundedAtRestAndPressed) {
+    AskUser(
+        user, [] { return Ask({}); },
+        [&] {
+            const Color light = user.ColorAt(5, 5);
+            EXPECT_EQ(user.ColorAt(303, kButtonBottom), light);
+            EXPECT_TRUE(IsNear(user.ColorAt(303, kRow), kGray));
+            user.MoveTo(303 + kButtonWidth / 2, kRow);
+            user.Press();
+            user.SeeColor(303 + 6, kRow, kBlack);
+            EXPECT_EQ(user.ColorAt(303, kButtonBottom), light);
+            user.Release();
+        });
 }
 
 // The pieces by themselves.
