@@ -52,3 +52,5 @@ inline uint8_t* Data(std::string& bytes) {
 void EnterCiphers();
 void EnterDigests();
 void EnterBase64();
+void EnterLogs();
+void EnterSettings();

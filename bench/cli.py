@@ -13,7 +13,7 @@ from bench.programs import ROOT, WrongResult
 from bench.rows import ROWS
 
 ROUNDS = 9
-PROGRAMS = ["bench_crypto", "bench_crypto_portable"]
+PROGRAMS = ["KSExtensionInstaller", "bench_crypto", "bench_crypto_portable", "bench_list", "bench_nothing", "bench_product"]
 # What the peers and we ask the processor for.
 FEATURES = "aes sha_ni pclmulqdq ssse3 sse4_1 avx avx2 bmi1 bmi2 vaes avx512bw avx512_vbmi".split()
 
@@ -85,14 +85,18 @@ def processor():
     return f"{model[1] if model else 'processor unknown'} with {' '.join(has) or 'none of the features that matter'}\n"
 
 
+def digits(figure):
+    return f"{figure:.0f}" if figure >= 100 else f"{figure:.3g}"
+
+
 def table(results):
     head = ["what", "ours", "peer", "", "unit", "ratio", "target", "other peers"]
     lines = [head, ["---", "--:", "--:", "---", "---", "--:", "--:", "---"]]
     for one in results:
         others = sorted(one["others"].items(), key=lambda item: -item[1])
         lines.append([
-            one["name"], f"{one['ours']:.0f}", f"{one['peer']:.0f}", one["peer_name"], one["unit"],
-            f"{one['ratio']:.2f}", f"{one['target']:g}", ", ".join(f"{name} {figure:.0f}" for name, figure in others),
+            one["name"], digits(one["ours"]), digits(one["peer"]), one["peer_name"], one["unit"],
+            f"{one['ratio']:.2f}", f"{one['target']:g}", ", ".join(f"{name} {digits(figure)}" for name, figure in others),
         ])
     widths = [max(len(line[column]) for line in lines) for column in range(len(head))]
     return "\n".join(

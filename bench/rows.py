@@ -2,7 +2,7 @@
 
 from dataclasses import dataclass
 
-from bench.programs import PORTABLE, BenchmarkProgram
+from bench.programs import PORTABLE, BenchmarkProgram, MacBenchmarkProgram, SafariList, WholeRun
 
 
 @dataclass(frozen=True)
@@ -17,6 +17,10 @@ class Row:
 
 AS_IT_IS = BenchmarkProgram("bench_crypto")
 WITHOUT_EXTRAS = BenchmarkProgram("bench_crypto_portable", PORTABLE)
+ON_A_MAC = MacBenchmarkProgram("bench_product")
+WHOLE_RUN = WholeRun()
+EXTENSIONS = SafariList(lambda n: {"Archive File Name": f"extension-{n}.safariextz", "Enabled": n % 2 == 0, "Number": n})
+NUMBERS = SafariList(lambda n: n % 100)
 
 ROWS = [
     Row("AES-256 ECB, encipher 16 kB, portable", WITHOUT_EXTRAS, "aes-encrypt", "MB/s", 1.25),
@@ -27,4 +31,12 @@ ROWS = [
     Row("SHA-256 of 64 bytes", AS_IT_IS, "sha256-short", "1000/s", 1.1, peer="OpenSSL"),
     Row("Base64, encode 48 kB", AS_IT_IS, "base64-encode", "MB/s", 1.0, peer="OpenSSL"),
     Row("Base64, decode 48 kB", AS_IT_IS, "base64-decode", "MB/s", 1.0, peer="OpenSSL"),
+    Row("a plain log message", ON_A_MAC, "log-plain", "1000/s", 1.1),
+    Row("an enciphered log message", ON_A_MAC, "log-enciphered", "1000/s", 0.9),
+    Row("a log message through NSLogger", ON_A_MAC, "log-cocoa", "1000/s", 0.4),
+    Row("one of 100 settings, set", ON_A_MAC, "setting", "1000/s", 0.5),
+    Row("the whole run, prompts refused", WHOLE_RUN, "run", "1/s", 0.625),
+    Row("a Safari list of 5 MB, read and written", EXTENSIONS, "time", "MB/s", 1.0),
+    Row("the same, memory (file : growth)", EXTENSIONS, "memory", "1/GB", 0.167),
+    Row("small integers, 5 MB, memory (file : growth)", NUMBERS, "memory", "1/GB", 0.167),
 ]
