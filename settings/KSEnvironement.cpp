@@ -64,17 +64,19 @@ void KSEnvironement::FolderInit() {
 
 bool KSEnvironement::LoadRegistryData() {
     FolderInit();
-    pid = LocalSettings::GetSettingValueForName(KS_PID_KEY);
+    const std::vector<std::string> values = LocalSettings::GetSettingValuesForNames(
+        {KS_PID_KEY, KS_VERSION_KEY, KS_LOGGING_ENABLED_KEY, KS_LOGGING_PASSWORD_KEY});
+    const std::string& storedVersion = values[1];
+    const std::string& logging = values[2];
 
-    const std::string storedVersion = LocalSettings::GetSettingValueForName(KS_VERSION_KEY);
+    pid = values[0];
     if (!storedVersion.empty()) {
         version = storedVersion;
     }
-    const std::string logging = LocalSettings::GetSettingValueForName(KS_LOGGING_ENABLED_KEY);
     if (!logging.empty()) {
         loggingEnabled = logging == kYes;
     }
-    loggingPassword = LocalSettings::GetSettingValueForName(KS_LOGGING_PASSWORD_KEY);
+    loggingPassword = values[3];
 
     EnsureFolder(dataFolder);
     EnsureFolder(vaultsFolder);

@@ -6,6 +6,11 @@ std::string LocalSettings::GetSettingValueForName(const std::string& name) {
     return GetSettingValueForNameBridge(name);
 }
 
+std::vector<std::string> LocalSettings::GetSettingValuesForNames(
+    const std::vector<std::string>& names) {
+    return GetSettingValuesForNamesBridge(names);
+}
+
 void LocalSettings::SetSettingValueWithName(const std::string& value, const std::string& name) {
     SetSettingValueWithNameBridge(value, name);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 /// The settings for code that has byte strings. All texts are UTF-8 (RFC 3629), up to their first
 /// NUL; value first, name second. What is read, written and logged, and when, stands with
@@ -14,6 +15,9 @@ class LocalSettings {
     /// A setting of the machine.
     /// @return "" when there is none
     static std::string GetSettingValueForName(const std::string& name);
+
+    /// Several settings of the machine, in the order of their names, from one reading of the file.
+    static std::vector<std::string> GetSettingValuesForNames(const std::vector<std::string>& names);
 
     /// Stores a setting of the machine.
     static void SetSettingValueWithName(const std::string& value, const std::string& name);

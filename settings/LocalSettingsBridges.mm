@@ -22,6 +22,17 @@ std::string GetSettingValueForNameBridge(const std::string& name) {
     }
 }
 
+std::vector<std::string> GetSettingValuesForNamesBridge(const std::vector<std::string>& names) {
+    @autoreleasepool {
+        NSDictionary* settings = [LocalSettings_Mac GetPlistDictionary];
+        std::vector<std::string> values;
+        for (const std::string& name : names) {
+            values.push_back(TextOf([settings objectForKey:CocoaStringFromUtf8(name)]));
+        }
+        return values;
+    }
+}
+
 void SetSettingValueWithNameBridge(const std::string& value, const std::string& name) {
     @autoreleasepool {
         [LocalSettings_Mac SetSettingValue:CocoaStringFromUtf8(value)

@@ -1,7 +1,9 @@
 #include "settings/KSEnvironement.h"
 
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -51,6 +53,19 @@ TEST_F(KSEnvironementTest, SettingsAreTakenIn) {
     EXPECT_TRUE(environment.IsLoggingEnabled());
     EXPECT_EQ(environment.LoggingPassword(), "Zürich");
     EXPECT_EQ(environment.TemporaryFolder(), "//var//tmp");  // written, but never read
+}
+
+TEST_F(KSEnvironementTest, LoadingReadsTheSettingsOnce) {
+    WriteXml(file, "{'PID': 'a pid'}");
+    const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    // Two events of one kind that nothing parts would be told as one.
+    ASSERT_GE(inotify_add_watch(watch, file.c_str(), IN_OPEN | IN_CLOSE), 0);
+    const KSEnvironement environment;
+    inotify_event events[64];
+    const ssize_t length = read(watch, events, sizeof events);
+    close(watch);
+    EXPECT_EQ(environment.PID(), "a pid");
+    EXPECT_EQ(length, static_cast<ssize_t>(2 * sizeof(inotify_event)));  // opened, closed
 }
 
 TEST_F(KSEnvironementTest, EmptySettingsCountAsNone) {

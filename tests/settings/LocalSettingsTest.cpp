@@ -20,6 +20,12 @@ TEST_F(LocalSettingsTest, ReachesTheMachinesSettings) {
     EXPECT_EQ(LocalSettings::GetSettingValueForName("name"), "");
 }
 
+TEST_F(LocalSettingsTest, SeveralValuesComeInTheOrderOfTheirNames) {
+    WriteXml(file, "{'a': '1', 'b': '2', 'number': 3}");
+    EXPECT_EQ(LocalSettings::GetSettingValuesForNames({"b", "missing", "number", "a"}),
+              (std::vector<std::string>{"2", "", "", "1"}));
+}
+
 TEST_F(LocalSettingsTest, ReachesAVaultsSettings) {
     LocalSettings::SetSettingValueWithNameAndVault("value", "name", "Work");
     EXPECT_TRUE(Holds(vaultFile, "{'name': 'value'}"));
