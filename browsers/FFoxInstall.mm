@@ -171,7 +171,10 @@ void CleanProfile(NSString* profile) {
     }
     [[NSFileManager defaultManager] removeItemAtPath:InstalledHostManifest() error:NULL];
     for (NSString* profile in [FFoxInstall ffoxProfiles]) {
-        CleanProfile(profile);
+        // There may be many: each gives back what it took.
+        @autoreleasepool {
+            CleanProfile(profile);
+        }
     }
     return YES;
 }
