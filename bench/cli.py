@@ -13,7 +13,8 @@ from bench.programs import ROOT, WrongResult
 from bench.rows import ROWS
 
 ROUNDS = 9
-PROGRAMS = ["KSExtensionInstaller", "bench_crypto", "bench_crypto_portable", "bench_list", "bench_nothing", "bench_product"]
+PROGRAMS = ["KSExtensionInstaller", "bench_crypto", "bench_crypto_portable",
+            "bench_list", "bench_nothing", "bench_product"]
 # What the peers and we ask the processor for.
 FEATURES = "aes sha_ni pclmulqdq ssse3 sse4_1 avx avx2 bmi1 bmi2 vaes avx512bw avx512_vbmi".split()
 
@@ -96,7 +97,8 @@ def table(results):
         others = sorted(one["others"].items(), key=lambda item: -item[1])
         lines.append([
             one["name"], digits(one["ours"]), digits(one["peer"]), one["peer_name"], one["unit"],
-            f"{one['ratio']:.2f}", f"{one['target']:g}", ", ".join(f"{name} {digits(figure)}" for name, figure in others),
+            f"{one['ratio']:.2f}", f"{one['target']:g}",
+            ", ".join(f"{name} {digits(figure)}" for name, figure in others),
         ])
     widths = [max(len(line[column]) for line in lines) for column in range(len(head))]
     return "\n".join(

@@ -54,7 +54,8 @@ class BenchmarkProgram:
             if turns.get("error_occurred"):
                 raise WrongResult(f"{self.name}: {turns['name']}: {turns['error_message']}")
             one, contestant = turns["run_name"].split("/")
-            figure = turns["bytes_per_second"] / 1e6 if turns.get("bytes_per_second") else turns["items_per_second"] / 1e3
+            bytes_a_second = turns.get("bytes_per_second")
+            figure = bytes_a_second / 1e6 if bytes_a_second else turns["items_per_second"] / 1e3
             figures[one].setdefault(contestant, []).append(figure)
         return figures
 

@@ -19,7 +19,7 @@ AS_IT_IS = BenchmarkProgram("bench_crypto")
 WITHOUT_EXTRAS = BenchmarkProgram("bench_crypto_portable", PORTABLE)
 ON_A_MAC = MacBenchmarkProgram("bench_product")
 WHOLE_RUN = WholeRun()
-EXTENSIONS = SafariList(lambda n: {"Archive File Name": f"extension-{n}.safariextz", "Enabled": n % 2 == 0, "Number": n})
+EXTENSIONS = SafariList(lambda n: {"Archive File Name": f"{n}.safariextz", "Enabled": n % 2 == 0, "Number": n})
 NUMBERS = SafariList(lambda n: n % 100)
 
 ROWS = [
