@@ -121,7 +121,8 @@ std::string LogPrinter::ForPrograms(const std::string& log, const LogMessage& me
                        ", \"text\": " + JsonString(message.text);
     if (const Explanation* found = explain ? Explain(message) : nullptr) {
         line += ", \"source\": " + JsonString(found->source) +
-                ", \"meaning\": " + JsonString(found->meaning) + ", \"advice\": " + JsonString(found->advice);
+                ", \"meaning\": " + JsonString(found->meaning) +
+                ", \"advice\": " + JsonString(found->advice);
     }
     return line + "}\n";
 }

@@ -103,6 +103,6 @@ def test_blocks_of_an_enciphered_log_change_places_unnoticed(mac):
     plain = read().stdout
     cipher = log.read_bytes()
     assert len(set(cipher[at:at + 16] for at in range(0, len(cipher), 16))) < len(cipher) // 16  # equal ones show
-    log.write_bytes(cipher[:16] + cipher[32:48] + cipher[16:32] + cipher[48:])
+    log.write_bytes(cipher[:32] + cipher[48:64] + cipher[32:48] + cipher[64:])  # of the first text
     changed = read()
     assert changed.stderr == b"" and changed.stdout != plain
