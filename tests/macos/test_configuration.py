@@ -158,4 +158,6 @@ def test_what_is_installed(build, folder):
     assert installed == {"bin/KSLogReader", "bin/KSStatus", "libexec/keystrel/KSExtensionInstaller",
                          "libexec/keystrel/QWBrowsersAlert.nib", "libexec/keystrel/QWSyleAlert.nib",
                          "share/bash-completion/completions/KSLogReader.bash", "share/zsh/site-functions/_KSLogReader",
-                         "share/man/man1/KSExtensionInstaller.1", "share/man/man1/KSLogReader.1"}
+                         "share/bash-completion/completions/KSStatus.bash", "share/zsh/site-functions/_KSStatus",
+                         "share/man/man1/KSExtensionInstaller.1", "share/man/man1/KSLogReader.1",
+                         "share/man/man1/KSStatus.1"}

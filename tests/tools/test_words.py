@@ -28,7 +28,7 @@ def completed(tool, *words):
 
 
 def test_there_are_pages():
-    assert {"KSExtensionInstaller", "KSLogReader"} <= {page.stem for page in PAGES}
+    assert {"KSExtensionInstaller", "KSLogReader", "KSStatus"} == {page.stem for page in PAGES}
 
 
 @pytest.mark.parametrize("page", PAGES, ids=lambda page: page.stem)
@@ -45,7 +45,7 @@ def test_a_page_has_the_options_of_the_usage(tool):
 
 @pytest.mark.parametrize("tool", TOOLS)
 def test_bash_completes_the_options_of_the_usage(tool):
-    assert completed(tool, "--") == usage(tool)
+    assert options(" ".join(completed(tool, "--"))) == usage(tool)
 
 
 @pytest.mark.parametrize("tool", TOOLS)

@@ -15,6 +15,7 @@ MACHINES = {
     "clean": [*_BARE, *_PRODUCT, safari.INSTALLED],    # Safari only, no leftover
     "fresh": [*_BARE, *_PRODUCT, *_BROWSERS],          # four browsers, no leftover
     "shipped": [*_BARE, *_PRODUCT, shipped.PAYLOAD, *_BROWSERS],  # a payload of use
+    "upgrade": [*_TYPICAL, shipped.PAYLOAD],           # every leftover, and a payload of use
     "no-payload": [*_TYPICAL, [Absent(product.EXTENSIONS)]],
     "no-settings": [*_TYPICAL, [Absent(product.SETTINGS_FOLDER)]],
     "no-product": [*_TYPICAL, [Absent(BUNDLE)]],
