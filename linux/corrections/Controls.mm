@@ -17,7 +17,7 @@ namespace {
 const unichar kEscape = 0x1B;
 const CGFloat kLabelInset = 2;
 const CGFloat kFocusInset = 3;
-const CGFloat kTitleInset = 4;
+const CGFloat kTitleInset = 2;
 
 BOOL IsKey(NSEvent* event, unichar key) {
     NSString* characters = [event characters];

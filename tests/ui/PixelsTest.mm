@@ -244,6 +244,15 @@ TEST_F(Pixels, ATextThatIsTooLongEndsInAnEllipsisBeforeItsEdge) {
     EXPECT_EQ(LeftEdge(picture, {190 + kButtonWidth - 8, 42, 8, 1}, kOrange), -1);
 }
 
+TEST_F(Pixels, TheLongestButtonTextOfTheProductIsWhole) {
+    Question question;
+    question.cancel = @"Close Browsers";
+    question.isCancelOrange = YES;
+    const Picture picture = PictureOf(question);
+    // The last letter, above the base line.
+    EXPECT_NE(LeftEdge(picture, {190 + kButtonWidth - 14, 37, 10, 5}, kOrange), -1);
+}
+
 TEST_F(Pixels, TheFocusCanBeSeenOnEveryGround) {
     for (const bool orange : {false, true}) {
         const Color line = orange ? kBlack : kWhite;
