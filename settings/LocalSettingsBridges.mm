@@ -26,6 +26,7 @@ std::vector<std::string> GetSettingValuesForNamesBridge(const std::vector<std::s
     @autoreleasepool {
         NSDictionary* settings = [LocalSettings_Mac GetPlistDictionary];
         std::vector<std::string> values;
+        values.reserve(names.size());
         for (const std::string& name : names) {
             values.push_back(TextOf([settings objectForKey:CocoaStringFromUtf8(name)]));
         }

@@ -39,7 +39,7 @@ void Note(const LogMessage& message, LogStatus* logs) {
 
 std::string Read(const std::string& path, LogStatus* logs) {
     LogStream log;
-    const std::string error = log.Open(path);
+    std::string error = log.Open(path);
     if (!error.empty() || log.IsEmpty()) {
         return error;
     }

@@ -14,7 +14,7 @@ constexpr std::string_view kBeforeText = " : ";
 constexpr size_t kLongestHeader = kTime.size() + kLevels[0].size() + kBeforeText.size();
 
 // The logger cuts a text earlier. What is longer comes in parts, so that memory has a bound.
-constexpr size_t kLongestText = 64 * 1024;
+constexpr size_t kLongestText = size_t{64} * 1024;
 
 bool IsTime(std::string_view text) {
     for (size_t i = 0; i < kTime.size(); ++i) {

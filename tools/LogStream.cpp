@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr size_t kPiece = 64 * 1024;
+constexpr size_t kPiece = size_t{64} * 1024;
 
 std::unique_ptr<DecryptionEngine> EngineFor(const std::string& password) {
     return std::make_unique<DecryptionEngine>(

@@ -87,7 +87,7 @@ std::string ShadowTree::Canonical(const std::string& path) const {
     std::string rest = NameOf(plain);
     std::array<char, PATH_MAX> real = {};
     while (realpath(above.c_str(), real.data()) == nullptr && above != "/") {
-        rest = NameOf(above) + '/' + rest;
+        rest.insert(0, NameOf(above) + '/');
         above = ParentOf(above);
     }
     return Join(above == "/" ? above : real.data(), rest);
