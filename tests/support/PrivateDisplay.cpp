@@ -43,7 +43,10 @@ void PrivateDisplay::MoveMouse() const {
 }
 
 void PrivateDisplay::ChangeKeyboardAndFreeze() const {
-    Display* display = XOpenDisplay(nullptr);
+    // Kept open: without it the display would answer again, and a display that is gone cannot be asked
+    // to close it.
+    static std::vector<Display*> held;
+    Display* display = held.emplace_back(XOpenDisplay(nullptr));
     XGrabServer(display);
     int count = 0;
     const int first = 8;
@@ -51,5 +54,4 @@ void PrivateDisplay::ChangeKeyboardAndFreeze() const {
         XGetKeyboardMapping(display, static_cast<KeyCode>(first), 1, &count), &XFree);
     XChangeKeyboardMapping(display, first, count, symbols.get(), 1);
     XSync(display, False);
-    // The connection stays open: without it the display would answer again.
 }
