@@ -45,8 +45,8 @@ void PrivateDisplay::MoveMouse() const {
 void PrivateDisplay::ChangeKeyboardAndFreeze() const {
     // Kept open: without it the display would answer again, and a display that is gone cannot be asked
     // to close it.
-    static std::vector<Display*> held;
-    Display* display = held.emplace_back(XOpenDisplay(nullptr));
+    static auto* const held = new std::vector<Display*>;  // until the process has ended
+    Display* display = held->emplace_back(XOpenDisplay(nullptr));
     XGrabServer(display);
     int count = 0;
     const int first = 8;
