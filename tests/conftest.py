@@ -2,6 +2,7 @@
 
 import os
 import random
+import signal
 
 import pytest
 
@@ -17,6 +18,10 @@ def pytest_addoption(parser):
 
 
 def pytest_configure():
+    # Whoever started this may ignore them, and what the tests start would inherit that.
+    for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGHUP, signal.SIGTERM):
+        if signal.getsignal(number) == signal.SIG_IGN:
+            signal.signal(number, signal.SIG_DFL)
     os.environ.setdefault(SEED, str(random.randrange(1, 100_000)))  # workers inherit it
 
 

@@ -52,17 +52,22 @@ def test_a_disk_may_have_no_room_at_all(mac, namespaces, folder):
 
 
 def test_what_a_disk_holds_is_kept_as_it_is(mac, namespaces):
+    mac.path("/Users/alex/gone").mkdir(0o777)
+    mac.path("/Users/alex/gone").chmod(0o777)
+    mac.path("/Users/alex/gone/file").touch()
     mac.path("/Users/alex/kept").mkdir()
     mac.path("/Users/alex/kept/link").symlink_to("nowhere")
     os.mkfifo(mac.path("/Users/alex/kept/pipe"))
     mac.path("/Users/alex/kept").chmod(0o2701)
     before = mac.manifest()
-    sh(mac, "rm -r Documents; mkdir made",
+    sh(mac, "rm -r gone; mkdir made",
        "--full", "/Users/alex=65536", "--full", "/Users/Shared=4096")
     after = mac.manifest()
     assert [line.split("\t")[3] for line in before if line not in after] == [
-        "/Users/alex/Documents", "/Users/alex/Documents/Shopping list.txt"]
+        "/Users/alex/gone", "/Users/alex/gone/file"]
     assert [line.split("\t")[3] for line in after if line not in before] == ["/Users/alex/made"]
+    mac.remove("/Users/alex/kept")
+    mac.remove("/Users/alex/made")
 
 
 def test_a_disk_within_a_disk(mac, namespaces):

@@ -42,7 +42,12 @@ def mac(tmp_path):
     return Mac.new("typical", tmp_path)
 
 
-@pytest.mark.parametrize("commands", ["ulimit -n 8", "ulimit -s 512", "exec >/dev/full"])
+# LeakSanitizer needs more descriptors than that, where the build has it.
+FEW_DESCRIPTORS = "export ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0; ulimit -n 8"
+
+
+@pytest.mark.parametrize("commands", [FEW_DESCRIPTORS, "ulimit -s 512", "exec >/dev/full"],
+                         ids=["8 descriptors", "a stack of 512 kB", "a full device as stdout"])
 def test_a_limit_changes_nothing(usual, mac, commands):
     run(mac, commands)
     assert files(mac) == files(usual)
