@@ -39,9 +39,11 @@ const Edit kSwitchOn[] = {
      "\"exited_cleanly\": false, \n        \"password_manager_enabled\": true"},
 };
 
+}  // namespace
+
 // The bytes are edited, not a string made of them: what the edit does not name stays as it is, a
 // byte-order mark and characters that no editor would have written among it.
-std::string Edited(std::string_view text, BOOL on) {
+std::string EditedChromePreferences(std::string_view text, BOOL on) {
     const Edit* edit = on ? kSwitchOn : kSwitchOff;
     while (text.find(edit->condition) == std::string_view::npos) {
         ++edit;
@@ -55,12 +57,6 @@ std::string Edited(std::string_view text, BOOL on) {
         edited.append(text, from, at - from).append(edit->replacement);
     }
     return edited.append(text, from);
-}
-
-}  // namespace
-
-std::string EditedChromePreferences(std::string_view text, BOOL on) {
-    return Edited(text, on);
 }
 
 namespace {
@@ -86,7 +82,7 @@ BOOL ReadEdited(NSString* path, BOOL on, std::string& edited, NSError** error) {
             failure = NoUtf8(path);
         }
         if (failure == nil) {
-            edited = Edited(text, on);
+            edited = EditedChromePreferences(text, on);
         }
         [failure retain];
     }
