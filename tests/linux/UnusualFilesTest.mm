@@ -8,8 +8,7 @@
 
 #include <cerrno>
 
-#include "tests/support/ErrorChecks.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/FileFixture.h"
 
 namespace {
 
@@ -27,24 +26,8 @@ extern "C" int futimens(int descriptor, const timespec times[2]) {
 
 namespace {
 
-class UnusualFiles : public testing::Test {
+class UnusualFiles : public FileFixture {
   protected:
-    NSString* ReadText(const std::string& name) {
-        return [NSString stringWithContentsOfFile:Text(folder_ / name)
-                                         encoding:NSUTF8StringEncoding
-                                            error:&error_];
-    }
-    NSData* ReadData(const std::string& name) {
-        return [NSData dataWithContentsOfFile:Text(folder_ / name)];
-    }
-    BOOL Create(const std::string& path, int mode) {
-        return [files_ createDirectoryAtPath:Text(path)
-                 withIntermediateDirectories:YES
-                                  attributes:@{
-                                      NSFilePosixPermissions : @(mode)
-                                  }
-                                       error:&error_];
-    }
     std::string Contents(const std::string& path) {
         return Joined([files_ contentsOfDirectoryAtPath:Text(path) error:&error_]);
     }
@@ -54,19 +37,6 @@ class UnusualFiles : public testing::Test {
     static std::string Joined(NSArray* names) {
         return Text(names == nil ? nil : [names componentsJoinedByString:@"|"]);
     }
-    BOOL Copy(const std::string& from, const std::string& to) {
-        return [files_ copyItemAtPath:Text(folder_ / from) toPath:Text(folder_ / to) error:&error_];
-    }
-    BOOL Remove(const std::string& path) {
-        return [files_ removeItemAtPath:Text(folder_ / path) error:&error_];
-    }
-
-    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    NSFileManager* files_ = [NSFileManager defaultManager];
-    TemporaryFolder folder_;
-    NSError* error_ = nil;
-
-    ~UnusualFiles() override { [pool_ release]; }
 };
 
 TEST_F(UnusualFiles, AFileOfTwoGibibytesIsTooLarge) {

@@ -4,23 +4,14 @@
 
 #include <cerrno>
 
-#include "tests/support/ErrorChecks.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/FileFixture.h"
 
 namespace {
 
 using namespace std::string_literals;
 
-class FileContents : public testing::Test {
+class FileContents : public FileFixture {
   protected:
-    NSString* ReadText(const std::string& name) {
-        return [NSString stringWithContentsOfFile:Text(folder_ / name)
-                                         encoding:NSUTF8StringEncoding
-                                            error:&error_];
-    }
-    NSData* ReadData(const std::string& name) {
-        return [NSData dataWithContentsOfFile:Text(folder_ / name)];
-    }
     BOOL WriteText(const std::string& name, NSString* text, BOOL atomically = YES) {
         return [text writeToFile:Text(folder_ / name)
                       atomically:atomically
@@ -32,12 +23,6 @@ class FileContents : public testing::Test {
                                                           options:options
                                                             error:&error_];
     }
-
-    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    TemporaryFolder folder_;
-    NSError* error_ = nil;
-
-    ~FileContents() override { [pool_ release]; }
 };
 
 TEST_F(FileContents, ATextIsWrittenBackAsItWasRead) {

@@ -3,28 +3,11 @@
 
 #include <cerrno>
 
-#include "tests/support/ErrorChecks.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/FileFixture.h"
 
 namespace {
 
-class FileManagerFolders : public testing::Test {
-  protected:
-    BOOL Create(const std::string& path, int mode, BOOL intermediates = YES) {
-        NSDictionary* attributes =
-            mode < 0 ? nil : @{NSFilePosixPermissions : [NSNumber numberWithInt:mode]};
-        return [[NSFileManager defaultManager] createDirectoryAtPath:Text(path)
-                                         withIntermediateDirectories:intermediates
-                                                          attributes:attributes
-                                                               error:&error_];
-    }
-
-    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    TemporaryFolder folder_;
-    NSError* error_ = nil;
-
-    ~FileManagerFolders() override { [pool_ release]; }
-};
+class FileManagerFolders : public FileFixture {};
 
 TEST_F(FileManagerFolders, EveryNewLevelGetsTheModeWhateverTheUmask) {
     for (const mode_t mask : {022, 077, 0}) {

@@ -3,12 +3,11 @@
 
 #include <cerrno>
 
-#include "tests/support/ErrorChecks.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/FileFixture.h"
 
 namespace {
 
-class FileManagerListing : public testing::Test {
+class FileManagerListing : public FileFixture {
   protected:
     std::string Contents(const std::string& path) {
         return Joined([files_ contentsOfDirectoryAtPath:Text(path) error:&error_]);
@@ -20,13 +19,6 @@ class FileManagerListing : public testing::Test {
         NSArray* sorted = [names sortedArrayUsingSelector:@selector(compare:)];
         return Text(names == nil ? nil : [sorted componentsJoinedByString:@"|"]);
     }
-
-    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    NSFileManager* files_ = [NSFileManager defaultManager];
-    TemporaryFolder folder_;
-    NSError* error_ = nil;
-
-    ~FileManagerListing() override { [pool_ release]; }
 };
 
 TEST_F(FileManagerListing, ContentsAreShallow) {

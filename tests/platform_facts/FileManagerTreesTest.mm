@@ -5,31 +5,17 @@
 
 #include <cerrno>
 
-#include "tests/support/ErrorChecks.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/FileFixture.h"
 
 namespace {
 
-class FileManagerTrees : public testing::Test {
+class FileManagerTrees : public FileFixture {
   protected:
-    BOOL Copy(const std::string& from, const std::string& to) {
-        return [files_ copyItemAtPath:Text(folder_ / from) toPath:Text(folder_ / to) error:&error_];
-    }
-    BOOL Remove(const std::string& path) {
-        return [files_ removeItemAtPath:Text(folder_ / path) error:&error_];
-    }
     time_t ChangedAt(const std::string& name) {
         struct stat info {};
         stat((folder_ / name).c_str(), &info);
         return info.st_mtime;
     }
-
-    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    NSFileManager* files_ = [NSFileManager defaultManager];
-    TemporaryFolder folder_;
-    NSError* error_ = nil;
-
-    ~FileManagerTrees() override { [pool_ release]; }
 };
 
 TEST_F(FileManagerTrees, ACopyHasTheBytesTheModeAndTheTimeOfItsSource) {
