@@ -214,6 +214,10 @@ TEST(FoldersInFolder, AreNamesOfFoldersAndOfLinksToThem) {
     EXPECT_EQ([folders count], 3U);
 }
 
+TEST(FoldersInFolder, AreThoseOfTheRoot) {
+    EXPECT_TRUE([[Utils_Mac arrayOfFoldersInFolder:@"/"] containsObject:@"Users"]);
+}
+
 TEST(FoldersInFolder, KeepTheListingsOrder) {
     const TemporaryFolder folder;
     for (int i = 0; i < 50; ++i) {

@@ -327,6 +327,30 @@ TEST(Button, KeepsItsColoursWhetherEnabledOrNot) {
     EXPECT_TRUE([[[orange cell] backgroundColor] isEqual:[NSColor orangeColor]]);
 }
 
+TEST(Button, IsFlatAndOfItsColoursWhateverItIsGiven) {
+    [NSApplication sharedApplication];
+    NSWindow* window = [[[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 80, 30)
+                                                    styleMask:NSBorderlessWindowMask
+                                                      backing:NSBackingStoreBuffered
+                                                        defer:NO] autorelease];
+    for (Class kind : {[QWINSButtonGray class], [QWINSButtonOrange class]}) {
+        NSButton* button = [[[kind alloc] initWithFrame:NSMakeRect(0, 0, 80, 30)] autorelease];
+        [[window contentView] addSubview:button];
+        [button awakeFromNib];
+        EXPECT_FALSE([button isBordered]);
+        NSColor* ground = [[[[button cell] backgroundColor] copy] autorelease];
+
+        [button setBordered:YES];
+        [[button cell] setBackgroundColor:[NSColor redColor]];
+        [button lockFocus];
+        [button drawRect:[button bounds]];
+        [button unlockFocus];
+        EXPECT_FALSE([button isBordered]);
+        EXPECT_TRUE([[[button cell] backgroundColor] isEqual:ground]);
+        [button removeFromSuperview];
+    }
+}
+
 TEST(ButtonCell, IsBlackWhileHighlighted) {
     QWStyleAlert* alert = NewAlert();
     [alert setButtonsTexts:@"OK":@"Cancel":@""];
