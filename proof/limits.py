@@ -29,8 +29,9 @@ def prove(trial):
     with traced.machines() as machines:
         known = {verdict: traced.Undisturbed(machines, verdict) for verdict in traced.VERDICTS}
         kinds = {"two at once": _two_at_once, "ten in a row": _ten_in_a_row, "browsers write": _browsers_write,
-                 "valgrind": _valgrind}
-        counts = {"two at once": times, "ten in a row": 1, "browsers write": times, "valgrind": 1}
+                 "browsers write in place": _browsers_write_in_place, "valgrind": _valgrind}
+        counts = {"two at once": times, "ten in a row": 1, "browsers write": times,
+                  "browsers write in place": times, "valgrind": 1}
         cases = [f"{verdict}, {kind}, {number}" for kind in kinds for verdict in traced.VERDICTS
                  for number in range(counts[kind])]
 
@@ -67,13 +68,13 @@ def _ten_in_a_row(mac, verdict, known):
     return wrong + [f"{path} differs" for path in trees.difference(trees.read(mac.tree), known[verdict].new)]
 
 
-def _browsers_write(mac, verdict, known):
+def _browsers_write(mac, verdict, known, in_place=False):
     """A file is a browser's last or an earlier one, edited or not, but never a part of one."""
     files = {"Application Support/Google/Chrome/Default/Preferences": (json.loads, _json),
              "Preferences/com.apple.Safari.plist": (plistlib.loads, plistlib.dumps),
              "Safari/Extensions/Extensions.plist": (plistlib.loads, plistlib.dumps)}
     paths = {mac.path(_LIBRARY + name): both for name, both in files.items()}
-    with _browsers(paths) as written:
+    with _browsers(paths, in_place) as written:
         wrong = _ended_badly(traced.run(mac, verdict, _AT))
     for path, (parse, _) in paths.items():
         try:
@@ -92,9 +93,16 @@ def _browsers_write(mac, verdict, known):
                               {path: entry for path, entry in tree.items() if not path.endswith(tuple(files))})
 
 
+def _browsers_write_in_place(mac, verdict, known):
+    return _browsers_write(mac, verdict, known, in_place=True)
+
+
 @contextlib.contextmanager
-def _browsers(paths):
-    """While it lasts, files are written again and again, as browsers do it: beside, then renamed. How often."""
+def _browsers(paths, in_place):
+    """While it lasts, files are written again and again, as browsers do it: beside, then renamed. How often.
+
+    in_place: as browsers of earlier years did it, more seldom: a file is empty for a moment.
+    """
     written = dict.fromkeys(paths, 0)
     stop = threading.Event()
 
@@ -104,12 +112,16 @@ def _browsers(paths):
         status = path.stat()
         beside = path.with_name("." + path.name + ".new")
         while not stop.is_set():
-            beside.write_bytes(dump({**content, "Written": written[path]}))
-            os.chown(beside, status.st_uid, status.st_gid)
-            beside.chmod(status.st_mode & 0o777)
-            beside.rename(path)
+            text = dump({**content, "Written": written[path]})
+            if in_place:
+                path.write_bytes(text)
+            else:
+                beside.write_bytes(text)
+                os.chown(beside, status.st_uid, status.st_gid)
+                beside.chmod(status.st_mode & 0o777)
+                beside.rename(path)
             written[path] += 1
-            time.sleep(0.002)
+            time.sleep(0.02 if in_place else 0.002)
 
     threads = [threading.Thread(target=write, args=(path,)) for path in paths]
     for thread in threads:

@@ -22,22 +22,26 @@ _LEVELS = {"LogCritical": "LogFailure", "LogFailure": "LogWarning", "LogWarning"
 _WORDS = {"YES": "NO", "NO": "YES", "true": "false", "false": "true"}
 _EXPRESSIONS = {CursorKind.CALL_EXPR, CursorKind.OBJC_MESSAGE_EXPR, CursorKind.BINARY_OPERATOR, CursorKind.UNARY_OPERATOR,
                 CursorKind.COMPOUND_ASSIGNMENT_OPERATOR, CursorKind.UNEXPOSED_EXPR}
+_CALLS = {CursorKind.CALL_EXPR, CursorKind.OBJC_MESSAGE_EXPR}
 _DECLARATIONS = {CursorKind.VAR_DECL, CursorKind.FUNCTION_DECL, CursorKind.FUNCTION_TEMPLATE, CursorKind.CXX_METHOD}
+_FUNCTIONS = {CursorKind.FUNCTION_DECL, CursorKind.FUNCTION_TEMPLATE, CursorKind.CXX_METHOD, CursorKind.CONSTRUCTOR,
+              CursorKind.DESTRUCTOR, CursorKind.OBJC_INSTANCE_METHOD_DECL, CursorKind.OBJC_CLASS_METHOD_DECL}
 _CONDITIONS = {CursorKind.IF_STMT, CursorKind.WHILE_STMT, CursorKind.CONDITIONAL_OPERATOR}
 _INTEGERS = {TypeKind.INT, TypeKind.UINT, TypeKind.LONG, TypeKind.ULONG, TypeKind.SHORT, TypeKind.USHORT,
              TypeKind.UCHAR, TypeKind.SCHAR, TypeKind.CHAR_S, TypeKind.LONGLONG, TypeKind.ULONGLONG}
 _TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:[^"\\\n]|\\.)*"|\'(?:[^\'\\\n]|\\.)*\'|\b(?:YES|NO|true|false)\b', re.DOTALL)
-# Whoever forgets these leaks, which LeakSanitizer tells in the ordinary tests.
-_OF_MEMORY = re.compile(r"\[.* (release|autorelease|drain|retain|dealloc)\]$", re.DOTALL)
+# Whoever forgets these leaks, which LeakSanitizer tells in the ordinary tests, or takes memory in more steps.
+_OF_MEMORY = re.compile(r"\[.* (release|autorelease|drain|retain|dealloc)\]$|.*\.reserve\(.*\)$", re.DOTALL)
 
 
 @dataclass
 class Mutant:
-    """One change: its number, its kind, where it is, what it makes of what."""
+    """One change: its number, its kind, where it is, what it makes of what. function: "" for a table of the file."""
 
     number: int
     kind: str
     line: int
+    function: str
     before: str
     after: str
 
@@ -64,6 +68,7 @@ class Source:
         self._bytes = path.read_bytes()  # clang counts bytes
         self._plain = _without_comments(self._bytes.decode()).encode()
         self._places = []
+        self._functions = []  # (start, end, name), in the order of the text
         parsed = self._parse(self._bytes.decode())
         for child in parsed.cursor.get_children():
             if child.location.file and child.location.file.name == self._path:
@@ -73,8 +78,11 @@ class Source:
 
     def mutants(self):
         """What can be changed, in the order of the text."""
-        return [Mutant(place.number, place.kind, self._bytes[:place.start].count(b"\n") + 1, place.before, place.after)
-                for place in self._places]
+        return [Mutant(place.number, place.kind, self._bytes[:place.start].count(b"\n") + 1,
+                       self._function_at(place.start), place.before, place.after) for place in self._places]
+
+    def _function_at(self, offset):
+        return next((name for start, end, name in self._functions if start <= offset < end), "")
 
     def text(self):
         """The file with all its mutants."""
@@ -92,6 +100,8 @@ class Source:
     # ---- finding places
 
     def _visit(self, cursor, parent, inside):
+        if cursor.kind in _FUNCTIONS:
+            self._functions.append((cursor.extent.start.offset, cursor.extent.end.offset, cursor.spelling))
         if cursor.kind == CursorKind.COMPOUND_STMT:
             if not inside:
                 self._words(cursor)
@@ -191,13 +201,21 @@ class Source:
                 self._place(start, end, "missing line", b"", self._shown(start, end), "",
                             lambda number, text: f"if (!IsMutant({number})) {text}")
             after = statements[index + 1] if index + 1 < len(statements) else None
-            if after is not None and index > swapped and self._can_go(statement) and self._can_go(after):
+            if after is not None and index > swapped and self._is_call(statement) and self._is_call(after):
                 self._swap(statement, after)
                 swapped = index + 1
 
     def _can_go(self, statement):
         text = self._source(statement)
         return statement.kind in _EXPRESSIONS and text and not _OF_MEMORY.match(text.decode())
+
+    def _is_call(self, statement):
+        """Whether somebody outside may see when it happens; values are given to places that do not know each other."""
+        if not self._can_go(statement):
+            return False
+        while statement.kind == CursorKind.UNEXPOSED_EXPR:  # temporaries that it leaves
+            statement = next(statement.get_children())
+        return statement.kind in _CALLS and not statement.spelling.startswith("operator")
 
     def _swap(self, first, second):
         start, end = first.extent.start.offset, second.extent.end.offset

@@ -44,33 +44,36 @@ def prove(trial):
     equivalent = _equivalents()
 
     def attempt(name):
-        text = tests.verdict(name, mutants[name].number)
-        return Outcome(text, text.startswith("killed") or _key(name) in equivalent)
+        text = tests.verdict(name, mutants[name].number, thorough=name not in equivalent)
+        return Outcome(text, text.startswith("killed") or name in equivalent)
 
     outcomes = trial.outcomes(chosen, attempt)
     killed, missed, named = Counter(), Counter(), Counter()
-    failures = []
+    failures = [f"proof/equivalents.txt names no mutant: {name}" for name in equivalent if name not in mutants]
     for name, outcome in outcomes.items():
-        room, kind = name.split("/")[0], mutants[name].kind
-        for key in (room, kind):
-            if outcome.text.startswith("missed"):
-                (named if _key(name) in equivalent else missed)[key] += 1
-            else:
-                killed[key] += 1
-        if outcome.text.startswith("missed") and _key(name) not in equivalent:
-            failures.append(f"{name}: {outcome.text}")
+        is_missed = outcome.text.startswith("missed")
+        for key in (name.split("/")[0], mutants[name].kind):
+            (killed if not is_missed else named if name in equivalent else missed)[key] += 1
+        if is_missed != (name in equivalent):
+            missing = "" if is_missed else ", though proof/equivalents.txt names it"
+            failures.append(f"{name} (line {mutants[name].line}): {outcome.text}{missing}")
     rooms = [room for room in _ROOMS if killed[room] + missed[room] + named[room]]
     kinds = sorted({mutants[name].kind for name in outcomes})
 
     def row(title, keys):
         k, m, n = (sum(counter[key] for key in keys) for counter in (killed, missed, named))
-        return [title, k + m + n, k, n, m, f"{100 * k / (k + m + n):.1f} %"]
+        return [title, k + m + n, k, m, n, f"{_share(k, m):.1%}"]
 
     rows = [*(row(key, [key]) for key in (*rooms, *kinds)), row("together", rooms)]
-    if sum(killed[room] for room in rooms) < REQUIRED * len(outcomes):
+    if _share(sum(killed[room] for room in rooms), sum(missed[room] for room in rooms)) < REQUIRED:
         failures.append(f"less than {REQUIRED:.0%} are killed")
     sample = f"{len(chosen)} of {len(names)} mutants" + (", a fixed sample" if trial.quick else "")
-    return Table(sample, ["room or kind", "tried", "killed", "missed with a reason", "missed", "killed"], rows, failures)
+    return Table(sample, ["room or kind", "tried", "killed", "missed", "equivalent", "killed of the others"], rows,
+                 failures)
+
+
+def _share(killed, missed):
+    return killed / (killed + missed) if killed + missed else 1
 
 
 # ---- the mutants
@@ -83,7 +86,7 @@ def _write_tree(jobs):
     arguments = _compiler_arguments()
     listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT, check=True,
                             capture_output=True, text=True).stdout.split("\0")
-    mutants = {}
+    mutants, alike = {}, Counter()
     for name in sorted(set(listed) - {""}):
         path = ROOT / name
         if not path.is_file():
@@ -92,10 +95,11 @@ def _write_tree(jobs):
             source = Source(path, arguments[str(path)], len(mutants) + 1, name.split("/")[0] in _WITHOUT_START_UP)
             _write(_TREE / name, source.text().encode(), path)
             for mutant in source.mutants():
-                shown = f"{name}:{mutant.line}: {mutant.kind}: {mutant.before} => {mutant.after or 'nothing'}"
-                while shown in mutants:
-                    shown += " (another one)"
-                mutants[shown] = mutant
+                # Its function and not its line, which is another one after each edit above it.
+                place = f"{name}: {mutant.function or 'a table'}"
+                shown = f"{place}: {mutant.kind}: {mutant.before} => {mutant.after or 'nothing'}"
+                alike[shown] += 1
+                mutants[shown if alike[shown] == 1 else f"{shown} #{alike[shown]}"] = mutant
         else:
             _write(_TREE / name, path.read_bytes(), path)
     if not (_BUILD / "build.ninja").exists():
@@ -132,13 +136,8 @@ def _quietly(*command):
         raise RuntimeError(f"{command[0]} {command[1]} failed:\n{done.stdout[-4000:]}")
 
 
-def _key(name):
-    """Of a mutant, wherever its line is by now."""
-    return re.sub(r":\d+: ", ": ", name, count=1)
-
-
 def _equivalents():
-    """{key: reason}: blocks of two lines, the mutant without its line's number and the reason."""
+    """{name of a mutant: why no test tells it from the product}: blocks of two lines."""
     lines = [line for line in (ROOT / "proof/equivalents.txt").read_text(encoding="utf-8").splitlines()
              if line and not line.startswith("#")]
     return dict(zip(lines[::2], lines[1::2]))
@@ -207,14 +206,16 @@ class _Tests:
         failed = re.search(r"^\[  FAILED  \] (\S+)", output, re.MULTILINE)
         return "killed by " + (failed[1] if failed else f"{program}, which {'ends' if status is not None else 'takes too long'}")
 
-    def verdict(self, name, number):
-        """What the tests say of a mutant."""
+    def verdict(self, name, number, thorough):
+        """What the tests say of a mutant. thorough: also those that take long, when the quick ones miss it."""
         programs = self._reached.get(number, {})
         for program in sorted(programs, key=self._seconds.get):
             tests = self._quick[program] if "*" in programs[program] else programs[program]
             found = self._tried(program, number, ":".join(tests), _SECONDS + 5 * self._seconds[program])
             if found:
                 return found
+        if not thorough:
+            return "missed by its quick tests"
         for program in programs:  # nobody looked which mutants the slow tests come by
             slow = self._programs[program][2] + "-" + ":".join([*self._quick[program], "*Large*"])
             found = self._tried(program, number, slow, _SLOW)
