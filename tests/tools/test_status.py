@@ -324,6 +324,15 @@ def test_what_may_not_be_read_is_told_with_a_status_of_its_own(shipped):
     assert f"This process may not read {SAFARI}" in tell(shipped, status=3)
 
 
+def test_a_folder_that_hides_what_a_run_with_rights_would_change_is_told(shipped):
+    folder = "/Library/Internet Plug-Ins"
+    shipped.path(folder).chmod(0o700)
+    assert report(shipped, status=3)["closed"] == [folder]
+    shipped.path(folder).chmod(0o711)  # what it holds can be found, if the name is known
+    assert report(shipped)["closed"] == []
+
+
+
 # Plans.
 
 def test_without_a_word_both_plans_are_told_and_each_is_marked(tmp_path):
