@@ -205,6 +205,12 @@ def test_what_earlier_versions_left_is_named(tmp_path):
     assert "/Users/alex/Library/Internet Plug-Ins/KeystrelSafari64.webplugin" in left["Safari"]
 
 
+def test_people_read_short_paths_and_one_line_for_a_folder_that_goes(tmp_path):
+    told = tell(Mac.new("typical", tmp_path), status=1)
+    assert "      removed  ~/Library/Internet Plug-Ins/KeystrelSafari64.webplugin\n" in told
+    assert "KeystrelSafari64.webplugin/" not in told and "/Users/alex/Library/Internet" not in told
+
+
 def edited(mac, file, edit):
     """The bytes that `edit` makes of a JSON file: bytes as they are, else members to set or (...) to take out."""
     if isinstance(edit, bytes):
@@ -367,6 +373,12 @@ def test_logs_are_told_with_what_failed_and_what_to_do(shipped):
     assert "Missing Extensions.plist." in {each["text"] for each in logs["failures"]}
     assert all(each["meaning"] and each["advice"] for each in logs["failures"])
     assert logs["enabled"]
+
+
+def test_a_failure_that_comes_again_is_told_once(shipped):
+    text = "".join(f"\n09:07:02 - FAILURE : number {number % 500}" for number in range(1500))
+    shipped.path(f"{LOGS}/2024_3_7_1_1_1.log").write_text(text)
+    assert [each["text"] for each in report(shipped)["logs"]["failures"]] == [f"number {number}" for number in range(500)]
 
 
 def test_a_log_under_another_password_is_told_to_be_unreadable(shipped):
