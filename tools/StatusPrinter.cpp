@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <set>
+#include <string_view>
 
 #include "tools/LogPrinter.h"
 
@@ -131,7 +132,7 @@ std::string ForPeople(const BrowserStatus& browser, bool colour) {
         }
     }
     if (!browser.passwords.empty()) {
-        text += Line("its own password keeping: " + browser.passwords, 2);
+        text += Line("its own password manager: " + browser.passwords, 2);
     }
     if (!browser.leftovers.empty()) {
         text += Line("a run would remove or edit:", 2) + ForPeople(browser.leftovers, 6, colour);
@@ -145,7 +146,38 @@ std::string ForPeople(const BrowserStatus& browser, bool colour) {
     return text + '\n';
 }
 
-std::string ForPeople(const LogStatus& logs) {
+// The file that an error's description names, or else the text's first line.
+std::string SubjectOf(const std::string& text) {
+    constexpr std::string_view kKey = "NSFilePath=";
+    const size_t key = text.find(kKey);
+    if (key == std::string::npos) {
+        return text.substr(0, text.find('\n'));
+    }
+    const std::string path = text.substr(key + kKey.size());
+    return Shown(path.substr(0, std::min(path.find(", NS"), path.rfind('}'))));
+}
+
+// What a failure means, what it was about, and what to do; what means the same stands together.
+std::string ForPeople(const std::vector<LogFinding>& failures, bool colour) {
+    std::string text = failures.empty() ? "" : Line("What failed in the last run:", 2);
+    std::set<std::string> told;
+    for (const LogFinding& first : failures) {
+        if (!first.meaning.empty() && !told.insert(first.meaning).second) {
+            continue;
+        }
+        text += "      " + Painted(first.level, kRed, colour) + "  ";
+        text += Line(first.meaning.empty() ? first.text : first.meaning);
+        for (const LogFinding& each : failures) {
+            if (!first.meaning.empty() && each.meaning == first.meaning) {
+                text += Line(each.time + "  " + SubjectOf(each.text), 10);
+            }
+        }
+        text += first.advice.empty() ? "" : Line("To do: " + first.advice, 10);
+    }
+    return text;
+}
+
+std::string ForPeople(const LogStatus& logs, bool colour) {
     std::string text =
         Line(std::string("Logs: the next run ") + (logs.isEnabled ? "writes one" : "writes none"));
     for (const LogStatus::Kept& each : logs.kept) {
@@ -154,16 +186,7 @@ std::string ForPeople(const LogStatus& logs) {
     if (!logs.unreadable.empty()) {
         text += Line("cannot be read: " + logs.unreadable, 2);
     }
-    if (!logs.failures.empty()) {
-        text += Line("The last run failed at:", 2);
-    }
-    for (const LogFinding& each : logs.failures) {
-        text += Line(each.time + "  " + each.text, 6);
-        if (!each.meaning.empty()) {
-            text += Line("It means: " + each.meaning, 8) + Line("To do: " + each.advice, 8);
-        }
-    }
-    return text;
+    return text + ForPeople(logs.failures, colour);
 }
 
 std::string ForPeople(const RunPlan& plan, const char* verdict, bool colour) {
@@ -211,5 +234,5 @@ std::string StatusForPeople(const StatusReport& report, const StatusOptions& opt
         text += Line("This process may not read " + each +
                      ". A Mac asks for Full Disk Access for some of the user's own files.");
     }
-    return text + ForPeople(report.logs);
+    return text + ForPeople(report.logs, colour);
 }

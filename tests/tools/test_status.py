@@ -375,6 +375,15 @@ def test_logs_are_told_with_what_failed_and_what_to_do(shipped):
     assert logs["enabled"]
 
 
+def test_people_read_what_a_failure_means_once_with_the_files_of_all(tmp_path):
+    mac = Mac.new("typical", tmp_path)
+    mac.run("--admin", "refuse", "--at", AT)
+    told = tell(mac)
+    assert told.count("FAILURE  An old extension of the product could not be removed.") == 1
+    folder = "/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}"
+    assert f"\n          09:07:02  {folder}/js-ctypes\n" in told and f"\n          09:07:02  {folder}/ks@corvendale.com\n" in told
+
+
 def test_a_failure_that_comes_again_is_told_once(shipped):
     text = "".join(f"\n09:07:02 - FAILURE : number {number % 500}" for number in range(1500))
     shipped.path(f"{LOGS}/2024_3_7_1_1_1.log").write_text(text)
