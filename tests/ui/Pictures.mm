@@ -1,5 +1,6 @@
 // alert_pictures FOLDER: draws the pictures of docs/, each alert as it stands on the screen.
-// alert_pictures --ask: shows the same alerts to a person, and tells how each was answered.
+// alert_pictures --ask [OPTION...]: shows the same alerts to a person, and tells how each was
+// answered; the options are GNUstep's, such as -GSScaleFactor 2.
 #include <sysexits.h>
 
 #include <chrono>
@@ -148,12 +149,13 @@ void AskPerson() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: alert_pictures FOLDER | --ask\n");
+    const bool asks = argc > 1 && std::strcmp(argv[1], "--ask") == 0;
+    if (argc != 2 && !asks) {
+        std::fprintf(stderr, "usage: alert_pictures FOLDER | --ask [OPTION...]\n");
         return EX_USAGE;
     }
     @autoreleasepool {
-        if (std::strcmp(argv[1], "--ask") == 0) {
+        if (asks) {
             AskPerson();
         } else {
             Album album([NSString stringWithUTF8String:argv[1]]);
