@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include <algorithm>
+#include <unordered_set>
 
 #include "product/Keys.h"
 #include "product/Places.h"
@@ -23,12 +23,10 @@ bool IsLoggingEnabled() {
     }
 }
 
-void Note(const LogMessage& message, LogStatus* logs) {
+// The same text once, whenever it came first.
+void Note(const LogMessage& message, std::unordered_set<std::string>* known, LogStatus* logs) {
     const int severity = SeverityOf(message.level);
-    const bool isKnown =
-        std::any_of(logs->failures.begin(), logs->failures.end(),
-                    [&message](const LogFinding& each) { return each.text == message.text; });
-    if (severity == 0 || severity > kFailure || isKnown) {
+    if (severity == 0 || severity > kFailure || !known->insert(message.text).second) {
         return;
     }
     const Explanation* found = Explain(message);
@@ -46,7 +44,9 @@ std::string Read(const std::string& path, LogStatus* logs) {
     if (!log.IsPlain() && !log.IsEncipheredUnder(MachinePassword())) {
         return "no log, or one that is enciphered under another password than the settings'";
     }
-    LogParser parser(log.IsPadded(), [logs](const LogMessage& message) { Note(message, logs); });
+    std::unordered_set<std::string> known;
+    LogParser parser(log.IsPadded(),
+                     [&known, logs](const LogMessage& message) { Note(message, &known, logs); });
     for (std::string_view piece = log.Next(); !piece.empty(); piece = log.Next()) {
         parser.Take(piece);
     }

@@ -110,6 +110,7 @@ RunPlan DryRun::Plan() {
         InstallEdge();
     }
     plan.changes = tree.Changes();
+    plan.hidden.assign(tree.Hidden().begin(), tree.Hidden().end());
     return plan;
 }
 

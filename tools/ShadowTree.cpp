@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <fstream>
@@ -127,6 +128,20 @@ ShadowTree::Entry ShadowTree::Follow(const std::string& canonical) const {
     return S_ISLNK(entry.mode) ? Entry() : entry;
 }
 
+// Of an entry that the disk hides from this user, the folder that hides it.
+void ShadowTree::NoteIfHidden(const std::string& canonical, User user) {
+    struct stat info = {};
+    if (user == User::kSelf || changed.count(canonical) != 0 ||
+        lstat(canonical.c_str(), &info) == 0 || errno != EACCES) {
+        return;
+    }
+    std::string folder = ParentOf(canonical);
+    while (lstat(folder.c_str(), &info) != 0) {
+        folder = ParentOf(folder);
+    }
+    hidden.insert(folder);
+}
+
 void ShadowTree::Put(const std::string& canonical, Entry entry) {
     entry.isDisks = false;
     entry.by = actor;
@@ -212,13 +227,17 @@ bool ShadowTree::MayReplace(const std::string& canonical, User user) const {
 
 bool ShadowTree::Remove(const std::string& path, User user) {
     const std::string canonical = Canonical(path);
+    NoteIfHidden(canonical, user);
     const Entry entry = Look(canonical);
     if (entry.mode == 0) {
         return false;
     }
     if (S_ISDIR(entry.mode)) {
-        if (user == User::kSelf && entry.isDisks && access(canonical.c_str(), R_OK) != 0) {
-            return false;
+        if (entry.isDisks && access(canonical.c_str(), R_OK) != 0) {
+            if (user == User::kSelf) {
+                return false;
+            }
+            hidden.insert(canonical);
         }
         for (const std::string& name : Names(canonical)) {
             if (!Remove(Join(canonical, name), user)) {
@@ -235,6 +254,7 @@ bool ShadowTree::Remove(const std::string& path, User user) {
 
 bool ShadowTree::MakeFolder(const std::string& path, mode_t mode, User user) {
     const std::string canonical = Canonical(path);
+    NoteIfHidden(canonical, user);
     if (Look(canonical).mode != 0 || !MayChange(ParentOf(canonical), user)) {
         return false;
     }
@@ -293,10 +313,12 @@ bool ShadowTree::Copy(const std::string& source, const std::string& target) {
 
 bool ShadowTree::CopyByShell(const std::string& source, const std::string& target) {
     const std::string from = Canonical(source);
+    NoteIfHidden(from, User::kRoot);
     if (Look(from).mode == 0) {
         return false;
     }
     const std::string to = Canonical(IsFolder(target) ? Join(target, NameOf(from)) : target);
+    NoteIfHidden(to, User::kRoot);
     const Entry there = Look(to);
     if (there.mode == 0) {
         return CopyEntry(from, to, User::kRoot);

@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,10 @@ class ShadowTree {
     /// What the operations left different, by path.
     std::vector<Change> Changes() const;
 
+    /// Folders of the disk where root acted and this user may not look: what became of their
+    /// content is not known.
+    const std::set<std::string>& Hidden() const { return hidden; }
+
   private:
     struct Entry {
         mode_t mode = 0;  // with its type; 0 where nothing is
@@ -80,6 +85,7 @@ class ShadowTree {
     bool MayChange(const std::string& folder, User user) const;
     bool MayReplace(const std::string& canonical, User user) const;
     bool MayRead(const Entry& entry, const std::string& canonical) const;
+    void NoteIfHidden(const std::string& canonical, User user);
     bool CopyEntry(const std::string& source, const std::string& target, User user);
     static std::vector<std::string> Difference(const Entry& entry, const std::string& path);
     static Change Compare(const std::string& path, const Entry& entry);
@@ -88,4 +94,5 @@ class ShadowTree {
     mode_t mask;
     std::string actor;
     std::map<std::string, Entry> changed;
+    std::set<std::string> hidden;
 };

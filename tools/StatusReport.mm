@@ -61,8 +61,8 @@ bool IsClosed(const std::string& path) {
     return errno == EACCES || errno == EPERM;
 }
 
-std::vector<std::string> ClosedPaths() {
-    std::vector<std::string> closed;
+std::vector<std::string> ClosedPaths(const RunPlan& allowed) {
+    std::vector<std::string> closed = allowed.hidden;
     for (NSString* each : {
              SafariPreferencesPath(), SafariRegistryPath(), ChromePreferences(),
                  ChromeInstalledHostManifest(), @KS_SETTINGS_FILE, @KS_DATA_FOLDER "logs"
@@ -96,7 +96,7 @@ StatusReport LookAtMachine() {
                 report.needsRights.push_back(each.path);
             }
         }
-        report.closed = ClosedPaths();
+        report.closed = ClosedPaths(report.allowed);
         report.logs = LookAtLogs();
         return report;
     }

@@ -1,4 +1,5 @@
-"""The scenario that docs/testing.md shows works as it stands there."""
+"""The examples of the documents work as they stand there."""
+import plistlib
 import re
 from pathlib import Path
 
@@ -11,3 +12,10 @@ def test_the_scenario_of_the_document(tmp_path):
     exec(compile(code, "docs/testing.md", "exec"), names)
     scenario, = [names[name] for name in names if name.startswith("test_")]
     scenario(tmp_path)
+
+
+def test_the_daily_job_is_a_property_list_that_writes_a_report():
+    text, = re.findall(r"```xml\n(.*?)```", (ROOT / "docs/administrators.md").read_text(), re.DOTALL)
+    job = plistlib.loads(text.encode())
+    assert job["ProgramArguments"][2].startswith("/usr/local/bin/KSStatus --json")
+    assert job["StartCalendarInterval"] == {"Hour": 12, "Minute": 0}

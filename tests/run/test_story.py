@@ -28,7 +28,7 @@ def story(tmp_path):
 
 def test_the_story_of_a_refused_run(story):
     told = story("typical", "refuse")
-    assert told.count("The integration is in place.") == 3
+    assert told.count("The files of the integration are there.") == 3
     chrome = told[told.index("Google Chrome:"):told.index("Firefox:")]
     assert "Could not: A file of the integration could not be removed" in chrome
     assert "    /Library/Google/Chrome/NativeMessagingHosts/com.corvendale.kschromena.json\n" in chrome

@@ -41,6 +41,10 @@ class RandomMac:
                      self._settings, self._folders, self._keychain, self._prompts, self._move_home):
             step(folder)
 
+    def options_without_answers(self):
+        """Those that do not answer a prompt."""
+        return self.options[2 * self.options.count("--admin"):]
+
     # ---- what the steps are made of
 
     def _chance(self, share):

@@ -252,6 +252,32 @@ def test_explanations_stand_below_each_message(log):
                              "error. The line stands after each copy.\n    To do: Nothing.\n")
 
 
+MEASURED = """
+import resource, subprocess, sys
+subprocess.run(sys.argv[1:], stdout=subprocess.DEVNULL, check=True)
+print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss * 1024)
+"""
+
+
+def memory_for(log, password):
+    done = subprocess.run(["/usr/bin/python3", "-c", MEASURED, build.program("KSLogReader"), "--explain", "--password-file",
+                           password, log], stdout=subprocess.PIPE, timeout=300, check=True)
+    return int(done.stdout)
+
+
+@pytest.mark.large
+@pytest.mark.parametrize("make, pieces, length", [(plain, 64, 1000), (enciphered, 4, 60_000)], ids=["plain", "enciphered"])
+def test_memory_does_not_grow_with_the_log(tmp_path, make, pieces, length):
+    log, password = tmp_path / "2024_3_5_9_7_2.log", tmp_path / "password"
+    piece = make([("09:07:02", "FAILURE", "x" * length)] * (1_000_000 // length))
+    password.write_bytes(PASSWORD)
+    log.write_bytes(piece)
+    at_first = memory_for(log, password)
+    log.write_bytes(piece * pieces)
+    at_last = memory_for(log, password)
+    assert build.is_sanitized() or (at_last - at_first <= 2 << 20 and at_last <= 32 << 20)
+
+
 def test_a_message_cannot_steer_the_terminal(tmp_path):
     (tmp_path / "log").write_bytes("\n01:02:03 - INFO : \x1b]0;x\x07\r\x9b31m é\t\n.".encode() + b"\xff\x00")
     assert told(tmp_path / "log") == (

@@ -205,6 +205,12 @@ def test_what_earlier_versions_left_is_named(tmp_path):
     assert "/Users/alex/Library/Internet Plug-Ins/KeystrelSafari64.webplugin" in left["Safari"]
 
 
+def test_people_read_short_paths_and_one_line_for_a_folder_that_goes(tmp_path):
+    told = tell(Mac.new("typical", tmp_path), status=1)
+    assert "      removed  ~/Library/Internet Plug-Ins/KeystrelSafari64.webplugin\n" in told
+    assert "KeystrelSafari64.webplugin/" not in told and "/Users/alex/Library/Internet" not in told
+
+
 def edited(mac, file, edit):
     """The bytes that `edit` makes of a JSON file: bytes as they are, else members to set or (...) to take out."""
     if isinstance(edit, bytes):
@@ -324,6 +330,15 @@ def test_what_may_not_be_read_is_told_with_a_status_of_its_own(shipped):
     assert f"This process may not read {SAFARI}" in tell(shipped, status=3)
 
 
+def test_a_folder_that_hides_what_a_run_with_rights_would_change_is_told(shipped):
+    folder = "/Library/Internet Plug-Ins"
+    shipped.path(folder).chmod(0o700)
+    assert report(shipped, status=3)["closed"] == [folder]
+    shipped.path(folder).chmod(0o711)  # what it holds can be found, if the name is known
+    assert report(shipped)["closed"] == []
+
+
+
 # Plans.
 
 def test_without_a_word_both_plans_are_told_and_each_is_marked(tmp_path):
@@ -358,6 +373,21 @@ def test_logs_are_told_with_what_failed_and_what_to_do(shipped):
     assert "Missing Extensions.plist." in {each["text"] for each in logs["failures"]}
     assert all(each["meaning"] and each["advice"] for each in logs["failures"])
     assert logs["enabled"]
+
+
+def test_people_read_what_a_failure_means_once_with_the_files_of_all(tmp_path):
+    mac = Mac.new("typical", tmp_path)
+    mac.run("--admin", "refuse", "--at", AT)
+    told = tell(mac)
+    assert told.count("FAILURE  An old extension of the product could not be removed.") == 1
+    folder = "/Library/Application Support/Mozilla/Extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}"
+    assert f"\n          09:07:02  {folder}/js-ctypes\n" in told and f"\n          09:07:02  {folder}/ks@corvendale.com\n" in told
+
+
+def test_a_failure_that_comes_again_is_told_once(shipped):
+    text = "".join(f"\n09:07:02 - FAILURE : number {number % 500}" for number in range(1500))
+    shipped.path(f"{LOGS}/2024_3_7_1_1_1.log").write_text(text)
+    assert [each["text"] for each in report(shipped)["logs"]["failures"]] == [f"number {number}" for number in range(500)]
 
 
 def test_a_log_under_another_password_is_told_to_be_unreadable(shipped):

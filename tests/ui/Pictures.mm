@@ -1,9 +1,12 @@
 // alert_pictures FOLDER: draws the pictures of docs/, each alert as it stands on the screen.
+// alert_pictures --ask [OPTION...]: shows the same alerts to a person, and tells how each was
+// answered; the options are GNUstep's, such as -GSScaleFactor 2.
 #include <sysexits.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <thread>
 
 #include "tests/support/Asking.h"
@@ -121,22 +124,43 @@ int RefuseCredentials() {
                                              NibName:@"QWSyleAlert"];
 }
 
+void TakePictures(Album* album) {
+    album->Add(@"alert-notice.png", RefuseCredentials, 241);
+    album->Add(
+        @"alert-browsers.png", [] { return Ask(AboutBrowsers()); }, 354);
+    album->Add(
+        @"alert-big-text.png", [] { return Ask(AboutUpdate()); }, 311);
+    album->Add(
+        @"alert-long.png", [] { return Ask(AboutLicence()); }, 409);
+}
+
+void Tell(int answer) {
+    std::printf("  answered with %d\n", answer);
+    std::fflush(stdout);
+}
+
+void AskPerson() {
+    Tell(RefuseCredentials());
+    Tell(Ask(AboutBrowsers()));
+    Tell(Ask(AboutUpdate()));
+    Tell(Ask(AboutLicence()));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: alert_pictures FOLDER\n");
+    const bool asks = argc > 1 && std::strcmp(argv[1], "--ask") == 0;
+    if (argc != 2 && !asks) {
+        std::fprintf(stderr, "usage: alert_pictures FOLDER | --ask [OPTION...]\n");
         return EX_USAGE;
     }
     @autoreleasepool {
-        Album album([NSString stringWithUTF8String:argv[1]]);
-        album.Add(@"alert-notice.png", RefuseCredentials, 241);
-        album.Add(
-            @"alert-browsers.png", [] { return Ask(AboutBrowsers()); }, 354);
-        album.Add(
-            @"alert-big-text.png", [] { return Ask(AboutUpdate()); }, 311);
-        album.Add(
-            @"alert-long.png", [] { return Ask(AboutLicence()); }, 409);
+        if (asks) {
+            AskPerson();
+        } else {
+            Album album([NSString stringWithUTF8String:argv[1]]);
+            TakePictures(&album);
+        }
     }
     return 0;
 }
