@@ -60,7 +60,7 @@ def seconds_of_log(_, lines):
 CHARTS = {
     "profiles": ("Firefox profiles", make_profiles, [1, 10, 100, 1000, 10000]),
     "preferences": ("bytes of Chrome's preferences", make_preferences, [10**n for n in range(3, 9)]),
-    "log": ("lines of the log", None, [10**n for n in range(3, 7)]),
+    "log": ("lines of the log", None, [10**n for n in range(3, 8)]),
 }
 
 

@@ -122,9 +122,13 @@ class SafariList:
         return {one: figures[one] for one in series}
 
     def _list(self, length):
-        entries = [self.extension(n) for n in range(100)]
-        per_entry = len(plistlib.dumps(entries, fmt=plistlib.FMT_BINARY)) / len(entries)
-        root = {"Installed Extensions": [self.extension(n) for n in range(int(length / per_entry))]}
+        """A list of about so many bytes. The more entries, the longer the references to them."""
+        sample = length // 50
+        per_entry = len(self._encoded(sample)) / sample
+        return self._encoded(int(length / per_entry))
+
+    def _encoded(self, count):
+        root = {"Installed Extensions": [self.extension(n) for n in range(count)]}
         return plistlib.dumps(root, fmt=plistlib.FMT_BINARY)
 
 

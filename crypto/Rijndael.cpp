@@ -66,10 +66,17 @@ template <size_t shift>
         next[c] = static_cast<uint32_t>(rk[c]);
     }
     for (size_t c = 0; c < kColumns; ++c) {
-        for (size_t row = kColumns; row-- > 0;) {
-            const size_t target = (c + row * (kColumns - shift)) % kColumns;
-            next[target] ^= tables.mixed[row][Byte(state[c], row)];
-        }
+        const auto lookUp = [&](size_t row, uint32_t byte) {
+            next[(c + row * (kColumns - shift)) % kColumns] ^= tables.mixed[row][byte];
+        };
+        uint32_t word = state[c];
+        lookUp(3, word & 0xFF);
+        lookUp(2, word >> 8 & 0xFF);
+        word >>= 16;
+        // No instruction: it keeps the compiler from two shifts of the whole word instead of one.
+        asm("" : "+r"(word));
+        lookUp(1, word & 0xFF);
+        lookUp(0, word >> 8);
     }
     std::copy_n(next, kColumns, state);
 }

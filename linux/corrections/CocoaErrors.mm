@@ -101,13 +101,29 @@ NSString* Quoted(NSString* path) {
     return [NSString stringWithFormat:@"“%@”", path == nil ? @"" : [path lastPathComponent]];
 }
 
+/// componentsSeparatedByString: searches by Unicode's rules, which takes fifty times as long.
+NSArray* PartsAround(NSString* mark, NSString* text) {
+    NSMutableArray* parts = [NSMutableArray array];
+    NSUInteger start = 0;
+    for (;;) {
+        const NSRange found = [text rangeOfString:mark
+                                          options:NSLiteralSearch
+                                            range:NSMakeRange(start, [text length] - start)];
+        if (found.location == NSNotFound) {
+            [parts addObject:[text substringFromIndex:start]];
+            return parts;
+        }
+        [parts addObject:[text substringWithRange:NSMakeRange(start, found.location - start)]];
+        start = NSMaxRange(found);
+    }
+}
+
 NSString* Filled(NSString* sentence, NSString* path, NSString* target) {
     NSString* folder = [(target == nil ? path : target) stringByDeletingLastPathComponent];
     NSMutableArray* parts = [NSMutableArray array];
     // Part by part: a name may hold what stands for the other one.
-    for (NSString* part in [sentence componentsSeparatedByString:@"“N”"]) {
-        [parts addObject:[[part componentsSeparatedByString:@"“F”"]
-                             componentsJoinedByString:Quoted(folder)]];
+    for (NSString* part in PartsAround(@"“N”", sentence)) {
+        [parts addObject:[PartsAround(@"“F”", part) componentsJoinedByString:Quoted(folder)]];
     }
     return [parts componentsJoinedByString:Quoted(path)];
 }

@@ -13,11 +13,24 @@ namespace {
 
 /// The home of the user's record; none: no record.
 std::optional<std::string> recordedHome;
+/// The caller, another one for each record: a record is read once a user.
+uid_t caller = 5000;
+int readings = 0;
+
+void SetRecordedHome(const std::optional<std::string>& home) {
+    recordedHome = home;
+    ++caller;
+}
 
 }  // namespace
 
-// Takes the place of the C library's, so that the record says what a test needs.
+// These take the place of the C library's, so that the record says what a test needs.
+extern "C" uid_t geteuid() noexcept {
+    return caller;
+}
+
 extern "C" int getpwuid_r(uid_t user, passwd* record, char* buffer, size_t size, passwd** result) {
+    ++readings;
     *result = nullptr;
     if (!recordedHome) {
         return 0;
@@ -53,7 +66,7 @@ class HomeDirectory : public testing::Test {
     std::string environment_ = std::getenv("HOME") == nullptr ? "" : std::getenv("HOME");
 
     void SetUp() override {
-        recordedHome = "/Users/alex";
+        SetRecordedHome("/Users/alex");
         setenv("HOME", "/elsewhere", 1);
     }
     ~HomeDirectory() override {
@@ -72,19 +85,28 @@ TEST_F(HomeDirectory, IsTheOneOfTheRecordWhateverHomeSays) {
     EXPECT_EQ(Expanded(@""), "");
 }
 
+TEST_F(HomeDirectory, IsReadOnceAUser) {
+    readings = 0;
+    EXPECT_EQ(Home(), Home());
+    SetRecordedHome("/Users/beth");
+    EXPECT_EQ(Home(), "/Users/beth");
+    EXPECT_EQ(Home(), "/Users/beth");
+    EXPECT_EQ(readings, 2);
+}
+
 TEST_F(HomeDirectory, MayHaveAnyName) {
     for (const std::string home : {"/Users/alex smith", "/Users/50%@ %s", "/Users/o'\"neil",
                                    "/Users/Jörg 😀", "/", "/missing/on this machine"}) {
-        recordedHome = home;
+        SetRecordedHome(home);
         EXPECT_EQ(Home(), home);
         EXPECT_EQ(Expanded(@"~/x"), (home == "/" ? "" : home) + "/x");
     }
-    recordedHome = "/Users/" + std::string(5000, 'l');
+    SetRecordedHome("/Users/" + std::string(5000, 'l'));
     EXPECT_EQ(Home(), *recordedHome);
 }
 
 TEST_F(HomeDirectory, LosesTheSeparatorsAtItsEnd) {
-    recordedHome = "/Users/alex//";
+    SetRecordedHome("/Users/alex//");
     EXPECT_EQ(Home(), "/Users/alex");
 }
 
@@ -92,7 +114,7 @@ TEST_F(HomeDirectory, IsHomesValueForAUserWithoutARecord) {
     for (const std::optional<std::string>& none :
          {std::optional<std::string>(), std::optional<std::string>(""),
           std::optional<std::string>("\xFF")}) {
-        recordedHome = none;
+        SetRecordedHome(none);
         EXPECT_EQ(Home(), "/elsewhere");
     }
     setenv("HOME", "relative", 1);

@@ -781,7 +781,7 @@ def measured(mac, values):
     ids=["strings of 200 bytes", "small integers"],
 )
 def test_large_preferences(mac, values, record_property):
-    """In time that grows like the file, in memory of at most 20 times its size."""
+    """In time that grows like the file, in memory of at most 12 times its size."""
     at_rest, without = mac.measured_run()
     _, _, seconds_of_a_quarter = measured(mac, list(values[: len(values) // 4]))
     size, peak, seconds = measured(mac, list(values))
@@ -790,5 +790,5 @@ def test_large_preferences(mac, values, record_property):
     record_property("measured", report)
     print(report)
     # AddressSanitizer keeps what is freed; scripts/test --all measures the build for people.
-    assert build.is_sanitized() or times <= 20
+    assert build.is_sanitized() or times <= 12
     assert seconds - without <= 8 * (seconds_of_a_quarter - without) + 0.2

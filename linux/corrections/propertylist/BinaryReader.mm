@@ -27,6 +27,14 @@ std::uint64_t NumberIn(std::string_view bytes) {
     return number;
 }
 
+std::u16string UnitsIn(std::string_view bytes, std::size_t size) {
+    std::u16string units(bytes.size() / size, u'\0');
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        units[i] = static_cast<char16_t>(NumberIn(bytes.substr(i * size, size)));
+    }
+    return units;
+}
+
 class Reader {
   public:
     Reader(std::string_view bytes, NSPropertyListMutabilityOptions options)
@@ -46,15 +54,17 @@ class Reader {
     std::string_view TakeContent(std::uint8_t low, std::size_t unit);
     void Grow(std::uint64_t weight);
 
-    id ReadObject(std::uint64_t object, unsigned level);
-    id ReadContent(std::uint8_t type, unsigned level);
+    id ReadObject(std::uint64_t object, const Maker& maker, unsigned level);
+    id ReadContent(std::uint8_t type, const Maker& maker, unsigned level);
     id ReadNumber(std::uint8_t type);
-    NSString* MakeText(std::string_view bytes, std::size_t unit) const;
-    id ReadContainer(std::uint8_t type, unsigned level);
-    std::vector<id> ReadObjects(std::string_view references, unsigned level);
+    id ReadContainer(std::uint8_t type, const Maker& maker, unsigned level);
+    NSArray* ReadArray(std::string_view references, const Maker& maker, unsigned level);
+    std::vector<id> ReadObjects(std::string_view references, const Maker& maker, unsigned level);
 
     std::string_view bytes_;
     Maker maker_;
+    /// Keys are copied by the dictionaries that get them; all share a copy that cannot change.
+    Maker keyMaker_{NSPropertyListImmutable};
 
     std::size_t at_ = 0;
     std::size_t tableOffset_ = 0;
@@ -137,11 +147,11 @@ void Reader::Grow(std::uint64_t weight) {
 
 id Reader::ReadRoot() {
     ReadTrailer();
-    return [[ReadObject(root_, 1) retain] autorelease];
+    return [[ReadObject(root_, maker_, 1) retain] autorelease];
 }
 
 /// @param level  1 for the root
-id Reader::ReadObject(std::uint64_t object, unsigned level) {
+id Reader::ReadObject(std::uint64_t object, const Maker& maker, unsigned level) {
     if (object >= made_.size()) {
         @throw @"The binary property list refers to an object that it does not have.";
     }
@@ -153,14 +163,14 @@ id Reader::ReadObject(std::uint64_t object, unsigned level) {
     const std::uint8_t high = type & 0xF0;
     const bool isText = high >= marker::kData && high < marker::kUid;
     // Leaves that nobody can change serve for every further reference.
-    if (made_[object] != nil && high < marker::kArray && !(isText && maker_.MutableLeaves())) {
+    if (made_[object] != nil && high < marker::kArray && !(isText && maker.MutableLeaves())) {
         Grow(kReferenceWeight);
         return made_[object];
     }
     Grow(kObjectWeight);
     id content = nil;
     @autoreleasepool {
-        content = [ReadContent(type, level) retain];
+        content = [ReadContent(type, maker, level) retain];
     }
     if (made_[object] != nil) {
         return [content autorelease];
@@ -168,7 +178,7 @@ id Reader::ReadObject(std::uint64_t object, unsigned level) {
     return made_[object] = content;
 }
 
-id Reader::ReadContent(std::uint8_t type, unsigned level) {
+id Reader::ReadContent(std::uint8_t type, const Maker& maker, unsigned level) {
     const std::uint8_t low = type & 0x0F;
     const std::uint8_t high = type & 0xF0;
     const std::size_t unit = high == marker::kUtf16 ? sizeof(char16_t) : 1;
@@ -179,8 +189,8 @@ id Reader::ReadContent(std::uint8_t type, unsigned level) {
         case marker::kUtf16:
             content = TakeContent(low, unit);
             Grow(content.size());
-            return high == marker::kData ? static_cast<id>(maker_.Data(content))
-                                         : MakeText(content, unit);
+            return high == marker::kData ? static_cast<id>(maker.Data(content))
+                                         : maker.Text(UnitsIn(content, unit));
         case marker::kUid: {
             const std::uint64_t number = NumberIn(Take(low + 1U));
             if (number > UINT32_MAX) {
@@ -191,7 +201,7 @@ id Reader::ReadContent(std::uint8_t type, unsigned level) {
         case marker::kArray:
         case marker::kSet:
         case marker::kDictionary:
-            return ReadContainer(type, level);
+            return ReadContainer(type, maker, level);
         default:
             return ReadNumber(type);
     }
@@ -228,38 +238,46 @@ id Reader::ReadNumber(std::uint8_t type) {
                              : [NSNumber numberWithLongLong:static_cast<std::int64_t>(number)];
 }
 
-NSString* Reader::MakeText(std::string_view bytes, std::size_t unit) const {
-    std::u16string text(bytes.size() / unit, u'\0');
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        text[i] = static_cast<char16_t>(NumberIn(bytes.substr(i * unit, unit)));
-    }
-    return maker_.Text(text);
-}
-
-id Reader::ReadContainer(std::uint8_t type, unsigned level) {
+id Reader::ReadContainer(std::uint8_t type, const Maker& maker, unsigned level) {
     CheckLevel(level);
     const std::uint8_t high = type & 0xF0;
     const bool isDictionary = high == marker::kDictionary;
     const std::string_view content =
         TakeContent(type & 0x0F, (isDictionary ? 2 : 1) * referenceSize_);
+    if (high == marker::kArray) {
+        return ReadArray(content, maker, level + 1);
+    }
     const std::size_t half = isDictionary ? content.size() / 2 : 0;
-    std::vector<id> keys = ReadObjects(content.substr(0, half), level + 1);
-    std::vector<id> values = ReadObjects(content.substr(half), level + 1);
+    std::vector<id> keys = ReadObjects(content.substr(0, half), keyMaker_, level + 1);
+    std::vector<id> values = ReadObjects(content.substr(half), maker, level + 1);
     if (isDictionary) {
         // Of two entries with equal keys the first one counts here.
         std::reverse(keys.begin(), keys.end());
         std::reverse(values.begin(), values.end());
-        return maker_.Dictionary(keys, values);
+        return maker.Dictionary(keys, values);
     }
-    return high == marker::kArray ? static_cast<id>(maker_.Array(values))
-                                  : [NSSet setWithObjects:values.data() count:values.size()];
+    return [NSSet setWithObjects:values.data() count:values.size()];
 }
 
-std::vector<id> Reader::ReadObjects(std::string_view references, unsigned level) {
+/// A long array is most of a list's memory: one that may change is filled without another beside it.
+NSArray* Reader::ReadArray(std::string_view references, const Maker& maker, unsigned level) {
+    if (!maker.MutableContainers()) {
+        return maker.Array(ReadObjects(references, maker, level));
+    }
+    NSMutableArray* array = [NSMutableArray arrayWithCapacity:references.size() / referenceSize_];
+    for (std::size_t at = 0; at < references.size(); at += referenceSize_) {
+        [array addObject:ReadObject(NumberIn(references.substr(at, referenceSize_)), maker, level)];
+    }
+    return array;
+}
+
+std::vector<id> Reader::ReadObjects(std::string_view references, const Maker& maker,
+                                    unsigned level) {
     std::vector<id> objects;
     objects.reserve(references.size() / referenceSize_);
     for (std::size_t at = 0; at < references.size(); at += referenceSize_) {
-        objects.push_back(ReadObject(NumberIn(references.substr(at, referenceSize_)), level));
+        objects.push_back(
+            ReadObject(NumberIn(references.substr(at, referenceSize_)), maker, level));
     }
     return objects;
 }

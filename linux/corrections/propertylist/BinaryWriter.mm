@@ -1,17 +1,18 @@
 #include <algorithm>
 #include <cstring>
+#include <deque>
 #include <string_view>
-#include <unordered_set>
 
 #include "linux/corrections/propertylist/BinaryFormat.h"
 #include "linux/corrections/propertylist/Formats.h"
+#include "linux/corrections/propertylist/LeafTable.h"
 #include "linux/corrections/propertylist/Values.h"
 
 namespace propertylist {
 
 namespace {
 
-using Number = std::size_t;
+using Number = LeafTable::Number;
 
 /// The number of bytes that hold every number up to this one: 1, 2, 4 or 8.
 std::size_t SizeFor(std::uint64_t highest) {
@@ -102,115 +103,173 @@ std::string Leaf(id value, Kind kind) {
     return leaf;
 }
 
+/// Where objects begin. In pieces: a vector would hold them twice over while it grows.
+using Offsets = std::deque<std::size_t>;
+
+/// A number that is mostly small, seven bits a byte and the last ones first.
+void Pack(std::size_t number, std::string& bytes) {
+    for (; number >= 0x80; number >>= 7) {
+        bytes += static_cast<char>(number | 0x80);
+    }
+    bytes += static_cast<char>(number);
+}
+
+std::size_t Unpack(const char*& at) {
+    std::size_t number = 0;
+    unsigned shift = 0;
+    for (; (*at & 0x80) != 0; shift += 7) {
+        number |= static_cast<std::size_t>(*at++ & 0x7F) << shift;
+    }
+    return number | static_cast<std::size_t>(*at++) << shift;
+}
+
+std::size_t HeadSize(std::size_t length) {
+    std::string head;
+    AppendHead(0, length, head);
+    return head.size();
+}
+
+/// Data of a size that is known before, so that it is never copied while it grows.
+class Output {
+  public:
+    explicit Output(std::size_t size) : data([NSMutableData dataWithCapacity:size]) {}
+
+    std::string& Next() {
+        constexpr std::size_t kMost = 4096;
+        if (pending_.size() >= kMost) {
+            Flush();
+        }
+        return pending_;
+    }
+    void Flush() {
+        [data appendBytes:pending_.data() length:pending_.size()];
+        pending_.clear();
+    }
+
+    NSMutableData* const data;
+
+  private:
+    std::string pending_;
+};
+
 /// Leaves stand before all containers, each once, and are written as they are met: a list of a
 /// million numbers takes little more than its bytes.
 class Writer {
   public:
-    std::string Write(id root);
+    NSData* Write(id root);
 
   private:
-    struct Container {
-        Number number;
-        std::uint8_t type;
-        std::vector<Number> parts;  // keys first
-    };
-
-    /// Compares leaves by their bytes.
-    struct Bytes {
-        const Writer* writer;
-        std::size_t operator()(Number leaf) const {
-            return std::hash<std::string_view>{}(writer->LeafAt(leaf));
-        }
-        bool operator()(Number one, Number other) const {
-            return writer->LeafAt(one) == writer->LeafAt(other);
-        }
-    };
-
     Number Add(id value, unsigned level);
+    Number AddContainer(std::uint8_t type, std::size_t count, const std::string& parts);
     Number AddLeaf(const std::string& leaf);
     std::string_view LeafAt(Number leaf) const;
+    void WriteContainers(std::size_t referenceSize, Output& output);
 
-    std::string bytes_{kBinaryHeader};
-    std::vector<std::size_t>
-        offsets_;  // a container's: where the next leaf stands, until it is written
-    std::vector<Container> containers_;
-    std::unordered_set<Number, Bytes, Bytes> known_{0, Bytes{this}, Bytes{this}};
+    std::string leaves_{kBinaryHeader};
+    Offsets offsets_;  // a container's: where the next leaf stands, until it is written
+    /// Each container's number, type, number of parts and parts, keys first; all packed.
+    std::string containers_;
+    std::size_t headBytes_ = 0;
+    std::size_t references_ = 0;
+    LeafTable known_;
 };
 
 /// @param level  1 for the root
 Number Writer::Add(id value, unsigned level) {
     const Kind kind = KindOf(value);
-    const bool isDictionary = kind == Kind::Dictionary;
-    if (kind != Kind::Array && !isDictionary) {
+    if (kind != Kind::Array && kind != Kind::Dictionary) {
         return AddLeaf(Leaf(value, kind));
     }
     CheckLevel(level);
-    std::vector<Number> parts;
-    if (isDictionary) {
-        const std::map<std::u16string, id> entries = EntriesOf(value);
-        for (const auto& [key, item] : entries) {
-            parts.push_back(AddLeaf(TextLeaf(key)));
-        }
-        for (const auto& [key, item] : entries) {
-            parts.push_back(Add(item, level + 1));
-        }
-    } else {
+    std::string parts;
+    if (kind == Kind::Array) {
         for (id item in value) {
-            parts.push_back(Add(item, level + 1));
+            Pack(Add(item, level + 1), parts);
         }
+        return AddContainer(marker::kArray, [value count], parts);
     }
+    const std::map<std::u16string, id> entries = EntriesOf(value);
+    for (const auto& [key, item] : entries) {
+        Pack(AddLeaf(TextLeaf(key)), parts);
+    }
+    for (const auto& [key, item] : entries) {
+        Pack(Add(item, level + 1), parts);
+    }
+    return AddContainer(marker::kDictionary, entries.size(), parts);
+}
+
+Number Writer::AddContainer(std::uint8_t type, std::size_t count, const std::string& parts) {
     const Number number = offsets_.size();
-    offsets_.push_back(bytes_.size());
-    containers_.push_back(
-        {number, isDictionary ? marker::kDictionary : marker::kArray, std::move(parts)});
+    offsets_.push_back(leaves_.size());
+    Pack(number, containers_);
+    containers_ += static_cast<char>(type);
+    Pack(count, containers_);
+    containers_ += parts;
+    headBytes_ += HeadSize(count);
+    references_ += type == marker::kDictionary ? 2 * count : count;
     return number;
 }
 
 /// Adds a leaf, or finds the one that is the same.
 Number Writer::AddLeaf(const std::string& leaf) {
-    offsets_.push_back(bytes_.size());
-    bytes_ += leaf;
-    const auto [found, isNew] = known_.insert(offsets_.size() - 1);
-    if (!isNew) {
-        bytes_.resize(offsets_.back());
+    const Number number = offsets_.size();
+    offsets_.push_back(leaves_.size());
+    leaves_ += leaf;
+    const Number found = known_.FindOrAdd(number, [this](Number one) { return LeafAt(one); });
+    if (found != number) {
+        leaves_.resize(offsets_.back());
         offsets_.pop_back();
     }
-    return *found;
+    return found;
 }
 
 std::string_view Writer::LeafAt(Number leaf) const {
-    const std::size_t end = leaf + 1 < offsets_.size() ? offsets_[leaf + 1] : bytes_.size();
-    return std::string_view(bytes_).substr(offsets_[leaf], end - offsets_[leaf]);
+    const std::size_t end = leaf + 1 < offsets_.size() ? offsets_[leaf + 1] : leaves_.size();
+    return std::string_view(leaves_).substr(offsets_[leaf], end - offsets_[leaf]);
 }
 
-std::string Writer::Write(id root) {
+void Writer::WriteContainers(std::size_t referenceSize, Output& output) {
+    std::size_t offset = leaves_.size();
+    const char* at = containers_.data();
+    const char* const end = at + containers_.size();
+    while (at < end) {
+        offsets_[Unpack(at)] = offset;
+        const auto type = static_cast<std::uint8_t>(*at++);
+        const std::size_t count = Unpack(at);
+        const std::size_t references = type == marker::kDictionary ? 2 * count : count;
+        AppendHead(type, count, output.Next());
+        for (std::size_t i = 0; i < references; ++i) {
+            AppendNumber(Unpack(at), referenceSize, output.Next());
+        }
+        offset += HeadSize(count) + references * referenceSize;
+    }
+}
+
+NSData* Writer::Write(id root) {
     const Number rootNumber = Add(root, 1);
     const std::size_t referenceSize = SizeFor(offsets_.size());
-    for (const Container& container : containers_) {
-        offsets_[container.number] = bytes_.size();
-        const bool isPairs = container.type == marker::kDictionary;
-        AppendHead(container.type, container.parts.size() / (isPairs ? 2 : 1), bytes_);
-        for (const Number part : container.parts) {
-            AppendNumber(part, referenceSize, bytes_);
-        }
-    }
-    const std::size_t table = bytes_.size();
+    const std::size_t table = leaves_.size() + headBytes_ + references_ * referenceSize;
     const std::size_t offsetSize = SizeFor(table);
+    Output output(table + offsets_.size() * offsetSize + kTrailerSize);
+    [output.data appendBytes:leaves_.data() length:leaves_.size()];
+    WriteContainers(referenceSize, output);
     for (const std::size_t offset : offsets_) {
-        AppendNumber(offset, offsetSize, bytes_);
+        AppendNumber(offset, offsetSize, output.Next());
     }
-    bytes_.append(6, '\0');
-    AppendNumber(offsetSize, 1, bytes_);
-    AppendNumber(referenceSize, 1, bytes_);
-    AppendNumber(offsets_.size(), 8, bytes_);
-    AppendNumber(rootNumber, 8, bytes_);
-    AppendNumber(table, 8, bytes_);
-    return std::move(bytes_);
+    std::string& trailer = output.Next();
+    trailer.append(6, '\0');
+    AppendNumber(offsetSize, 1, trailer);
+    AppendNumber(referenceSize, 1, trailer);
+    AppendNumber(offsets_.size(), 8, trailer);
+    AppendNumber(rootNumber, 8, trailer);
+    AppendNumber(table, 8, trailer);
+    output.Flush();
+    return output.data;
 }
 
 }  // namespace
 
-std::string WriteBinary(id root) {
+NSData* WriteBinary(id root) {
     return Writer().Write(root);
 }
 

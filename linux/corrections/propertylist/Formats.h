@@ -7,7 +7,7 @@
 
 // What the readers take and what they refuse is what Apple's take and refuse. Readers and writers
 // throw an NSString that says what is wrong (with this runtime, Objective-C++ cannot catch what C++
-// throws); what readers return is autoreleased.
+// throws); what they return is autoreleased.
 namespace propertylist {
 
 /// Refused as well: references that multiply a few objects into more than memory is good for.
@@ -22,10 +22,10 @@ id ReadXML(std::string_view text, NSPropertyListMutabilityOptions options);
 id ReadOldText(std::string_view text, NSPropertyListMutabilityOptions options);
 
 /// Strings, numbers, dates and data that occur again are written once.
-std::string WriteBinary(id root);
+NSData* WriteBinary(id root);
 
 /// In UTF-8, laid out as Apple does. Control characters, which XML cannot have, are written as they
 /// are: Apple's reader and ours take them back.
-std::string WriteXML(id root);
+NSData* WriteXML(id root);
 
 }  // namespace propertylist

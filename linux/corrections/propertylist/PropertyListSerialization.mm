@@ -73,9 +73,7 @@ id Read(std::string_view bytes, NSPropertyListReadOptions options, NSPropertyLis
         if (format != NSPropertyListXMLFormat_v1_0 && format != NSPropertyListBinaryFormat_v1_0) {
             @throw @"Property lists are written as XML or in the binary format only.";
         }
-        const std::string bytes =
-            format == NSPropertyListXMLFormat_v1_0 ? WriteXML(list) : WriteBinary(list);
-        return [NSData dataWithBytes:bytes.data() length:bytes.size()];
+        return format == NSPropertyListXMLFormat_v1_0 ? WriteXML(list) : WriteBinary(list);
     } @catch (NSString* problem) {
         SetError(error, NSPropertyListWriteStreamError,
                  @"The data couldn’t be written as a property list.", problem);

@@ -3,7 +3,8 @@
 #include <glib.h>
 #include <strings.h>
 
-#include <cstring>
+#include <algorithm>
+#include <locale>
 #include <memory>
 
 namespace propertylist {
@@ -28,13 +29,13 @@ bool StartsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
-std::string Convert(std::string_view bytes, const std::string& from, const char* to) {
+std::string ConvertToUtf8(std::string_view bytes, const std::string& from) {
     // What follows a slash would be an order to the converter.
     gsize length = 0;
     const std::unique_ptr<gchar, void (*)(void*)> converted(
         from.find('/') != from.npos ? nullptr
-                                    : g_convert(bytes.data(), static_cast<gssize>(bytes.size()), to,
-                                                from.c_str(), nullptr, &length, nullptr),
+                                    : g_convert(bytes.data(), static_cast<gssize>(bytes.size()),
+                                                "UTF-8", from.c_str(), nullptr, &length, nullptr),
         g_free);
     if (!converted) {
         @throw @"The data is no text in its encoding.";
@@ -77,18 +78,48 @@ std::string TakeEncoding(std::string_view& bytes) {
     return DeclaredEncoding(bytes);
 }
 
+/// Between UTF-8 and UTF-16. Opening one of the system's converters would cost more than it takes to
+/// convert a key or a value.
+const std::codecvt<char16_t, char, std::mbstate_t>& Codec() {
+    static const auto& codec =
+        std::use_facet<std::codecvt<char16_t, char, std::mbstate_t>>(std::locale::classic());
+    return codec;
+}
+
 }  // namespace
 
 std::u16string DecodeUtf8(std::string_view bytes) {
-    const std::string units = Convert(bytes, "UTF-8", "UTF-16LE");
-    std::u16string text(units.size() / sizeof(char16_t), u'\0');
-    std::memcpy(text.data(), units.data(), units.size());
+    // The library takes halves of surrogate pairs for characters here.
+    const bool hasHalves =
+        std::adjacent_find(bytes.begin(), bytes.end(), [](char first, char second) {
+            return first == '\xED' && static_cast<unsigned char>(second) >= 0xA0;
+        }) != bytes.end();
+    std::u16string text(bytes.size(), u'\0');
+    std::mbstate_t state{};
+    const char* read = bytes.data();
+    char16_t* written = text.data();
+    const auto result = Codec().in(state, bytes.data(), bytes.data() + bytes.size(), read,
+                                   text.data(), text.data() + text.size(), written);
+    if (hasHalves || result != std::codecvt_base::ok || read != bytes.data() + bytes.size()) {
+        @throw @"The data is no text in its encoding.";
+    }
+    text.resize(static_cast<std::size_t>(written - text.data()));
     return text;
 }
 
 std::string EncodeUtf8(std::u16string_view text) {
-    return Convert({reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)},
-                   "UTF-16LE", "UTF-8");
+    constexpr std::size_t kMostBytesAUnit = 3;
+    std::string bytes(text.size() * kMostBytesAUnit, '\0');
+    std::mbstate_t state{};
+    const char16_t* read = text.data();
+    char* written = bytes.data();
+    const auto result = Codec().out(state, text.data(), text.data() + text.size(), read,
+                                    bytes.data(), bytes.data() + bytes.size(), written);
+    if (result != std::codecvt_base::ok || read != text.data() + text.size()) {
+        @throw @"The text has half a surrogate pair.";
+    }
+    bytes.resize(static_cast<std::size_t>(written - bytes.data()));
+    return bytes;
 }
 
 std::string TextAsUtf8(std::string_view bytes) {
@@ -96,7 +127,7 @@ std::string TextAsUtf8(std::string_view bytes) {
     if (strcasecmp(encoding.c_str(), "UTF-8") == 0) {
         return std::string(bytes);
     }
-    return Convert(bytes, encoding, "UTF-8");
+    return ConvertToUtf8(bytes, encoding);
 }
 
 }  // namespace propertylist

@@ -43,6 +43,7 @@ class Maker {
   public:
     explicit Maker(NSPropertyListMutabilityOptions options);
 
+    bool MutableContainers() const { return mutableContainers_; }
     bool MutableLeaves() const { return mutableLeaves_; }
 
     NSString* Text(std::u16string_view text) const;

@@ -108,7 +108,7 @@ std::u16string TextOf(NSString* string) {
 
 std::map<std::u16string, id> EntriesOf(NSDictionary* dictionary) {
     std::map<std::u16string, id> entries;
-    for (id key in [dictionary keyEnumerator]) {
+    for (id key in dictionary) {
         if (![key isKindOfClass:[NSString class]]) {
             @throw @"Property lists can only have strings as keys of dictionaries.";
         }

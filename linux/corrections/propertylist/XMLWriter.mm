@@ -132,10 +132,11 @@ void Writer::WriteDictionary(NSDictionary* dictionary, unsigned depth) {
 
 }  // namespace
 
-std::string WriteXML(id root) {
+NSData* WriteXML(id root) {
     Writer writer;
     writer.Write(root, 0);
-    return writer.text + kEnd;
+    writer.text += kEnd;
+    return [NSData dataWithBytes:writer.text.data() length:writer.text.size()];
 }
 
 }  // namespace propertylist
