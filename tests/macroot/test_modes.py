@@ -44,7 +44,8 @@ class Host:
         # A copy that any user may read: the source may lie in a folder of one user's own.
         source = MACROOT.parents[1]
         self._macroot = folder / "source/scripts/macroot"
-        shutil.copytree(source / "linux/macroot", folder / "source/linux/macroot")
+        for package in ("linux/macroot", "tests/machines"):
+            shutil.copytree(source / package, folder / "source" / package)
         self._macroot.parent.mkdir()
         shutil.copy(MACROOT, self._macroot)
 
