@@ -69,7 +69,10 @@ class Host:
         return {line.split("\t")[3]: line.split("\t")[:3] for line in lines}
 
 
-@pytest.fixture(scope="module", params=KINDS, ids=lambda name: name.replace(" ", "-"))
+# One worker makes a kind for all of its tests.
+@pytest.fixture(scope="module", params=[
+    pytest.param(name, id=name.replace(" ", "-"), marks=pytest.mark.xdist_group(name))
+    for name in KINDS])
 def kind(request):
     ways, two_users, has_namespaces = KINDS[request.param]
     if ways and (os.geteuid() != 0 or subprocess.run([HELPER, *ways, "--", "true"], check=False,
