@@ -29,7 +29,8 @@ std::string EndOf(const std::string& path) {
 }
 
 std::string Deciphered(std::string text) {
-    DecryptionEngine(kKey, sizeof kKey).Decrypt(Data(text), Data(text), text.size());
+    DecryptionEngine(kKey, sizeof kKey)
+        .Decrypt(Data(text), Data(text), static_cast<uint32_t>(text.size()));
     return text;
 }
 

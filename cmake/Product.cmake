@@ -32,7 +32,7 @@ function(room name)
     return()
   endif()
   add_library(room_${name} OBJECT ${arg_SOURCES})
-  target_link_libraries(room_${name} PUBLIC toolchain macos PRIVATE strict_conversions)
+  target_link_libraries(room_${name} PUBLIC toolchain macos)
 endfunction()
 
 # The process-wide objects come last on a link line: gcc's runtime registers the classes of a file when that file is

@@ -21,13 +21,10 @@ target_compile_options(toolchain INTERFACE -Wall -Wextra
   # An unknown selector or method only fails when it is sent: stop at the compiler.
   $<$<COMPILE_LANGUAGE:OBJCXX>:-Werror=objc-method-access>)
 
-# For code of the product itself.
-add_library(strict_conversions INTERFACE)
-
 if(KS_STRICT)
-  target_compile_options(strict_conversions INTERFACE -Wconversion -Wsign-conversion)
   target_compile_definitions(toolchain INTERFACE _GLIBCXX_ASSERTIONS)
-  target_compile_options(toolchain INTERFACE -Wshadow -Wnon-virtual-dtor -Wimplicit-fallthrough)
+  target_compile_options(toolchain INTERFACE
+    -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Wimplicit-fallthrough)
 endif()
 if(KS_SANITIZE)
   target_compile_options(toolchain INTERFACE

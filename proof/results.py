@@ -15,7 +15,7 @@ KEPT = ROOT / "build/prove"
 
 # What the installer is made of, and the Mac that it runs on.
 INSTALLER = ("CMakeLists.txt", "CMakePresets.json", "cmake", "product", "crypto", "logging", "settings", "platform",
-             "privileged", "ui", "browsers", "installer", "linux", "scripts/macroot", "tests/support/mac.py")
+             "privileged", "ui", "browsers", "installer", "linux", "scripts/macroot", "tests/machines", "tests/support/mac.py")
 
 
 @dataclass

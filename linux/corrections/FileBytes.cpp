@@ -31,6 +31,22 @@ ssize_t ReadSome(int source, void* buffer, size_t length) {
     return count;
 }
 
+/// Writes the whole buffer, however many calls it takes.
+int WriteFully(int target, const void* bytes, size_t length) {
+    const char* next = static_cast<const char*>(bytes);
+    while (length > 0) {
+        const ssize_t count = write(target, next, length);
+        if (count < 0 && errno != EINTR) {
+            return errno;
+        }
+        if (count > 0) {
+            next += count;
+            length -= static_cast<size_t>(count);
+        }
+    }
+    return 0;
+}
+
 /// The beginning of the names of temporary files that stand for `path` until they are complete.
 std::string TemporaryPrefix(const std::string& path) {
     const fs::path file(path);
@@ -166,19 +182,4 @@ int CopyBytes(int source, int target) {
             return error;
         }
     }
-}
-
-int WriteFully(int target, const void* bytes, size_t length) {
-    const char* next = static_cast<const char*>(bytes);
-    while (length > 0) {
-        const ssize_t count = write(target, next, length);
-        if (count < 0 && errno != EINTR) {
-            return errno;
-        }
-        if (count > 0) {
-            next += count;
-            length -= static_cast<size_t>(count);
-        }
-    }
-    return 0;
 }

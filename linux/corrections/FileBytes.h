@@ -20,6 +20,3 @@ int WriteAtomically(const std::string& path, const void* bytes, size_t length);
 
 /// Copies everything from one open file to another.
 int CopyBytes(int source, int target);
-
-/// Writes the whole buffer, however many calls it takes.
-int WriteFully(int target, const void* bytes, size_t length);

@@ -27,7 +27,6 @@ const Replacement kReplacements[] = {
     {"GSMutableString", "-mutableCopyWithZone:", true},
     {"GSUnicodeString", "-mutableCopy", true},
     {"GSUnicodeString", "-mutableCopyWithZone:", true},
-    {"NSString", "-stringByReplacingOccurrencesOfString:withString:options:range:"},
     // Files
     {"NSString", "-initWithContentsOfFile:encoding:error:"},
     {"NSString", "-writeToFile:atomically:encoding:error:"},

@@ -30,7 +30,8 @@ NSArray* NSSearchPathForDirectoriesInDomains(NSSearchPathDirectory directory,
     if ((domains & NSLocalDomainMask) != 0) {
         [paths addObject:[@"/" stringByAppendingPathComponent:folder]];
     }
-    const NSSearchPathDomainMask others = domains & ~(NSUserDomainMask | NSLocalDomainMask);
+    const NSSearchPathDomainMask others =
+        domains & ~NSSearchPathDomainMask{NSUserDomainMask | NSLocalDomainMask};
     if (others != 0) {
         [paths addObjectsFromArray:PathsOfGNUstep(directory, others, expandTilde)];
     }

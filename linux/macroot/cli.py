@@ -37,8 +37,11 @@ def _split(arguments):
 
 def _new(options, found):
     from macroot import tree
+    from tests.machines import MACHINES
+    if options.machine not in MACHINES:
+        raise Trouble(f"there is no machine {options.machine!r}; there are: {', '.join(MACHINES)}")
     found.say_if_reduced()
-    tree.make(options.tree, options.machine, found)
+    tree.make(options.tree, MACHINES[options.machine], found)
 
 
 def _run(options, found):

@@ -1,18 +1,21 @@
-"""Making a machine in an empty folder, and removing one."""
+"""Trees: what they are made of, making one in an empty folder, and removing one."""
 
 import os
 import shutil
+from collections import namedtuple
 
 from macroot.errors import Trouble
-from macroot.machines import MACHINES
-from macroot.machines.entries import Absent, File, Link
 from macroot.users import ALEX, ROOT, STAFF, WHEEL, is_alexs
 
+# Folders above an entry need none of their own. Of two entries for one path the later one counts.
+Folder = namedtuple("Folder", "path mode", defaults=(0o755,))
+File = namedtuple("File", "path content mode", defaults=(0o644,))
+Link = namedtuple("Link", "path target")
+Absent = namedtuple("Absent", "path")  # takes away what an entry before it brought
 
-def make(tree, machine, host):
-    """Makes the machine of that name; owners as seen inside, where the host can give them."""
-    if machine not in MACHINES:
-        raise Trouble(f"there is no machine {machine!r}; there are: {', '.join(MACHINES)}")
+
+def make(tree, entries, host):
+    """Makes what is listed; owners as seen inside, where the host can give them."""
     tree = os.path.normpath(tree)
     try:
         os.makedirs(tree, exist_ok=True)
@@ -21,15 +24,13 @@ def make(tree, machine, host):
     except (FileExistsError, NotADirectoryError):
         raise Trouble(f"{tree} is no folder") from None
     os.chmod(tree, 0o755)
-    for part in MACHINES[machine]:
-        for entry in part:
-            _add(tree, entry)
+    for entry in entries:
+        _add(tree, entry)
     if host.real_users:
         _give(tree)
 
 
 def _add(tree, entry):
-    """Makes one entry and the folders above it; of two for one path the later counts."""
     path = tree + entry.path
     os.makedirs(os.path.dirname(path), exist_ok=True)
     if isinstance(entry, Link):

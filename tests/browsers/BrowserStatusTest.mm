@@ -2,6 +2,8 @@
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "browsers/ChromeInstall.h"
 #include "browsers/EdgeInstall.h"
 #include "browsers/FFoxInstall.h"
@@ -34,72 +36,67 @@ class BrowserStatusTest : public testing::Test {
 
     std::string Log() { return WithoutTime(log.Bytes()); }
 
+    /// What came into the log since the last look: one line, its time left out.
+    std::string NextLine() {
+        const std::string start = "\nHH:MM:SS - ";
+        const std::string line = Log().substr(seen);
+        seen += line.size();
+        EXPECT_EQ(line.rfind(start), 0U) << line;
+        return line.substr(start.size());
+    }
+
     LogFile log;
+    size_t seen = 0;
 };
 
-TEST_F(BrowserStatusTest, ChromeThatIsFound) {
+struct Browser {
+    const char* name;
+    Class<OptionalBrowserInstaller> installer;
+    const char* identifier;
+    const char* found;
+    const char* notFound;
+    const char* otherStatus;
+};
+
+std::vector<Browser> Browsers() {
+    return {{"Chrome", [ChromeInstall class], "com.google.Chrome",
+             "INFO : The app's URL is: file:///Applications/Some%20App.app/",
+             "WARNING : App not found", "FAILURE : An error occurred: 4294956483"},
+            {"Edge", [EdgeInstall class], "com.microsoft.edgemac",
+             "INFO : Application URL is: file:///Applications/Some%20App.app/",
+             "INFO : Edge application not found!", "WARNING : An error occurred: 4294956483"},
+            {"Firefox", [FFoxInstall class], "org.mozilla.firefox",
+             "INFO : Application URL is: file:///Applications/Some%20App.app/",
+             "INFO : Firefox application not found!", "WARNING : An error occurred: 4294956483"}};
+}
+
+TEST_F(BrowserStatusTest, OneThatIsFound) {
     answer = noErr;
-    EXPECT_TRUE([ChromeInstall IsBrowserInstalled]);
-    EXPECT_TRUE([asked isEqualToString:@"com.google.Chrome"]);
-    EXPECT_EQ(Log(), "\nHH:MM:SS - INFO : The app's URL is: file:///Applications/Some%20App.app/");
+    for (const Browser& browser : Browsers()) {
+        EXPECT_TRUE([browser.installer IsBrowserInstalled]) << browser.name;
+        EXPECT_STREQ([asked UTF8String], browser.identifier);
+        EXPECT_EQ(NextLine(), browser.found);
+    }
 }
 
-TEST_F(BrowserStatusTest, ChromeThatIsNotFound) {
+TEST_F(BrowserStatusTest, OneThatIsNotFound) {
     answer = -10814;
-    EXPECT_FALSE([ChromeInstall IsBrowserInstalled]);
-    EXPECT_EQ(Log(), "\nHH:MM:SS - WARNING : App not found");
-    EXPECT_FALSE([ChromeInstall IsExtensionInstalled]);
-    EXPECT_TRUE([ChromeInstall InstallExtension]);  // nothing to do counts as success
+    for (const Browser& browser : Browsers()) {
+        EXPECT_FALSE([browser.installer IsBrowserInstalled]) << browser.name;
+        EXPECT_EQ(NextLine(), browser.notFound);
+        EXPECT_FALSE([browser.installer IsExtensionInstalled]) << browser.name;
+        EXPECT_TRUE([browser.installer InstallExtension])
+            << browser.name << ": nothing to do counts as success";
+        seen = Log().size();
+    }
 }
 
-TEST_F(BrowserStatusTest, ChromeWithAnotherStatusShowsItUnsigned) {
+TEST_F(BrowserStatusTest, AnotherStatusIsShownUnsigned) {
     answer = -10813;
-    EXPECT_FALSE([ChromeInstall IsBrowserInstalled]);
-    EXPECT_EQ(Log(), "\nHH:MM:SS - FAILURE : An error occurred: 4294956483");
-}
-
-TEST_F(BrowserStatusTest, EdgeThatIsFound) {
-    answer = noErr;
-    EXPECT_TRUE([EdgeInstall IsBrowserInstalled]);
-    EXPECT_TRUE([asked isEqualToString:@"com.microsoft.edgemac"]);
-    EXPECT_EQ(Log(),
-              "\nHH:MM:SS - INFO : Application URL is: file:///Applications/Some%20App.app/");
-}
-
-TEST_F(BrowserStatusTest, EdgeThatIsNotFound) {
-    answer = -10814;
-    EXPECT_FALSE([EdgeInstall IsBrowserInstalled]);
-    EXPECT_EQ(Log(), "\nHH:MM:SS - INFO : Edge application not found!");
-    EXPECT_FALSE([EdgeInstall IsExtensionInstalled]);
-    EXPECT_TRUE([EdgeInstall InstallExtension]);  // nothing to do counts as success
-}
-
-TEST_F(BrowserStatusTest, EdgeWithAnotherStatusShowsItUnsigned) {
-    answer = -10813;
-    EXPECT_FALSE([EdgeInstall IsBrowserInstalled]);
-    EXPECT_EQ(Log(), "\nHH:MM:SS - WARNING : An error occurred: 4294956483");
-}
-
-TEST_F(BrowserStatusTest, FirefoxThatIsFound) {
-    answer = noErr;
-    EXPECT_TRUE([FFoxInstall IsBrowserInstalled]);
-    EXPECT_TRUE([asked isEqualToString:@"org.mozilla.firefox"]);
-    EXPECT_EQ(Log(),
-              "\nHH:MM:SS - INFO : Application URL is: file:///Applications/Some%20App.app/");
-}
-
-TEST_F(BrowserStatusTest, FirefoxThatIsNotFound) {
-    answer = -10814;
-    EXPECT_FALSE([FFoxInstall IsBrowserInstalled]);
-    EXPECT_EQ(Log(), "\nHH:MM:SS - INFO : Firefox application not found!");
-    EXPECT_FALSE([FFoxInstall IsExtensionInstalled]);
-    EXPECT_TRUE([FFoxInstall InstallExtension]);  // nothing to do counts as success
-}
-
-TEST_F(BrowserStatusTest, FirefoxWithAnotherStatusShowsItUnsigned) {
-    answer = -10813;
-    EXPECT_FALSE([FFoxInstall IsBrowserInstalled]);
-    EXPECT_EQ(Log(), "\nHH:MM:SS - WARNING : An error occurred: 4294956483");
+    for (const Browser& browser : Browsers()) {
+        EXPECT_FALSE([browser.installer IsBrowserInstalled]) << browser.name;
+        EXPECT_EQ(NextLine(), browser.otherStatus);
+    }
 }
 
 }  // namespace

@@ -182,7 +182,7 @@ TEST_F(ChromePreferencesTest, AFolderInItsPlaceIsReported) {
 
 TEST_F(ChromePreferencesTest, TheFileKeepsItsMode) {
     WriteFile(kFile, kOn);
-    for (const mode_t mode : {0600, 0644, 0444, 0777}) {
+    for (const mode_t mode : {0600U, 0644U, 0444U, 0777U}) {
         ASSERT_EQ(chmod(kFile.c_str(), mode), 0);
         EXPECT_TRUE(SwitchChromePasswordManager(NO, NULL));
         EXPECT_EQ(ModeOf(kFile), mode);

@@ -110,7 +110,7 @@ TEST_F(RijndaelSetup, ReversesTheRoundKeysForDeciphering) {
     Schedule reversed = UntouchedSchedule();
     rijndaelSetupEncrypt(schedule.data(), Data(key128), 128);
     rijndaelSetupDecrypt(reversed.data(), Data(key128), 128);
-    for (int i = 0; i < 4; ++i) {
+    for (size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(reversed[i], schedule[40 + i]);
         EXPECT_EQ(reversed[40 + i], schedule[i]);
         EXPECT_NE(reversed[4 + i], schedule[36 + i]) << "not passed through InvMixColumns";

@@ -4,20 +4,11 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/support/AppleBundle.h"
-#include "tests/support/ErrorChecks.h"
+#include "tests/support/BundleFixture.h"
 
 namespace {
 
-class Bundles : public testing::Test {
-  protected:
-    ~Bundles() override { [pool_ release]; }
-
-    NSBundle* At(const std::string& name) { return [NSBundle bundleWithPath:Text(folder_ / name)]; }
-
-    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    TemporaryFolder folder_;
-};
+class Bundles : public BundleFixture {};
 
 TEST_F(Bundles, WithABrokenInfoAreEmpty) {
     MakeBundle(folder_, "Broken.app", "");

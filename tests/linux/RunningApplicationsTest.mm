@@ -122,15 +122,6 @@ TEST_F(RunningApplications, AreListedOncePerProcessInTheOrderOfTheirIdentifiers)
     EXPECT_EQ(Text([[found objectAtIndex:1] bundleIdentifier]), "example.a1");
 }
 
-TEST_F(RunningApplications, KnowAScriptThatItsInterpreterRuns) {
-    MakeBundle(folder_, "Script.app", Entry("CFBundleIdentifier", "example.script"));
-    const std::string script = folder_ / "Script.app/Contents/MacOS/run it";
-    folder_.Write("Script.app/Contents/MacOS/run it", "#!/usr/bin/perl -w\nkill STOP => $$;\n",
-                  0755);
-    const ChildProcess child(script, {script});
-    EXPECT_EQ([Running(@"example.script") count], 1U);
-}
-
 TEST_F(RunningApplications, AreNotTheProgramsThatOnlyNameAnApplication) {
     MakeBundle(folder_, "App.app", Entry("CFBundleIdentifier", "example.named"));
     folder_.Write("App.app/Contents/MacOS/App", "#!/bin/sh\n", 0755);

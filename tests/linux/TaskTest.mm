@@ -7,50 +7,11 @@
 #include <unistd.h>
 
 #include "linux/corrections/Programs.h"
-#include "tests/support/ErrorChecks.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TaskFixture.h"
 
 namespace {
 
-using namespace std::string_literals;
-
-class Task : public testing::Test {
-  protected:
-    ~Task() override { [pool_ release]; }
-
-    NSTask* Launch(const std::string& name, NSArray* arguments) {
-        return [NSTask launchedTaskWithLaunchPath:Text(folder_ / name) arguments:arguments];
-    }
-
-    void ExpectToRaise(const std::string& name) {
-        NSString* raised = nil;
-        @try {
-            Launch(name, [NSArray array]);
-        } @catch (NSException* exception) {
-            raised = [exception name];
-        }
-        EXPECT_EQ(Text(raised), "NSInvalidArgumentException") << name;
-    }
-
-    // What a started program says in a pipe of ours, once it and all that it started have ended.
-    std::string SaidBy(const std::string& script, NSArray* arguments) {
-        EXPECT_EQ(mkfifo((folder_ / "said").c_str(), 0600), 0);
-        folder_.Write("program", "#!/bin/sh\nexec >" + folder_ / "said" + "\n" + script, 0755);
-        EXPECT_NE(Launch("program", arguments), nil);
-        return folder_.Read("said");
-    }
-
-    NSAutoreleasePool* const pool_ = [[NSAutoreleasePool alloc] init];
-    TemporaryFolder folder_;
-};
-
-TEST_F(Task, TheProgramGetsItsArgumentsAsTheyAre) {
-    NSArray* arguments =
-        [NSArray arrayWithObjects:@"-path", @"", @"two words", @"100%n", @"Zoë 東京", @"quo'te\"s",
-                                  @"line\nbreak", @"-x", nil];
-    EXPECT_EQ(SaidBy("printf '<%s>' \"$@\"", arguments),
-              "<-path><><two words><100%n><Zoë 東京><quo'te\"s><line\nbreak><-x>");
-}
+class Task : public TaskFixture {};
 
 TEST_F(Task, TheProgramGetsNoFileOfThisProcess) {
     const int ours =
@@ -73,12 +34,8 @@ TEST_F(Task, TheProgramIsNobodysChildAndInASessionOfItsOwn) {
     EXPECT_EQ(errno, ECHILD);
 }
 
-TEST_F(Task, WhatCannotBeStartedRaises) {
+TEST_F(Task, WhatIsNoProgramRaises) {
     ExpectToRaise("missing");
-    folder_.MakeFolder("folder");
-    ExpectToRaise("folder");
-    folder_.Write("not executable", "#!/bin/sh\n", 0644);
-    ExpectToRaise("not executable");
     folder_.Write("no program", "only text\n", 0755);
     ExpectToRaise("no program");
     folder_.Write("empty", "", 0755);

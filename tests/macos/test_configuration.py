@@ -6,6 +6,9 @@ from pathlib import Path
 
 import pytest
 
+# One worker configures for all of these.
+pytestmark = pytest.mark.xdist_group("configuration")
+
 ROOT = Path(__file__).resolve().parents[2]
 FRAMEWORKS = ["Foundation", "AppKit", "CoreServices", "CoreFoundation", "Security", "ServiceManagement", "IOKit"]
 
@@ -40,8 +43,18 @@ def folder(tmp_path_factory):
 
 
 @pytest.fixture(scope="module")
-def build(folder):
-    return configure(folder, NO_GOOGLE_TEST)[0]
+def configured(folder):
+    return configure(folder, NO_GOOGLE_TEST)
+
+
+@pytest.fixture(scope="module")
+def build(configured):
+    return configured[0]
+
+
+@pytest.fixture(scope="module")
+def said(configured):
+    return configured[1]
 
 
 @pytest.fixture(scope="module")
@@ -127,8 +140,7 @@ def programs(build):
     return set(re.findall(r"^build bin/(\w+): CXX_EXECUTABLE_LINKER", build, re.MULTILINE))
 
 
-def test_without_googletest_no_tests_are_built_and_it_is_said(tmp_path):
-    build, said = configure(tmp_path, NO_GOOGLE_TEST)
+def test_without_googletest_no_tests_are_built_and_it_is_said(build, said):
     assert f"-- {MISSING}" in said.splitlines()
     assert programs(build) == {"KSExtensionInstaller", "KSLogReader", "KSStatus"}
     assert "/tests/" not in build

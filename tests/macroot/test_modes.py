@@ -44,7 +44,8 @@ class Host:
         # A copy that any user may read: the source may lie in a folder of one user's own.
         source = MACROOT.parents[1]
         self._macroot = folder / "source/scripts/macroot"
-        shutil.copytree(source / "linux/macroot", folder / "source/linux/macroot")
+        for package in ("linux/macroot", "tests/machines"):
+            shutil.copytree(source / package, folder / "source" / package)
         self._macroot.parent.mkdir()
         shutil.copy(MACROOT, self._macroot)
 
@@ -68,7 +69,10 @@ class Host:
         return {line.split("\t")[3]: line.split("\t")[:3] for line in lines}
 
 
-@pytest.fixture(scope="module", params=KINDS, ids=lambda name: name.replace(" ", "-"))
+# One worker makes a kind for all of its tests.
+@pytest.fixture(scope="module", params=[
+    pytest.param(name, id=name.replace(" ", "-"), marks=pytest.mark.xdist_group(name))
+    for name in KINDS])
 def kind(request):
     ways, two_users, has_namespaces = KINDS[request.param]
     if ways and (os.geteuid() != 0 or subprocess.run([HELPER, *ways, "--", "true"], check=False,

@@ -126,10 +126,10 @@ TEST_F(ApplicationLaunching, AnUpdaterThatIsMissingIsAFailure) {
 TEST_F(ApplicationLaunching, AnUpdaterThatDoesNotStartIsAFailure) {
     const std::string line = "\nHH:MM:SS - FAILURE : Can't launch KSUpdater: " + kUpdater;
     std::string lines;
-    for (const auto& [text, mode] : {std::pair("#!/bin/sh\n", 0644),
-                                     {"no program\n", 0755},
-                                     {"#!/no/such/shell\n", 0755},
-                                     {"", 0755}}) {
+    for (const auto& [text, mode] : {std::pair("#!/bin/sh\n", 0644U),
+                                     {"no program\n", 0755U},
+                                     {"#!/no/such/shell\n", 0755U},
+                                     {"", 0755U}}) {
         Write(kUpdater, text, mode);
         EXPECT_FALSE(StartKSUpdaterWithArgumentsCPP("p", "d", true, true));
         lines += line;

@@ -18,7 +18,7 @@ class FileModes : public testing::Test {
 
 TEST_F(FileModes, AFileGetsThemWhateverItHadAndWhateverTheUmask) {
     const Umask umask(077);
-    for (const mode_t before : {0000, 0400, 0666}) {
+    for (const mode_t before : {0000U, 0400U, 0666U}) {
         folder_.Write("Zoë %@", "x", before);
         EXPECT_TRUE(Set("Zoë %@", 0775));
         EXPECT_EQ(folder_.Mode("Zoë %@"), 0775U);

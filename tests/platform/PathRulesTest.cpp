@@ -13,6 +13,15 @@ std::wstring Appended(const std::wstring& path, const std::wstring& part) {
     return utils.Path();
 }
 
+/// Rows of an argument and what the operation makes of it.
+using Rows = std::initializer_list<std::pair<std::wstring, std::wstring>>;
+
+void ExpectEach(std::wstring (*operation)(const std::wstring&), Rows rows) {
+    for (const auto& [argument, result] : rows) {
+        EXPECT_EQ(operation(argument), result) << testing::PrintToString(argument);
+    }
+}
+
 TEST(PathRules, APathIsStored) {
     PathUtils utils;
     EXPECT_EQ(utils.Path(), L"");
@@ -32,21 +41,25 @@ TEST(PathRules, AppendJoinsWithOneBackslash) {
 }
 
 TEST(PathRules, TheFileNameIsBehindTheLastBackslash) {
-    EXPECT_EQ(PathUtils::GetFileName(L"a\\b\\c.txt"), L"c.txt");
-    EXPECT_EQ(PathUtils::GetFileName(L"c.txt"), L"c.txt");
-    EXPECT_EQ(PathUtils::GetFileName(L"/a/b/c.txt"), L"/a/b/c.txt");
-    EXPECT_EQ(PathUtils::GetFileName(L"a\\b\\"), L"");
-    EXPECT_EQ(PathUtils::GetFileName(L"\\"), L"");
-    EXPECT_EQ(PathUtils::GetFileName(L""), L"");
+    ExpectEach(PathUtils::GetFileName, {
+                                           {L"a\\b\\c.txt", L"c.txt"},
+                                           {L"c.txt", L"c.txt"},
+                                           {L"/a/b/c.txt", L"/a/b/c.txt"},
+                                           {L"a\\b\\", L""},
+                                           {L"\\", L""},
+                                           {L"", L""},
+                                       });
 }
 
 TEST(PathRules, TheParentFolderIsBeforeTheLastSlash) {
-    EXPECT_EQ(PathUtils::GetParentFolder(L"/a/b/c"), L"/a/b");
-    EXPECT_EQ(PathUtils::GetParentFolder(L"/a/b/"), L"/a/b");
-    EXPECT_EQ(PathUtils::GetParentFolder(L"/a"), L"");
-    EXPECT_EQ(PathUtils::GetParentFolder(L"a\\b\\c"), L"");
-    EXPECT_EQ(PathUtils::GetParentFolder(L"a/b\\c"), L"a");
-    EXPECT_EQ(PathUtils::GetParentFolder(L""), L"");
+    ExpectEach(PathUtils::GetParentFolder, {
+                                               {L"/a/b/c", L"/a/b"},
+                                               {L"/a/b/", L"/a/b"},
+                                               {L"/a", L""},
+                                               {L"a\\b\\c", L""},
+                                               {L"a/b\\c", L"a"},
+                                               {L"", L""},
+                                           });
 }
 
 TEST(PathRules, AnExtensionIsReplaced) {
@@ -68,13 +81,15 @@ TEST(PathRules, BackslashesBecomeSlashes) {
 }
 
 TEST(PathRules, EndingSeparatorsGoBlanksFirst) {
-    EXPECT_EQ(PathUtils::RemoveEndingSeparator(L"a\\\\  "), L"a");
-    EXPECT_EQ(PathUtils::RemoveEndingSeparator(L"\\\\ "), L"");
-    EXPECT_EQ(PathUtils::RemoveEndingSeparator(L"a \\"), L"a ");
-    EXPECT_EQ(PathUtils::RemoveEndingSeparator(L"a\\ \\"), L"a\\ ");
-    EXPECT_EQ(PathUtils::RemoveEndingSeparator(L"/a/ "), L"/a/");
-    EXPECT_EQ(PathUtils::RemoveEndingSeparator(L"  "), L"");
-    EXPECT_EQ(PathUtils::RemoveEndingSeparator(L""), L"");
+    ExpectEach(PathUtils::RemoveEndingSeparator, {
+                                                     {L"a\\\\  ", L"a"},
+                                                     {L"\\\\ ", L""},
+                                                     {L"a \\", L"a "},
+                                                     {L"a\\ \\", L"a\\ "},
+                                                     {L"/a/ ", L"/a/"},
+                                                     {L"  ", L""},
+                                                     {L"", L""},
+                                                 });
 }
 
 TEST(PathRules, AnEndingSeparatorIsFoundBeforeBlanks) {
@@ -90,11 +105,13 @@ TEST(PathRules, AnEndingSeparatorIsFoundBeforeBlanks) {
 }
 
 TEST(PathRules, AnEndingSeparatorIsAddedOnce) {
-    EXPECT_EQ(PathUtils::EnsureIsEndingInSeparator(L""), L"");
-    EXPECT_EQ(PathUtils::EnsureIsEndingInSeparator(L"a"), L"a\\");
-    EXPECT_EQ(PathUtils::EnsureIsEndingInSeparator(L"a\\ "), L"a\\ ");
-    EXPECT_EQ(PathUtils::EnsureIsEndingInSeparator(L"/a/"), L"/a/\\");
-    EXPECT_EQ(PathUtils::EnsureIsEndingInSeparator(L"  "), L"  \\");
+    ExpectEach(PathUtils::EnsureIsEndingInSeparator, {
+                                                         {L"", L""},
+                                                         {L"a", L"a\\"},
+                                                         {L"a\\ ", L"a\\ "},
+                                                         {L"/a/", L"/a/\\"},
+                                                         {L"  ", L"  \\"},
+                                                     });
 }
 
 TEST(PathRules, PathsAreCombinedWithTwoSlashesUnlessABackslashEndsTheFirst) {

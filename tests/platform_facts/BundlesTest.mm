@@ -1,20 +1,11 @@
 // Bundles of applications, as the product and browsers have them.
 #include <gtest/gtest.h>
 
-#include "tests/support/AppleBundle.h"
-#include "tests/support/ErrorChecks.h"
+#include "tests/support/BundleFixture.h"
 
 namespace {
 
-class Bundles : public testing::Test {
-  protected:
-    ~Bundles() override { [pool_ release]; }
-
-    NSBundle* At(const std::string& name) { return [NSBundle bundleWithPath:Text(folder_ / name)]; }
-
-    NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    TemporaryFolder folder_;
-};
+class Bundles : public BundleFixture {};
 
 TEST_F(Bundles, InApplesLayoutAreUnderstood) {
     MakeBundle(folder_, "Google Chrome.app",

@@ -10,7 +10,7 @@ namespace {
 class FileManagerFolders : public FileFixture {};
 
 TEST_F(FileManagerFolders, EveryNewLevelGetsTheModeWhateverTheUmask) {
-    for (const mode_t mask : {022, 077, 0}) {
+    for (const mode_t mask : {022U, 077U, 0U}) {
         const Umask umask(mask);
         const TemporaryFolder folder;
         EXPECT_TRUE(Create(folder / "a/b c/ü%", 0777));

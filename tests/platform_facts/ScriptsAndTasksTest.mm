@@ -1,10 +1,8 @@
 // Programs that are started: by AppleScript's `do shell script` without further rights, and as
 // tasks.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
-#include "tests/support/ErrorChecks.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TaskFixture.h"
 
 namespace {
 
@@ -54,37 +52,13 @@ TEST_F(ShellScript, WhatIsNoScriptIsAnErrorOfItsOwn) {
     EXPECT_EQ([[error_ objectForKey:NSAppleScriptErrorNumber] intValue], -2741);
 }
 
-class Task : public testing::Test {
-  protected:
-    ~Task() override { [pool_ release]; }
-
-    NSTask* Launch(const std::string& name, NSArray* arguments) {
-        return [NSTask launchedTaskWithLaunchPath:Text(folder_ / name) arguments:arguments];
-    }
-
-    void ExpectToRaise(const std::string& name) {
-        NSString* raised = nil;
-        @try {
-            Launch(name, [NSArray array]);
-        } @catch (NSException* exception) {
-            raised = [exception name];
-        }
-        EXPECT_EQ(Text(raised), "NSInvalidArgumentException") << name;
-    }
-
-    NSAutoreleasePool* const pool_ = [[NSAutoreleasePool alloc] init];
-    TemporaryFolder folder_;
-};
+class Task : public TaskFixture {};
 
 TEST_F(Task, TheProgramGetsItsArgumentsAsTheyAre) {
-    ASSERT_EQ(mkfifo((folder_ / "said").c_str(), 0600), 0);
-    folder_.Write("program", "#!/bin/sh\nexec >'" + folder_ / "said" + "'\nprintf '<%s>' \"$@\"\n",
-                  0755);
     NSArray* arguments =
         [NSArray arrayWithObjects:@"-path", @"", @"two words", @"100%n", @"Zoë 東京", @"quo'te\"s",
                                   @"line\nbreak", @"-x", nil];
-    ASSERT_NE(Launch("program", arguments), nil);
-    EXPECT_EQ(folder_.Read("said"),
+    EXPECT_EQ(SaidBy("printf '<%s>' \"$@\"\n", arguments),
               "<-path><><two words><100%n><Zoë 東京><quo'te\"s><line\nbreak><-x>");
 }
 

@@ -7,7 +7,10 @@ import pytest
 from tests.support.invariants import judged
 from tests.support.random_mac import RandomMac
 
-SEEDS = os.environ.get("KS_MACHINES", "").split() or [str(seed) for seed in range(1, 51)]
+IN_A_QUICK_RUN = 10
+SEEDS = os.environ.get("KS_MACHINES", "").split() or [
+    str(seed) if seed <= IN_A_QUICK_RUN else pytest.param(str(seed), marks=pytest.mark.large)
+    for seed in range(1, 51)]
 
 
 @pytest.mark.parametrize("seed", SEEDS)

@@ -111,18 +111,15 @@ class MachineFacts : public SettingsFiles {
 };
 
 TEST_F(MachineFacts, TheArchitecturesLabelsAreCrossed) {
-    machineName = "x86_64";
-    EXPECT_EQ(KSEnvironement::GetOSArhitecture(), "32 Bit");
-    machineName = "arm64";
-    EXPECT_EQ(KSEnvironement::GetOSArhitecture(), "32 Bit");
-    machineName = "";
-    EXPECT_EQ(KSEnvironement::GetOSArhitecture(), "32 Bit");
-    machineName = "i386";
-    EXPECT_EQ(KSEnvironement::GetOSArhitecture(), "64 Bit");
-    machineName = "i386x";
-    EXPECT_EQ(KSEnvironement::GetOSArhitecture(), "32 Bit");
-    machineName = nullptr;
-    EXPECT_EQ(KSEnvironement::GetOSArhitecture(), "unknown");
+    for (const auto& [name, label] : {std::pair("x86_64", "32 Bit"),
+                                      {"arm64", "32 Bit"},
+                                      {"", "32 Bit"},
+                                      {"i386", "64 Bit"},
+                                      {"i386x", "32 Bit"},
+                                      {static_cast<const char*>(nullptr), "unknown"}}) {
+        machineName = name;
+        EXPECT_EQ(KSEnvironement::GetOSArhitecture(), label) << (name ? name : "(no name)");
+    }
 }
 
 TEST_F(MachineFacts, TheRegistrysTextIsTheNewPIDAsItIs) {
@@ -141,7 +138,8 @@ TEST_F(MachineFacts, WithoutMachinePropertyOrTextThereIsNoNewPID) {
     EXPECT_EQ(KSEnvironement().GeneratePID(), "");
 }
 
-TEST_F(MachineFacts, TheDatabaseVersionIsPIDAndTimeWithoutPadding) {
+/// 5 March 2026, 9:07:04.
+tm SpringMorning() {
     tm time = {};
     time.tm_year = 126;
     time.tm_mon = 2;
@@ -149,6 +147,11 @@ TEST_F(MachineFacts, TheDatabaseVersionIsPIDAndTimeWithoutPadding) {
     time.tm_hour = 9;
     time.tm_min = 7;
     time.tm_sec = 4;
+    return time;
+}
+
+TEST_F(MachineFacts, TheDatabaseVersionIsPIDAndTimeWithoutPadding) {
+    tm time = SpringMorning();
     standingTime = &time;
     EXPECT_EQ(KSEnvironement().GenerateDBVersion(), "12625974");
     WriteXml(file, "{'PID': 'a pid '}");
@@ -160,13 +163,7 @@ TEST_F(MachineFacts, TheDatabaseVersionIsPIDAndTimeWithoutPadding) {
 }
 
 TEST_F(MachineFacts, TheDatabaseVersionEndsAfter255Characters) {
-    tm time = {};
-    time.tm_year = 126;
-    time.tm_mon = 2;
-    time.tm_mday = 5;
-    time.tm_hour = 9;
-    time.tm_min = 7;
-    time.tm_sec = 4;
+    tm time = SpringMorning();
     standingTime = &time;
     for (const size_t length : {246U, 247U, 248U, 250U, 255U, 256U, 1000U}) {
         const std::string pid(length, 'x');

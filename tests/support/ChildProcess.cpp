@@ -32,7 +32,8 @@ void WaitForCommandLine(pid_t process) {
     const std::string path = "/proc/" + std::to_string(process) + "/cmdline";
     while (std::ifstream(path, std::ios::binary).peek() == std::ifstream::traits_type::eof()) {
         siginfo_t ended{};
-        if (waitid(P_PID, process, &ended, WEXITED | WNOHANG | WNOWAIT) != 0 || ended.si_pid != 0) {
+        if (waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+            ended.si_pid != 0) {
             return;
         }
         sched_yield();

@@ -102,7 +102,7 @@ std::ostream& operator<<(std::ostream& out, const Color& color) {
 }
 
 Color Picture::At(int x, int yFromTop) const {
-    return pixels.at(static_cast<size_t>(yFromTop) * width + x);
+    return pixels.at(static_cast<size_t>(yFromTop * width + x));
 }
 
 DesktopUser::DesktopUser() : display(XOpenDisplay(nullptr)) {

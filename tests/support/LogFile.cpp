@@ -9,29 +9,15 @@
 #include <regex>
 #include <stdexcept>
 
-namespace {
+#include "tests/support/Command.h"
 
-std::string OutputOf(const std::string& command) {
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) {
-        throw std::runtime_error("cannot start " + command);
-    }
-    std::string output;
-    char chunk[65536];
-    while (const size_t count = fread(chunk, 1, sizeof chunk, pipe)) {
-        output.append(chunk, count);
-    }
-    if (pclose(pipe) != 0) {
-        throw std::runtime_error("failed: " + command);
-    }
-    return output;
-}
+namespace {
 
 std::string Hex(const std::string& bytes) {
     std::string digits;
-    for (const unsigned char byte : bytes) {
+    for (const char byte : bytes) {
         char pair[3];
-        snprintf(pair, sizeof pair, "%02x", byte);
+        snprintf(pair, sizeof pair, "%02hhx", static_cast<unsigned char>(byte));
         digits += pair;
     }
     return digits;

@@ -35,7 +35,7 @@ class Mac:
 
     @classmethod
     def new(cls, machine, tmp_path):
-        """A fresh machine of that name (see linux/macroot/machines/) beneath tmp_path."""
+        """A fresh machine of that name (see tests/machines/) beneath tmp_path."""
         mac = cls(tmp_path / "mac")
         if cls.templates is None or not _sees_owners():
             macroot("new", mac.tree, "--machine", machine, check=True)

@@ -86,18 +86,32 @@ TEST_F(Answer, APressThatLeavesTheButtonIsNoAnswer) {
     EXPECT_EQ(result, kAlertIgnore);
 }
 
-TEST_F(Answer, ReturnPressesOk) {
-    EXPECT_EQ(AskAndType({}, XK_Return), kAlertOk);
-    EXPECT_EQ(AskAndType(AllOrange(), XK_Return), kAlertOk);
+class AnswerByReturn : public Answer, public testing::WithParamInterface<unsigned long> {};
+
+INSTANTIATE_TEST_SUITE_P(, AnswerByReturn, testing::Values(XK_Return, XK_KP_Enter));
+
+TEST_P(AnswerByReturn, PressesOk) {
+    EXPECT_EQ(AskAndType({}, GetParam()), kAlertOk);
+    EXPECT_EQ(AskAndType(AllOrange(), GetParam()), kAlertOk);
 }
 
-TEST_F(Answer, ReturnPressesNoOkThatIsNotThere) {
+TEST_P(AnswerByReturn, PressesOkWithAnotherInFocus) {
+    const int result = AskUser(
+        user, [] { return Ask({}); },
+        [&] {
+            user.Type(XK_Tab);
+            user.Type(GetParam());
+        });
+    EXPECT_EQ(result, kAlertOk);
+}
+
+TEST_P(AnswerByReturn, PressesNoOkThatIsNotThere) {
     Question question;
     question.ok = @"";
     const int result = AskUser(
         user, [&] { return Ask(question); },
         [&] {
-            user.Type(XK_Return);
+            user.Type(GetParam());
             user.Click(kCancel, kRow);
         });
     EXPECT_EQ(result, kAlertCancel);
@@ -128,32 +142,6 @@ TEST_F(Answer, EscapeDoesNothing) {
             user.Type(XK_Return);
         });
     EXPECT_EQ(result, kAlertOk);
-}
-
-TEST_F(Answer, TheKeypadsEnterPressesOkAsReturnDoes) {
-    EXPECT_EQ(AskAndType({}, XK_KP_Enter), kAlertOk);
-    EXPECT_EQ(AskAndType(AllOrange(), XK_KP_Enter), kAlertOk);
-    for (const unsigned long key : {XK_Return, XK_KP_Enter}) {
-        const int withAnotherInFocus = AskUser(
-            user, [] { return Ask({}); },
-            [&] {
-                user.Type(XK_Tab);
-                user.Type(key);
-            });
-        EXPECT_EQ(withAnotherInFocus, kAlertOk);
-    }
-}
-
-TEST_F(Answer, TheKeypadsEnterPressesNoOkThatIsNotThere) {
-    Question question;
-    question.ok = @"";
-    const int result = AskUser(
-        user, [&] { return Ask(question); },
-        [&] {
-            user.Type(XK_KP_Enter);
-            user.Click(kCancel, kRow);
-        });
-    EXPECT_EQ(result, kAlertCancel);
 }
 
 TEST_F(Answer, TheMessageTakesNoKeys) {

@@ -439,53 +439,48 @@ TEST(LongForm, IsClosedAtOnceWhereItsFileIsMissing) {
     }
 }
 
+/// What a short form shows, whichever it is; the rest is its own.
+Seen LookAtShortForm(bool center, const std::function<int()>& ask) {
+    const Seen seen = LookAt(ask, [NSColor redColor]);
+    EXPECT_EQ(seen.message, "Done.");
+    EXPECT_EQ(seen.title, "Attention");
+    EXPECT_EQ(seen.bigText, "Big");
+    EXPECT_EQ(seen.okPlace, center ? 190 : 358);
+    EXPECT_TRUE(seen.isOkPlain);
+    EXPECT_FALSE(seen.cancelOrIgnore);
+    EXPECT_TRUE(seen.isTitleInColour);
+    return seen;
+}
+
 TEST(ShortForm, HasOneButtonInTheFileThatItNames) {
     for (const bool center : {true, false}) {
-        const Seen seen = LookAt(
-            [&] {
-                return [QWIAlertUtils QWIAlertWithMessage:@"Done."
-                                                    Title:@"Attention"
-                                                   OkText:@"Ok"
-                                               IsCentered:center
-                                                  BigText:@"Big"
-                                               TitleColor:[NSColor redColor]
-                                                  NibName:@"QWBrowsersAlert"];
-            },
-            [NSColor redColor]);
-        EXPECT_EQ(seen.message, "Done.");
-        EXPECT_EQ(seen.title, "Attention");
-        EXPECT_EQ(seen.bigText, "Big");
+        const Seen seen = LookAtShortForm(center, [&] {
+            return [QWIAlertUtils QWIAlertWithMessage:@"Done."
+                                                Title:@"Attention"
+                                               OkText:@"Ok"
+                                           IsCentered:center
+                                              BigText:@"Big"
+                                           TitleColor:[NSColor redColor]
+                                              NibName:@"QWBrowsersAlert"];
+        });
         EXPECT_EQ(seen.nib, "QWBrowsersAlert");
         EXPECT_EQ(seen.level, 1000);
-        EXPECT_EQ(seen.okPlace, center ? 190 : 358);
-        EXPECT_TRUE(seen.isOkPlain);
-        EXPECT_FALSE(seen.cancelOrIgnore);
-        EXPECT_TRUE(seen.isTitleInColour);
     }
 }
 
 TEST(TopMostForm, IgnoresTheFileThatItNamesAndHasItsOwnLevel) {
     for (const bool center : {true, false}) {
-        const Seen seen = LookAt(
-            [&] {
-                return [QWIAlertUtils QWIAlertWithMessageTopMost:@"Done."
-                                                           Title:@"Attention"
-                                                          OkText:@"Ok"
-                                                      IsCentered:center
-                                                         BigText:@"Big"
-                                                      TitleColor:[NSColor redColor]
-                                                         NibName:@"QWBrowsersAlert"];
-            },
-            [NSColor redColor]);
-        EXPECT_EQ(seen.message, "Done.");
-        EXPECT_EQ(seen.title, "Attention");
-        EXPECT_EQ(seen.bigText, "Big");
+        const Seen seen = LookAtShortForm(center, [&] {
+            return [QWIAlertUtils QWIAlertWithMessageTopMost:@"Done."
+                                                       Title:@"Attention"
+                                                      OkText:@"Ok"
+                                                  IsCentered:center
+                                                     BigText:@"Big"
+                                                  TitleColor:[NSColor redColor]
+                                                     NibName:@"QWBrowsersAlert"];
+        });
         EXPECT_EQ(seen.nib, "QWSyleAlert");
         EXPECT_EQ(seen.level, 14);
-        EXPECT_EQ(seen.okPlace, center ? 190 : 358);
-        EXPECT_TRUE(seen.isOkPlain);
-        EXPECT_FALSE(seen.cancelOrIgnore);
-        EXPECT_TRUE(seen.isTitleInColour);
     }
 }
 

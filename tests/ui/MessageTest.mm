@@ -182,7 +182,7 @@ TEST(Message, InRightToLeftScriptsIsReadable) {
 }
 
 TEST(Message, WithOddCharactersIsReadable) {
-    for (const unichar odd : {0x0000, 0x0007, 0x200B, 0xFEFF}) {
+    for (const unichar odd : std::initializer_list<unichar>{0x0000, 0x0007, 0x200B, 0xFEFF}) {
         SCOPED_TRACE(odd);
         const unichar characters[] = {'A', odd, 'B'};
         ExpectReadable([NSString stringWithCharacters:characters length:3], true);
@@ -191,7 +191,7 @@ TEST(Message, WithOddCharactersIsReadable) {
 }
 
 TEST(Message, OfBrokenCharactersDoesNoHarm) {
-    for (const unichar broken : {0xD800, 0xDC00, 0xFFFE, 0xFFFF}) {
+    for (const unichar broken : std::initializer_list<unichar>{0xD800, 0xDC00, 0xFFFE, 0xFFFF}) {
         const unichar characters[] = {'A', broken, 'B'};
         EXPECT_EQ(Show([NSString stringWithCharacters:characters length:3]).result, kAlertOk);
     }

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
-#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -15,18 +14,13 @@ const fs::path kProcesses = "/proc";
 constexpr char kInsideBundle[] = ".app/Contents/MacOS/";
 constexpr size_t kBundleExtension = sizeof(".app") - 1;
 
-/// An interpreter stands before its script, with at most one argument of its own in between.
-constexpr size_t kWords = 3;
-
-/// The first words of a process's command line. They are read, and not where "exe" points to,
-/// because every user may read them.
-std::vector<std::string> FirstWords(const fs::path& process) {
-    std::vector<std::string> words;
+/// The first word of a process's command line. It is read, and not where "exe" points to, because
+/// every user may read it.
+std::string FirstWord(const fs::path& process) {
+    std::string word;
     std::ifstream file(process / "cmdline", std::ios::binary);
-    for (std::string word; words.size() < kWords && std::getline(file, word, '\0');) {
-        words.push_back(word);
-    }
-    return words;
+    std::getline(file, word, '\0');
+    return word;
 }
 
 /// A relative path stands for something below the folder that the process works in; a bare name was
@@ -38,34 +32,13 @@ std::string AbsolutePath(const std::string& path, const fs::path& process) {
                : (fs::read_symlink(process / "cwd", unknown) / path).string();
 }
 
-/// Whether the file's first line names `program` as the interpreter, itself or through env.
-bool IsScriptOf(const std::string& path, const std::string& program) {
-    std::ifstream file(path);
-    std::string line;
-    if (!std::getline(file, line) || line.compare(0, 2, "#!") != 0) {
-        return false;
-    }
-    std::istringstream named(line.substr(2));
-    for (std::string word; named >> word;) {
-        if (fs::path(word).filename() == fs::path(program).filename()) {
-            return true;
-        }
-    }
-    return false;
-}
-
 /// Empty for a process that belongs to none.
 std::string BundleOf(const fs::path& process) {
-    const std::vector<std::string> words = FirstWords(process);
-    for (size_t i = 0; i < words.size(); ++i) {
-        const std::string program = AbsolutePath(words[i], process);
-        const size_t inside = program.rfind(kInsideBundle);
-        if (inside != std::string::npos && inside != 0 &&
-            (i == 0 || IsScriptOf(program, words[0]))) {
-            return program.substr(0, inside + kBundleExtension);
-        }
-    }
-    return "";
+    const std::string program = AbsolutePath(FirstWord(process), process);
+    const size_t inside = program.rfind(kInsideBundle);
+    return inside == std::string::npos || inside == 0
+               ? ""
+               : program.substr(0, inside + kBundleExtension);
 }
 
 }  // namespace

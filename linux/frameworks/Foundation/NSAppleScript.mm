@@ -85,28 +85,18 @@ void SetError(NSDictionary** errorInfo, int number, NSString* message) {
 }  // namespace
 
 @interface MacTextDescriptor : NSAppleEventDescriptor {
-    NSString* text;
+    NSString* stringValue;
 }
-- (id)initWithText:(NSString*)aText;
+@property (nonatomic, copy) NSString* stringValue;
 @end
 
 @implementation MacTextDescriptor
 
-- (id)initWithText:(NSString*)aText {
-    self = [super init];
-    if (self != nil) {
-        text = [aText copy];
-    }
-    return self;
-}
+@synthesize stringValue;
 
 - (void)dealloc {
-    [text release];
+    [stringValue release];
     [super dealloc];
-}
-
-- (NSString*)stringValue {
-    return text;
 }
 
 @end
@@ -162,7 +152,9 @@ void SetError(NSDictionary** errorInfo, int number, NSString* message) {
         SetError(errorInfo, result.status, MessageOf(result));
         return nil;
     }
-    return [[[MacTextDescriptor alloc] initWithText:ScriptText(result.output)] autorelease];
+    MacTextDescriptor* said = [[[MacTextDescriptor alloc] init] autorelease];
+    [said setStringValue:ScriptText(result.output)];
+    return said;
 }
 
 @end

@@ -10,6 +10,7 @@ from macroot.users import ALEX, STAFF
 
 UMASK = 0o022
 PATH = "/usr/bin:/bin:/usr/sbin:/sbin"
+_BECOME_ALEX = ("unshare", "--user", f"--map-user={ALEX}", f"--map-group={STAFF}")
 
 
 class Programs:
@@ -58,7 +59,7 @@ class NamespacePrograms(Programs):
         if self._real_users:
             more.update(user=ALEX, group=STAFF, extra_groups=[])
         else:
-            more.update(preexec_fn=_become_alex)
+            command = [*_BECOME_ALEX, *command]
         return subprocess.Popen(command, env=environment, cwd=folder, umask=UMASK, **more)
 
     def run_as_root(self, command, environment):
@@ -88,11 +89,6 @@ class NamespacePrograms(Programs):
 def process_namespace():
     """The number of the process namespace that this process lives in."""
     return os.stat("/proc/self/ns/pid").st_ino
-
-
-def _become_alex():
-    from macroot.user_namespace import enter_as  # few hosts need it, and it takes its time
-    enter_as(ALEX, STAFF)
 
 
 class _Program:

@@ -1,7 +1,8 @@
 """A Mac without anything on it, and its user."""
 
-from macroot.machines.entries import Folder, Link, plist, text
+from macroot.tree import Folder, Link
 from macroot.users import HOME, SHARED
+from tests.machines.entries import plist, text
 
 LIBRARY = "/Library"
 USERS_LIBRARY = f"{HOME}/Library"

@@ -1,8 +1,9 @@
 """Mozilla Firefox: the browser, and what earlier versions of the product left in it."""
 
-from macroot.machines.entries import File, application, native_host, text
-from macroot.machines.product import FIREFOX_HOST, OLD_HOST_PROGRAM
-from macroot.machines.system import SUPPORTS, USERS_SUPPORT
+from macroot.tree import File
+from tests.machines.entries import application, native_host, text
+from tests.machines.product import FIREFOX_HOST, OLD_HOST_PROGRAM
+from tests.machines.system import SUPPORTS, USERS_SUPPORT
 
 _IDENTIFIERS = ("KeystrelButton@corvendale.com", "Keystrel@corvendale.com", "ks@corvendale.com")
 _FOREIGN = "weather@example.org"

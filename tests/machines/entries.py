@@ -1,21 +1,15 @@
-"""What machines are made of: files, folders and links.
+"""Entries of machines that several browsers need.
 
 Owners follow from the path: alex's home, /Users/Shared and the product's bundle are alex's, the
-rest is root's. Folders above an entry need no entry of their own. Of two entries for one path the
-later one counts.
+rest is root's.
 """
 
 import json
 import os
 import plistlib
-from collections import namedtuple
 
-from macroot.machines import executable
-
-Folder = namedtuple("Folder", "path mode", defaults=(0o755,))
-File = namedtuple("File", "path content mode", defaults=(0o644,))
-Link = namedtuple("Link", "path target")
-Absent = namedtuple("Absent", "path")  # takes away what a part before it brought
+from macroot.tree import File
+from tests.machines import executable
 
 
 def text(path, content, mode=0o644):

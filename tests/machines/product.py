@@ -1,8 +1,9 @@
 """Keystrel: its application, what it brings for each browser, its settings."""
 
-from macroot.machines import executable
-from macroot.machines.entries import File, Folder, application, native_host, plist, text
+from macroot.tree import File, Folder
 from macroot.users import BUNDLE, SHARED
+from tests.machines import executable
+from tests.machines.entries import application, native_host, plist, text
 
 EXTENSIONS = f"{BUNDLE}/Contents/Keystrel/Tools/BExtensions"
 CHROME_HOST = "com.corvendale.kschromena"

@@ -1,7 +1,7 @@
 """Safari: the browser, and what earlier versions of the product left in it."""
 
-from macroot.machines.entries import application, bundle, plist, text
-from macroot.machines.system import USERS_LIBRARY
+from tests.machines.entries import application, bundle, plist, text
+from tests.machines.system import USERS_LIBRARY
 
 _EXTENSIONS = f"{USERS_LIBRARY}/Safari/Extensions"
 _CACHE = f"{USERS_LIBRARY}/Caches/com.apple.Safari/Extensions"

@@ -1,8 +1,8 @@
 """Google Chrome: the browser, and what earlier versions of the product left in it."""
 
-from macroot.machines.entries import application, bundle, external_extension, native_host, text
-from macroot.machines.product import CHROME_HOST, EXTENSIONS, OLD_HOST_PROGRAM
-from macroot.machines.system import LIBRARIES, LIBRARY, SUPPORT, SUPPORTS, USERS_SUPPORT
+from tests.machines.entries import application, bundle, external_extension, native_host, text
+from tests.machines.product import CHROME_HOST, EXTENSIONS, OLD_HOST_PROGRAM
+from tests.machines.system import LIBRARIES, LIBRARY, SUPPORT, SUPPORTS, USERS_SUPPORT
 
 FOREIGN_EXTENSION = "aaaabbbbccccddddeeeeffffgggghhhh"
 

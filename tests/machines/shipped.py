@@ -1,8 +1,8 @@
 """The product's payload as it is shipped: browsers can use what it holds."""
 
-from macroot.machines import chrome, edge
-from macroot.machines.entries import native_host, text
-from macroot.machines.product import CHROME_HOST, EXTENSIONS, FIREFOX_HOST, HOST_PROGRAM
+from tests.machines import chrome, edge
+from tests.machines.entries import native_host, text
+from tests.machines.product import CHROME_HOST, EXTENSIONS, FIREFOX_HOST, HOST_PROGRAM
 
 TEST_EXTENSION = "pjdcndnkbknfcniononfheehpbplflgf"  # of tests/real_browsers, by its key
 FIREFOX_EXTENSION = "Keystrel@corvendale.com"

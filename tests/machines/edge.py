@@ -1,9 +1,9 @@
 """Microsoft Edge: the browser, and what earlier versions of the product left in it."""
 
-from macroot.machines.chrome import FOREIGN_EXTENSION
-from macroot.machines.entries import application, external_extension, native_host, text
-from macroot.machines.product import CHROME_HOST, EXTENSIONS, OLD_HOST_PROGRAM
-from macroot.machines.system import USERS_SUPPORT
+from tests.machines.chrome import FOREIGN_EXTENSION
+from tests.machines.entries import application, external_extension, native_host, text
+from tests.machines.product import CHROME_HOST, EXTENSIONS, OLD_HOST_PROGRAM
+from tests.machines.system import USERS_SUPPORT
 
 _STORE = "https://edge.microsoft.com/extensionwebstorebase/v1/crx"
 _OLD_STORE = "https://old.example/crx"
