@@ -32,7 +32,7 @@ void operator delete(void* memory, size_t) noexcept {
 TEST(Allocations, AreCounted) {
     const int before = allocations;
     delete new int;
-    std::string(100, 'x');
+    const std::string text(100, 'x');
     EXPECT_GE(allocations, before + 1);
 }
 

@@ -41,7 +41,7 @@ uint32_t Rotated(uint32_t word, int bits) {
 void ProcessBlock(std::array<uint32_t, 8>& hash, const uint8_t* block) {
     static const std::vector<uint32_t> kConstants = Constants();
     uint32_t w[64];
-    for (int t = 0; t < 64; ++t) {
+    for (size_t t = 0; t < 64; ++t) {
         if (t < 16) {
             w[t] = uint32_t{block[4 * t]} << 24 | uint32_t{block[4 * t + 1]} << 16 |
                    uint32_t{block[4 * t + 2]} << 8 | block[4 * t + 3];

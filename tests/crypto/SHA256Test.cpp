@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
 #include <type_traits>
 
 #include "tests/crypto/ResponseFile.h"
@@ -126,7 +127,7 @@ TEST(SHA256, CallStartsANewStreamAndLeavesItOpen) {
     EXPECT_EQ(digest("ab"), SHA256()("ab", 2));
     digest.add("c", 1);
     EXPECT_EQ(digest.getHash(), kAbc);
-    EXPECT_EQ(digest(std::string("a\0b", 3)), SHA256()("a\0b", 3));
+    EXPECT_EQ(digest(std::string{'a', '\0', 'b'}), SHA256()("a\0b", 3));
 }
 
 TEST(SHA256, IsPlainData) {

@@ -23,7 +23,7 @@ class RunningApplications : public testing::Test {
     std::string Install(const std::string& bundle, const std::string& name,
                         const std::string& keys) {
         MakeBundle(folder_, bundle, keys);
-        const std::string program = folder_ / (bundle + "/Contents/MacOS/" + name);
+        std::string program = folder_ / (bundle + "/Contents/MacOS/" + name);
         std::filesystem::copy("/usr/bin/sleep", program);
         return program;
     }

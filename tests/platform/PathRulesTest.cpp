@@ -2,6 +2,10 @@
 // that does.
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "platform/PathUtils.h"
 
 namespace {
@@ -14,9 +18,9 @@ std::wstring Appended(const std::wstring& path, const std::wstring& part) {
 }
 
 /// Rows of an argument and what the operation makes of it.
-using Rows = std::initializer_list<std::pair<std::wstring, std::wstring>>;
+using Rows = std::vector<std::pair<std::wstring, std::wstring>>;
 
-void ExpectEach(std::wstring (*operation)(const std::wstring&), Rows rows) {
+void ExpectEach(std::wstring (*operation)(const std::wstring&), const Rows& rows) {
     for (const auto& [argument, result] : rows) {
         EXPECT_EQ(operation(argument), result) << testing::PrintToString(argument);
     }
@@ -41,25 +45,19 @@ TEST(PathRules, AppendJoinsWithOneBackslash) {
 }
 
 TEST(PathRules, TheFileNameIsBehindTheLastBackslash) {
-    ExpectEach(PathUtils::GetFileName, {
-                                           {L"a\\b\\c.txt", L"c.txt"},
-                                           {L"c.txt", L"c.txt"},
-                                           {L"/a/b/c.txt", L"/a/b/c.txt"},
-                                           {L"a\\b\\", L""},
-                                           {L"\\", L""},
-                                           {L"", L""},
-                                       });
+    const Rows rows = {
+        {L"a\\b\\c.txt", L"c.txt"}, {L"c.txt", L"c.txt"}, {L"/a/b/c.txt", L"/a/b/c.txt"},
+        {L"a\\b\\", L""},           {L"\\", L""},         {L"", L""},
+    };
+    ExpectEach(PathUtils::GetFileName, rows);
 }
 
 TEST(PathRules, TheParentFolderIsBeforeTheLastSlash) {
-    ExpectEach(PathUtils::GetParentFolder, {
-                                               {L"/a/b/c", L"/a/b"},
-                                               {L"/a/b/", L"/a/b"},
-                                               {L"/a", L""},
-                                               {L"a\\b\\c", L""},
-                                               {L"a/b\\c", L"a"},
-                                               {L"", L""},
-                                           });
+    const Rows rows = {
+        {L"/a/b/c", L"/a/b"}, {L"/a/b/", L"/a/b"}, {L"/a", L""},
+        {L"a\\b\\c", L""},    {L"a/b\\c", L"a"},   {L"", L""},
+    };
+    ExpectEach(PathUtils::GetParentFolder, rows);
 }
 
 TEST(PathRules, AnExtensionIsReplaced) {
@@ -81,15 +79,11 @@ TEST(PathRules, BackslashesBecomeSlashes) {
 }
 
 TEST(PathRules, EndingSeparatorsGoBlanksFirst) {
-    ExpectEach(PathUtils::RemoveEndingSeparator, {
-                                                     {L"a\\\\  ", L"a"},
-                                                     {L"\\\\ ", L""},
-                                                     {L"a \\", L"a "},
-                                                     {L"a\\ \\", L"a\\ "},
-                                                     {L"/a/ ", L"/a/"},
-                                                     {L"  ", L""},
-                                                     {L"", L""},
-                                                 });
+    const Rows rows = {
+        {L"a\\\\  ", L"a"}, {L"\\\\ ", L""}, {L"a \\", L"a "}, {L"a\\ \\", L"a\\ "},
+        {L"/a/ ", L"/a/"},  {L"  ", L""},    {L"", L""},
+    };
+    ExpectEach(PathUtils::RemoveEndingSeparator, rows);
 }
 
 TEST(PathRules, AnEndingSeparatorIsFoundBeforeBlanks) {
@@ -105,13 +99,10 @@ TEST(PathRules, AnEndingSeparatorIsFoundBeforeBlanks) {
 }
 
 TEST(PathRules, AnEndingSeparatorIsAddedOnce) {
-    ExpectEach(PathUtils::EnsureIsEndingInSeparator, {
-                                                         {L"", L""},
-                                                         {L"a", L"a\\"},
-                                                         {L"a\\ ", L"a\\ "},
-                                                         {L"/a/", L"/a/\\"},
-                                                         {L"  ", L"  \\"},
-                                                     });
+    const Rows rows = {
+        {L"", L""}, {L"a", L"a\\"}, {L"a\\ ", L"a\\ "}, {L"/a/", L"/a/\\"}, {L"  ", L"  \\"},
+    };
+    ExpectEach(PathUtils::EnsureIsEndingInSeparator, rows);
 }
 
 TEST(PathRules, PathsAreCombinedWithTwoSlashesUnlessABackslashEndsTheFirst) {

@@ -102,7 +102,8 @@ std::ostream& operator<<(std::ostream& out, const Color& color) {
 }
 
 Color Picture::At(int x, int yFromTop) const {
-    return pixels.at(static_cast<size_t>(yFromTop * width + x));
+    return pixels.at(static_cast<size_t>(yFromTop) * static_cast<size_t>(width) +
+                     static_cast<size_t>(x));
 }
 
 DesktopUser::DesktopUser() : display(XOpenDisplay(nullptr)) {

@@ -164,7 +164,7 @@ TEST_F(Answer, ClosingByTheProgramIsNoButton) {
 
 TEST_F(Answer, AnAlertLeavesLittleInMemory) {
     constexpr int kMany = 12;
-    constexpr size_t kLittle = 16 * 1024;
+    constexpr size_t kLittle = size_t{16} * 1024;
     const auto ask = [] {
         @autoreleasepool {
             AskAndLook([] { return Ask({}); }, [](QWStyleAlert*) {});

@@ -441,7 +441,7 @@ TEST(LongForm, IsClosedAtOnceWhereItsFileIsMissing) {
 
 /// What a short form shows, whichever it is; the rest is its own.
 Seen LookAtShortForm(bool center, const std::function<int()>& ask) {
-    const Seen seen = LookAt(ask, [NSColor redColor]);
+    Seen seen = LookAt(ask, [NSColor redColor]);
     EXPECT_EQ(seen.message, "Done.");
     EXPECT_EQ(seen.title, "Attention");
     EXPECT_EQ(seen.bigText, "Big");
