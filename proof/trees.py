@@ -17,6 +17,10 @@ _EDITED = re.compile(r"/(?:(?P<json>Default/Preferences)|(?P<xml>Profiles/[^/]+/
 # Written for a moment of the run. Where it cannot be removed, a line of the log says so.
 _SCRIPT = "/private/var/tmp/script.sh"
 
+# An earlier version's, which root's script for Chrome's host folders removes. Whether a run asks for that script depends
+# on the folders that another run at the same time has made by then.
+_REMOVED_BY_ROOT = "/private/tmp/createDirChrome.sh"
+
 # What an atomic write is called until it takes the place of its file: process and number are in its name.
 TEMPORARY = re.compile(r"/\.dat\.[0-9a-f]{16}\.\d+\.\d+$")
 
@@ -83,7 +87,8 @@ def _harm(path, old, new, found):
     if not allowed:
         return None if path == _SCRIPT else f"{path} is left behind"
     if not found:
-        return f"{path} is missing" if untouched or _EDITED.search(path) else None
+        must_stay = untouched and path != _REMOVED_BY_ROOT or _EDITED.search(path)
+        return f"{path} is missing" if must_stay else None
     if not _has_fitting_rights(found, allowed, of_the_product=not untouched and not _EDITED.search(path)):
         return f"{path} has mode {found.mode:o} and owner {found.owner}"
     if found.content not in [entry.content for entry in allowed] and not _is_on_the_way(path, allowed, found):
