@@ -53,6 +53,11 @@ class Pipe:
             line = next(line for line in status if line.startswith("VmHWM:"))
         return int(line.split()[1]) * 1024
 
+    def seconds(self):
+        """How long a processor was its own, whatever else the machine does."""
+        with open(f"/proc/{self.process.pid}/schedstat") as nanoseconds:
+            return int(nanoseconds.read().split()[0]) / 1e9
+
     def close(self):
         """Its words on standard error."""
         _, errors = self.process.communicate()
@@ -662,7 +667,7 @@ def test_a_list_of_extensions_takes_little_more_than_its_objects(pipe):
 @pytest.mark.parametrize("source", FORMATS, ids=("xml", "binary"))
 @pytest.mark.parametrize("kind", LARGE)
 def test_large_lists_take_linear_time_and_little_memory(kind, source):
-    """Four times as much takes about four times as long, give or take a busy machine."""
+    """Four times as much takes about four times as long."""
     spent = {}
     for count in (5_000, 20_000):
         value = LARGE[kind](count)
@@ -672,9 +677,9 @@ def test_large_lists_take_linear_time_and_little_memory(kind, source):
         at_rest = pipe.peak()
         assert pipe.ask(data, NOTHING) == (FORMATS[source], b"")
         used = pipe.peak() - at_rest
-        before = time.monotonic()
+        before = pipe.seconds()
         written = converted(pipe, data, BINARY)
-        spent[count] = time.monotonic() - before
+        spent[count] = pipe.seconds() - before
         assert plistlib.loads(written) == value
         assert pipe.close() == ""
         print(f"{kind}: {len(data)} bytes, {spent[count]:.2f} s, {used / len(data):.1f} times in memory")
