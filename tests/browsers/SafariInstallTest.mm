@@ -421,6 +421,7 @@ TEST_F(SafariInstallTest, WritingWhatNoPropertyListHoldsFails) {
     EXPECT_FALSE([SafariInstall writeDictToComAppleSafariPlist:wrong]);
     EXPECT_EQ(ReadFile(kPreferences), kNoPreferences);
     ExpectError("\nFAILURE : Error reading plist: ");
+    EXPECT_EQ(Log().find("writing"), std::string::npos) << Log();
 }
 
 TEST_F(SafariInstallTest, WritingWhereNothingCanBeWrittenFails) {

@@ -4,6 +4,10 @@
 
 #include <clocale>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include "crypto/Utf8.h"
 
 using namespace StringUtils;
 
@@ -112,6 +116,7 @@ TEST(Utf16, ThrowsForUnpairedSurrogates) {
         Units({0xDC00}),
         Units({0xDFFF, 'a'}),
         Units({0xDC00, 0xD800}),
+        Units({0xDC00, 0xDC00}),
         Units({0xD83D, 0xDE00, 0xDE00, 'a'}),
     };
     for (const std::u16string& text : broken) {
@@ -160,12 +165,44 @@ TEST(Utf8ToUtf16, ThrowsForAnythingThatIsNotUtf8) {
         "\xF5\x80\x80\x80",
         // no leads at all
         "\xF8\x88\x80\x80\x80",
+        "\xF8\x90\x80\x80",
         "\xF9\x80\x80\x80",
         "\xFE",
         "\xFF",
     };
     for (const std::string& text : broken) {
         EXPECT_EQ(RangeErrorOf([&] { ConvertU8StringtoU16String(text); }), kFromBytesError);
+    }
+}
+
+TEST(Utf8, ACharacterIsAsLongAsItsFirstByteSaysAndTheOthersAllow) {
+    const std::pair<const char*, size_t> lengths[] = {
+        {"", 0},
+        {"a\xC3\xA9", 1},
+        {"\x7F", 1},
+        {"\x80", 0},
+        {"\xC1\xBF", 0},
+        {"\xC2", 0},
+        {"\xC2\x80", 2},
+        {"\xC2\xC0", 0},
+        {"\xDF\xBF", 2},
+        {"\xE0\x9F\xBF", 0},
+        {"\xE0\xA0\x80", 3},
+        {"\xE2\x82", 0},
+        {"\xE2\x82z", 0},
+        {"\xED\x9F\xBF", 3},
+        {"\xED\xA0\x80", 0},
+        {"\xEF\xBF\xBF", 3},
+        {"\xF0\x8F\xBF\xBF", 0},
+        {"\xF0\x90\x80\x80", 4},
+        {"\xF0\x9F\x98", 0},
+        {"\xF4\x8F\xBF\xBF", 4},
+        {"\xF4\x90\x80\x80", 0},
+        {"\xF5\x80\x80\x80", 0},
+    };
+    for (const auto& [bytes, length] : lengths) {
+        EXPECT_EQ(Utf8CharacterLength(bytes), length) << testing::PrintToString(bytes);
+        EXPECT_EQ(IsUtf8(bytes), length == std::string_view(bytes).size() || length == 1);
     }
 }
 

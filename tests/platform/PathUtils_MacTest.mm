@@ -46,6 +46,7 @@ TEST_F(PathUtils_MacTest, TheModuleIsTheMainBundle) {
 TEST_F(PathUtils_MacTest, CreatingAnExistingFolderSucceeds) {
     EXPECT_TRUE([PathUtils_Mac CreateDirectory:In("a")]);
     EXPECT_TRUE([PathUtils_Mac CreateDirectory:In("a")]);
+    EXPECT_TRUE([PathUtils_Mac CreateDirectory:@"/"]);
 }
 
 TEST_F(PathUtils_MacTest, NamesOfEveryScriptAreFiles) {

@@ -52,6 +52,7 @@ constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
 void ExpectRefused(NSError* error, const std::string& reason) {
     ASSERT_NE(error, nil);
     EXPECT_EQ(Text([error domain]), "Refused");
+    EXPECT_EQ([error code], 0);
     EXPECT_NE(Text([error localizedDescription]).find(reason), std::string::npos)
         << Text([error localizedDescription]);
 }

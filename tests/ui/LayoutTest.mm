@@ -234,6 +234,21 @@ TEST_P(TextsAndColours, DecideVisibilityAndTitles) {
 
 INSTANTIATE_TEST_SUITE_P(All, TextsAndColours, testing::Range(0, 64));
 
+TEST(Buttons, ComeBackWithTheirColoursWhenTheyGetTextsAgain) {
+    for (const bool orange : {true, false}) {
+        QWStyleAlert* alert = NewAlert();
+        [alert setOkButtonIsOrange:orange];
+        [alert setCancelButtonIsOrange:orange];
+        [alert setIgnoreButtonIsOrange:orange];
+        [alert setButtonsTexts:@"":@"":@""];
+        [alert setButtonsTexts:@"OK":@"Cancel":@"Ignore"];
+        for (const Pair& pair : kAllPairs) {
+            EXPECT_EQ(IsShown(alert, pair.orange), orange) << Text(pair.orange);
+            EXPECT_EQ(IsShown(alert, pair.plain), !orange) << Text(pair.plain);
+        }
+    }
+}
+
 TEST(ButtonTitles, AreWhite) {
     QWStyleAlert* alert = NewAlert();
     [alert setButtonsTexts:@"Yes":@"No":@"Later"];
@@ -387,15 +402,19 @@ TEST(LongForm, ShowsItsTextsInTheFileThatItNames) {
 }
 
 TEST(LongForm, OrangeButtonsAreTheOnesThatItNames) {
-    Question question;
-    question.isCancelOrange = YES;
-    AskAndLook([&] { return Ask(question); },
-               [](QWStyleAlert* alert) {
-                   EXPECT_TRUE(IsShown(alert, @"okButton"));
-                   EXPECT_TRUE(IsShown(alert, @"cancelButtonOrange"));
-                   EXPECT_TRUE(IsShown(alert, @"ignoreButton"));
-                   EXPECT_FALSE(IsShown(alert, @"cancelButton"));
-               });
+    for (const int named : {0, 1, 2}) {
+        Question question;
+        question.isOkOrange = named == 0;
+        question.isCancelOrange = named == 1;
+        question.isIgnoreOrange = named == 2;
+        AskAndLook([&] { return Ask(question); },
+                   [&](QWStyleAlert* alert) {
+                       for (const int i : {0, 1, 2}) {
+                           EXPECT_EQ(IsShown(alert, kAllPairs[i].orange), i == named);
+                           EXPECT_EQ(IsShown(alert, kAllPairs[i].plain), i != named);
+                       }
+                   });
+    }
 }
 
 TEST(LongForm, KeepsTheFilesFrameUnlessItGetsOne) {

@@ -360,8 +360,11 @@ TEST(ButtonCell, IsBlackWhileHighlighted) {
         [button lockFocus];
         NSColor* atRest = [[[[button cell] backgroundColor] copy] autorelease];
         [[button cell] highlight:YES withFrame:[button bounds] inView:button];
+        EXPECT_TRUE([[button cell] isHighlighted]);
         EXPECT_TRUE([[[button cell] backgroundColor] isEqual:[NSColor blackColor]]);
+        [[button cell] setBackgroundColor:[NSColor redColor]];
         [[button cell] highlight:NO withFrame:[button bounds] inView:button];
+        EXPECT_FALSE([[button cell] isHighlighted]);
         EXPECT_TRUE([[[button cell] backgroundColor] isEqual:atRest]);
         [button unlockFocus];
     }
