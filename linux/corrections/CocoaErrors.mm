@@ -55,77 +55,58 @@ NSInteger CodeOf(FileAction action, int posixError) {
     return IsReading(action) ? known.reading : known.writing;
 }
 
-/// The sentence of a failure, with "N" for the item's name and "F" for a folder's.
+/// The sentence of a failure, with %@ for the item's name, then for a folder's.
 NSString* Sentence(FileAction action, NSInteger code) {
     switch (code) {
         case NSFileReadNoSuchFileError:
             return action == FileAction::List
-                       ? @"The folder “N” doesn’t exist."
-                       : @"The file “N” couldn’t be opened because there is no such file.";
+                       ? @"The folder “%@” doesn’t exist."
+                       : @"The file “%@” couldn’t be opened because there is no such file.";
         case NSFileReadNoPermissionError:
-            return @"The file “N” couldn’t be opened because you don’t have permission to view it.";
+            return @"The file “%@” couldn’t be opened because you don’t have permission to view "
+                   @"it.";
         case NSFileNoSuchFileError:
             if (action == FileAction::Remove) {
-                return @"“N” couldn’t be removed.";
+                return @"“%@” couldn’t be removed.";
             }
             // A Mac's own oddity: what it calls a folder is the file.
-            return action == FileAction::WriteAtomically ? @"The folder “N” doesn’t exist."
-                                                         : @"The file “N” doesn’t exist.";
+            return action == FileAction::WriteAtomically ? @"The folder “%@” doesn’t exist."
+                                                         : @"The file “%@” doesn’t exist.";
         case NSFileWriteNoPermissionError:
             if (action == FileAction::Remove) {
-                return @"“N” couldn’t be removed because you don’t have permission to access it.";
+                return @"“%@” couldn’t be removed because you don’t have permission to access it.";
             }
             return action == FileAction::Copy
-                       ? @"“N” couldn’t be copied because you don’t have permission to access “F”."
-                       : @"You don’t have permission to save the file “N” in the folder “F”.";
+                       ? @"“%@” couldn’t be copied because you don’t have permission to access "
+                         @"“%@”."
+                       : @"You don’t have permission to save the file “%@” in the folder “%@”.";
         default:
             break;
     }
     switch (action) {
         case FileAction::Read:
         case FileAction::List:
-            return @"The file “N” couldn’t be opened.";
+            return @"The file “%@” couldn’t be opened.";
         case FileAction::Remove:
-            return @"“N” couldn’t be removed.";
+            return @"“%@” couldn’t be removed.";
         case FileAction::Copy:
             return code == NSFileWriteFileExistsError
-                       ? @"“N” couldn’t be copied to “F” because an item with the same name "
+                       ? @"“%@” couldn’t be copied to “%@” because an item with the same name "
                          @"already exists."
-                       : @"“N” couldn’t be copied to “F”.";
+                       : @"“%@” couldn’t be copied to “%@”.";
         default:
-            return @"The file “N” couldn’t be saved in the folder “F”.";
+            return @"The file “%@” couldn’t be saved in the folder “%@”.";
     }
 }
 
-NSString* Quoted(NSString* path) {
-    return [NSString stringWithFormat:@"“%@”", path == nil ? @"" : [path lastPathComponent]];
-}
-
-/// componentsSeparatedByString: searches by Unicode's rules, which takes fifty times as long.
-NSArray* PartsAround(NSString* mark, NSString* text) {
-    NSMutableArray* parts = [NSMutableArray array];
-    NSUInteger start = 0;
-    for (;;) {
-        const NSRange found = [text rangeOfString:mark
-                                          options:NSLiteralSearch
-                                            range:NSMakeRange(start, [text length] - start)];
-        if (found.location == NSNotFound) {
-            [parts addObject:[text substringFromIndex:start]];
-            return parts;
-        }
-        [parts addObject:[text substringWithRange:NSMakeRange(start, found.location - start)]];
-        start = NSMaxRange(found);
-    }
+/// Nothing for no path.
+NSString* NameOf(NSString* path) {
+    return path == nil ? @"" : [path lastPathComponent];
 }
 
 NSString* Filled(NSString* sentence, NSString* path, NSString* target) {
     NSString* folder = [(target == nil ? path : target) stringByDeletingLastPathComponent];
-    NSMutableArray* parts = [NSMutableArray array];
-    // Part by part: a name may hold what stands for the other one.
-    for (NSString* part in PartsAround(@"“N”", sentence)) {
-        [parts addObject:[PartsAround(@"“F”", part) componentsJoinedByString:Quoted(folder)]];
-    }
-    return [parts componentsJoinedByString:Quoted(path)];
+    return [NSString stringWithFormat:sentence, NameOf(path), NameOf(folder)];
 }
 
 NSError* InnerError(FileAction action, int posixError) {
@@ -164,8 +145,8 @@ NSError* FileError(NSInteger code, NSString* sentence, NSString* path, NSDiction
 NSString* EncodingSentence(NSDictionary* userInfo) {
     const auto encoding = static_cast<NSStringEncoding>(
         [[userInfo objectForKey:NSStringEncodingErrorKey] unsignedLongValue]);
-    return [NSString stringWithFormat:@"The file %@ couldn’t be opened using text encoding %@.",
-                                      Quoted([userInfo objectForKey:NSFilePathErrorKey]),
+    return [NSString stringWithFormat:@"The file “%@” couldn’t be opened using text encoding %@.",
+                                      NameOf([userInfo objectForKey:NSFilePathErrorKey]),
                                       encoding == NSUTF8StringEncoding
                                           ? @"Unicode (UTF-8)"
                                           : [NSString localizedNameOfStringEncoding:encoding]];
@@ -188,8 +169,18 @@ NSString* KnownText(NSError* error) {
     return [NSString stringWithUTF8String:std::strerror(number)];
 }
 
-/// The user info, sorted by key so that equal errors print alike. An inner error stands in braces,
-/// without the address that Apple puts before it: no two runs would log the same line.
+/// An inner error stands in braces, without the address that Apple puts before it: no two runs would
+/// log the same line. An array prints an entry a line.
+NSString* Printed(id value) {
+    if ([value isKindOfClass:[NSArray class]]) {
+        NSString* lines = [value componentsJoinedByString:@",\n    "];
+        return [NSString stringWithFormat:@"(\n    %@\n)", lines];
+    }
+    const BOOL isError = [value isKindOfClass:[NSError class]];
+    return isError ? [NSString stringWithFormat:@"{%@}", value] : value;
+}
+
+/// The user info, sorted by key so that equal errors print alike.
 NSString* UserInfoText(NSDictionary* userInfo) {
     NSMutableArray* entries = [NSMutableArray array];
     for (NSString* key in [[userInfo allKeys] sortedArrayUsingSelector:@selector(compare:)]) {
@@ -197,9 +188,8 @@ NSString* UserInfoText(NSDictionary* userInfo) {
         if ([key isEqual:NSLocalizedDescriptionKey]) {
             continue;
         }
-        id value = [userInfo objectForKey:key];
-        NSString* format = [value isKindOfClass:[NSError class]] ? @"%@={%@}" : @"%@=%@";
-        [entries addObject:[NSString stringWithFormat:format, key, value]];
+        [entries addObject:[NSString stringWithFormat:@"%@=%@", key,
+                                                      Printed([userInfo objectForKey:key])]];
     }
     return [entries componentsJoinedByString:@", "];
 }
