@@ -70,8 +70,8 @@ NSString* Sentence(FileAction action, NSInteger code) {
                 return @"“%@” couldn’t be removed.";
             }
             // A Mac's own oddity: what it calls a folder is the file.
-            return action == FileAction::WriteAtomically ? @"The folder “%@” doesn’t exist."
-                                                         : @"The file “%@” doesn’t exist.";
+            return action == FileAction::Write ? @"The folder “%@” doesn’t exist."
+                                               : @"The file “%@” doesn’t exist.";
         case NSFileWriteNoPermissionError:
             if (action == FileAction::Remove) {
                 return @"“%@” couldn’t be removed because you don’t have permission to access it.";
@@ -131,33 +131,14 @@ NSString* Variant(FileAction action) {
     }
 }
 
-NSError* FileError(NSInteger code, NSString* sentence, NSString* path, NSDictionary* more) {
-    NSMutableDictionary* info = [NSMutableDictionary dictionaryWithDictionary:more];
-    [info setObject:sentence forKey:NSLocalizedDescriptionKey];
-    if (path != nil) {
-        [info setObject:path forKey:NSFilePathErrorKey];
-    }
-    return [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info];
-}
-
-/// Of a text that is not in the encoding asked for: written when it is asked for, so that who makes
-/// such an error need not know it.
-NSString* EncodingSentence(NSDictionary* userInfo) {
-    const auto encoding = static_cast<NSStringEncoding>(
-        [[userInfo objectForKey:NSStringEncodingErrorKey] unsignedLongValue]);
-    return [NSString stringWithFormat:@"The file “%@” couldn’t be opened using text encoding %@.",
-                                      NameOf([userInfo objectForKey:NSFilePathErrorKey]),
-                                      encoding == NSUTF8StringEncoding
-                                          ? @"Unicode (UTF-8)"
-                                          : [NSString localizedNameOfStringEncoding:encoding]];
-}
-
 /// What is known of an error by its domain and number.
 NSString* KnownText(NSError* error) {
     NSString* domain = [error domain];
     const NSInteger code = [error code];
     if ([domain isEqual:NSCocoaErrorDomain] && code == NSFileReadInapplicableStringEncodingError) {
-        return EncodingSentence([error userInfo]);
+        // Written here, so that who makes such an error need not know it.
+        return Filled(@"The file “%@” couldn’t be opened using text encoding Unicode (UTF-8).",
+                      [[error userInfo] objectForKey:NSFilePathErrorKey], nil);
     }
     if ([domain isEqual:NSOSStatusErrorDomain] && code == kMissingFileStatus) {
         return kMissingFile;
@@ -201,7 +182,12 @@ BOOL Fail(NSError** slot, FileAction action, int posixError, NSString* path, NSS
         return NO;
     }
     const NSInteger code = CodeOf(action, posixError);
-    NSMutableDictionary* info = [NSMutableDictionary dictionary];
+    NSMutableDictionary* info =
+        [NSMutableDictionary dictionaryWithObject:Filled(Sentence(action, code), path, target)
+                                           forKey:NSLocalizedDescriptionKey];
+    if (path != nil) {
+        [info setObject:path forKey:NSFilePathErrorKey];
+    }
     if (posixError != kInvalidName) {
         [info setObject:InnerError(action, posixError) forKey:NSUnderlyingErrorKey];
     }
@@ -212,24 +198,19 @@ BOOL Fail(NSError** slot, FileAction action, int posixError, NSString* path, NSS
         [info setObject:path forKey:@"NSSourceFilePathErrorKey"];
         [info setObject:target forKey:@"NSDestinationFilePath"];
     }
-    *slot = FileError(code, Filled(Sentence(action, code), path, target), path, info);
+    *slot = [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info];
     return NO;
 }
 
-BOOL FailEncoding(NSError** slot, FileAction action, NSStringEncoding encoding, NSString* path) {
-    if (slot == nullptr) {
-        return NO;
+void FailEncoding(NSError** slot, NSStringEncoding encoding, NSString* path) {
+    if (slot != nullptr) {
+        *slot = [NSError errorWithDomain:NSCocoaErrorDomain
+                                    code:NSFileReadInapplicableStringEncodingError
+                                userInfo:@{
+                                    NSStringEncodingErrorKey : @(encoding),
+                                    NSFilePathErrorKey : path
+                                }];
     }
-    NSMutableDictionary* info =
-        [NSMutableDictionary dictionaryWithObject:[NSNumber numberWithUnsignedLong:encoding]
-                                           forKey:NSStringEncodingErrorKey];
-    [info setObject:path forKey:NSFilePathErrorKey];
-    const NSInteger code = IsReading(action) ? NSFileReadInapplicableStringEncodingError
-                                             : NSFileWriteInapplicableStringEncodingError;
-    *slot = IsReading(action)
-                ? [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info]
-                : FileError(code, Filled(Sentence(action, code), path, nil), path, info);
-    return NO;
 }
 
 @implementation NSError (MacDescription)

@@ -160,17 +160,6 @@ int WriteAtomically(const std::string& path, const void* bytes, size_t length) {
     return error;
 }
 
-int WriteInPlace(const std::string& path, const void* bytes, size_t length) {
-    Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-    if (!file) {
-        return errno;
-    }
-    if (const int error = WriteFully(file.get(), bytes, length)) {
-        return error;
-    }
-    return file.Close() ? 0 : errno;
-}
-
 int CopyBytes(int source, int target) {
     std::array<char, kBufferSize> buffer;
     for (;;) {
