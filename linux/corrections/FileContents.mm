@@ -9,7 +9,6 @@
 
 namespace {
 
-const std::string kMark = "\xEF\xBB\xBF";
 const std::string kReplacementCharacter = "\xEF\xBF\xBD";
 constexpr char kTolerated = '\xA9';
 
@@ -39,35 +38,6 @@ std::string Tolerated(const std::string& bytes) {
         }
     }
     return text;
-}
-
-id InitWithBytes(NSString* string, const std::string& bytes, size_t start,
-                 NSStringEncoding encoding) {
-    return [string initWithBytes:bytes.data() + start
-                          length:bytes.size() - start
-                        encoding:encoding];
-}
-
-/// Makes no copy of the text on the way: files may be large. One mark at the start is no character;
-/// GNUstep drops one by itself, so that a second one is put back.
-id InitDecoded(NSString* string, const std::string& bytes, NSStringEncoding encoding) {
-    if (encoding != NSUTF8StringEncoding || bytes.compare(0, kMark.size(), kMark) != 0) {
-        return InitWithBytes(string, bytes, 0, encoding);
-    }
-    size_t start = kMark.size();
-    NSMutableString* marks = [NSMutableString string];
-    for (; bytes.compare(start, kMark.size(), kMark) == 0; start += kMark.size()) {
-        [marks appendString:@"\uFEFF"];
-    }
-    if ([marks length] == 0) {
-        return InitWithBytes(string, bytes, start, encoding);
-    }
-    NSString* text = [InitWithBytes([NSString alloc], bytes, start, encoding) autorelease];
-    if (text == nil) {
-        [string release];
-        return nil;
-    }
-    return [string initWithString:[marks stringByAppendingString:text]];
 }
 
 }  // namespace
@@ -127,7 +97,7 @@ BOOL ReadFile(NSString* path, std::string& bytes, NSError** error) {
     if (encoding == NSUTF8StringEncoding && bytes.find(kTolerated) != std::string::npos) {
         bytes = Tolerated(bytes);
     }
-    self = InitDecoded(self, bytes, encoding);
+    self = [self initWithBytes:bytes.data() length:bytes.size() encoding:encoding];
     if (self == nil) {
         FailEncoding(error, encoding, path);
     }
