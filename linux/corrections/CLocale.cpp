@@ -10,6 +10,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <cwchar>
+#include <type_traits>
 
 namespace {
 
@@ -23,16 +24,15 @@ bool IsNamed() {
 }
 
 /// Between bytes and characters of the same values; nothing is written where `to` is null.
-template <typename Value, typename To, typename From>
+template <typename To, typename From>
 size_t Convert(To* to, const From* from, size_t room) {
     size_t count = 0;
     for (; (to == nullptr || count < room) && from[count] != 0; ++count) {
-        const auto value = static_cast<Value>(from[count]);
-        if (value > UCHAR_MAX) {
+        if (static_cast<std::make_unsigned_t<From>>(from[count]) > UCHAR_MAX) {
             return static_cast<size_t>(-1);
         }
         if (to != nullptr) {
-            to[count] = static_cast<To>(value);
+            to[count] = static_cast<To>(static_cast<unsigned char>(from[count]));
         }
     }
     if (to != nullptr && count < room) {
@@ -51,10 +51,10 @@ extern "C" char* setlocale(int category, const char* locale) {
 
 extern "C" size_t mbstowcs(wchar_t* wide, const char* bytes, size_t room) {
     static const auto original = Next<decltype(mbstowcs)>("mbstowcs");
-    return IsNamed() ? original(wide, bytes, room) : Convert<unsigned char>(wide, bytes, room);
+    return IsNamed() ? original(wide, bytes, room) : Convert(wide, bytes, room);
 }
 
 extern "C" size_t wcstombs(char* bytes, const wchar_t* wide, size_t room) {
     static const auto original = Next<decltype(wcstombs)>("wcstombs");
-    return IsNamed() ? original(bytes, wide, room) : Convert<unsigned>(bytes, wide, room);
+    return IsNamed() ? original(bytes, wide, room) : Convert(bytes, wide, room);
 }

@@ -62,7 +62,7 @@ int CopyFolder(const std::string& source, const struct stat& info, const std::st
     }
     int error = ListFolder(source, names);
     for (auto name = names.begin(); error == 0 && name != names.end(); ++name) {
-        error = CopyItem(source + '/' + *name, target + '/' + *name);
+        error = CopyItem(fs::path(source) / *name, fs::path(target) / *name);
         error = error == ENOENT ? 0 : error;
     }
     if (error == 0) {
@@ -103,7 +103,7 @@ int RemoveItem(const std::string& path, dev_t disk) {
         return error;
     }
     for (const std::string& name : names) {
-        const int error = RemoveItem(path + '/' + name, disk);
+        const int error = RemoveItem(fs::path(path) / name, disk);
         if (error != 0 && error != ENOENT && error != ENOTDIR) {
             return error;
         }
