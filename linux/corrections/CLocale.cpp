@@ -6,9 +6,11 @@
 //  - On a Mac every byte is a character of the same value in it; glibc refuses those above 127.
 #include <dlfcn.h>
 
+#include <climits>
 #include <clocale>
 #include <cstdlib>
 #include <cwchar>
+#include <type_traits>
 
 namespace {
 
@@ -21,6 +23,24 @@ bool IsNamed() {
     return MB_CUR_MAX > 1;  // no language of one byte a character is known by name here
 }
 
+/// Between bytes and characters of the same values; nothing is written where `to` is null.
+template <typename To, typename From>
+size_t Convert(To* to, const From* from, size_t room) {
+    size_t count = 0;
+    for (; (to == nullptr || count < room) && from[count] != 0; ++count) {
+        if (static_cast<std::make_unsigned_t<From>>(from[count]) > UCHAR_MAX) {
+            return static_cast<size_t>(-1);
+        }
+        if (to != nullptr) {
+            to[count] = static_cast<To>(static_cast<unsigned char>(from[count]));
+        }
+    }
+    if (to != nullptr && count < room) {
+        to[count] = 0;
+    }
+    return count;
+}
+
 }  // namespace
 
 extern "C" char* setlocale(int category, const char* locale) {
@@ -31,37 +51,10 @@ extern "C" char* setlocale(int category, const char* locale) {
 
 extern "C" size_t mbstowcs(wchar_t* wide, const char* bytes, size_t room) {
     static const auto original = Next<decltype(mbstowcs)>("mbstowcs");
-    if (IsNamed()) {
-        return original(wide, bytes, room);
-    }
-    size_t count = 0;
-    for (; (wide == nullptr || count < room) && bytes[count] != '\0'; ++count) {
-        if (wide != nullptr) {
-            wide[count] = static_cast<unsigned char>(bytes[count]);
-        }
-    }
-    if (wide != nullptr && count < room) {
-        wide[count] = L'\0';
-    }
-    return count;
+    return IsNamed() ? original(wide, bytes, room) : Convert(wide, bytes, room);
 }
 
 extern "C" size_t wcstombs(char* bytes, const wchar_t* wide, size_t room) {
     static const auto original = Next<decltype(wcstombs)>("wcstombs");
-    if (IsNamed()) {
-        return original(bytes, wide, room);
-    }
-    size_t count = 0;
-    for (; (bytes == nullptr || count < room) && wide[count] != L'\0'; ++count) {
-        if (static_cast<unsigned>(wide[count]) > 255) {
-            return static_cast<size_t>(-1);
-        }
-        if (bytes != nullptr) {
-            bytes[count] = static_cast<char>(wide[count]);
-        }
-    }
-    if (bytes != nullptr && count < room) {
-        bytes[count] = '\0';
-    }
-    return count;
+    return IsNamed() ? original(bytes, wide, room) : Convert(bytes, wide, room);
 }

@@ -5,7 +5,7 @@
 // Errors of file operations as Apple's Foundation reports them: NSCocoaErrorDomain, Apple's codes
 // and sentences, with the path and the POSIX error below it in the user info.
 
-enum class FileAction { Read, List, Write, WriteAtomically, MakeFolder, Copy, Remove };
+enum class FileAction { Read, List, Write, MakeFolder, Copy, Remove };
 
 /// No errno: a path that no file can have.
 constexpr int kInvalidName = 0;
@@ -16,5 +16,5 @@ constexpr int kInvalidName = 0;
 BOOL Fail(NSError** slot, FileAction action, int posixError, NSString* path,
           NSString* target = nil);
 
-/// The same for text that its encoding does not suit.
-BOOL FailEncoding(NSError** slot, FileAction action, NSStringEncoding encoding, NSString* path);
+/// Stores the error of a file that is no text in the encoding asked for.
+void FailEncoding(NSError** slot, NSStringEncoding encoding, NSString* path);

@@ -55,77 +55,58 @@ NSInteger CodeOf(FileAction action, int posixError) {
     return IsReading(action) ? known.reading : known.writing;
 }
 
-/// The sentence of a failure, with "N" for the item's name and "F" for a folder's.
+/// The sentence of a failure, with %@ for the item's name, then for a folder's.
 NSString* Sentence(FileAction action, NSInteger code) {
     switch (code) {
         case NSFileReadNoSuchFileError:
             return action == FileAction::List
-                       ? @"The folder “N” doesn’t exist."
-                       : @"The file “N” couldn’t be opened because there is no such file.";
+                       ? @"The folder “%@” doesn’t exist."
+                       : @"The file “%@” couldn’t be opened because there is no such file.";
         case NSFileReadNoPermissionError:
-            return @"The file “N” couldn’t be opened because you don’t have permission to view it.";
+            return @"The file “%@” couldn’t be opened because you don’t have permission to view "
+                   @"it.";
         case NSFileNoSuchFileError:
             if (action == FileAction::Remove) {
-                return @"“N” couldn’t be removed.";
+                return @"“%@” couldn’t be removed.";
             }
             // A Mac's own oddity: what it calls a folder is the file.
-            return action == FileAction::WriteAtomically ? @"The folder “N” doesn’t exist."
-                                                         : @"The file “N” doesn’t exist.";
+            return action == FileAction::Write ? @"The folder “%@” doesn’t exist."
+                                               : @"The file “%@” doesn’t exist.";
         case NSFileWriteNoPermissionError:
             if (action == FileAction::Remove) {
-                return @"“N” couldn’t be removed because you don’t have permission to access it.";
+                return @"“%@” couldn’t be removed because you don’t have permission to access it.";
             }
             return action == FileAction::Copy
-                       ? @"“N” couldn’t be copied because you don’t have permission to access “F”."
-                       : @"You don’t have permission to save the file “N” in the folder “F”.";
+                       ? @"“%@” couldn’t be copied because you don’t have permission to access "
+                         @"“%@”."
+                       : @"You don’t have permission to save the file “%@” in the folder “%@”.";
         default:
             break;
     }
     switch (action) {
         case FileAction::Read:
         case FileAction::List:
-            return @"The file “N” couldn’t be opened.";
+            return @"The file “%@” couldn’t be opened.";
         case FileAction::Remove:
-            return @"“N” couldn’t be removed.";
+            return @"“%@” couldn’t be removed.";
         case FileAction::Copy:
             return code == NSFileWriteFileExistsError
-                       ? @"“N” couldn’t be copied to “F” because an item with the same name "
+                       ? @"“%@” couldn’t be copied to “%@” because an item with the same name "
                          @"already exists."
-                       : @"“N” couldn’t be copied to “F”.";
+                       : @"“%@” couldn’t be copied to “%@”.";
         default:
-            return @"The file “N” couldn’t be saved in the folder “F”.";
+            return @"The file “%@” couldn’t be saved in the folder “%@”.";
     }
 }
 
-NSString* Quoted(NSString* path) {
-    return [NSString stringWithFormat:@"“%@”", path == nil ? @"" : [path lastPathComponent]];
-}
-
-/// componentsSeparatedByString: searches by Unicode's rules, which takes fifty times as long.
-NSArray* PartsAround(NSString* mark, NSString* text) {
-    NSMutableArray* parts = [NSMutableArray array];
-    NSUInteger start = 0;
-    for (;;) {
-        const NSRange found = [text rangeOfString:mark
-                                          options:NSLiteralSearch
-                                            range:NSMakeRange(start, [text length] - start)];
-        if (found.location == NSNotFound) {
-            [parts addObject:[text substringFromIndex:start]];
-            return parts;
-        }
-        [parts addObject:[text substringWithRange:NSMakeRange(start, found.location - start)]];
-        start = NSMaxRange(found);
-    }
+/// Nothing for no path.
+NSString* NameOf(NSString* path) {
+    return path == nil ? @"" : [path lastPathComponent];
 }
 
 NSString* Filled(NSString* sentence, NSString* path, NSString* target) {
     NSString* folder = [(target == nil ? path : target) stringByDeletingLastPathComponent];
-    NSMutableArray* parts = [NSMutableArray array];
-    // Part by part: a name may hold what stands for the other one.
-    for (NSString* part in PartsAround(@"“N”", sentence)) {
-        [parts addObject:[PartsAround(@"“F”", part) componentsJoinedByString:Quoted(folder)]];
-    }
-    return [parts componentsJoinedByString:Quoted(path)];
+    return [NSString stringWithFormat:sentence, NameOf(path), NameOf(folder)];
 }
 
 NSError* InnerError(FileAction action, int posixError) {
@@ -150,33 +131,14 @@ NSString* Variant(FileAction action) {
     }
 }
 
-NSError* FileError(NSInteger code, NSString* sentence, NSString* path, NSDictionary* more) {
-    NSMutableDictionary* info = [NSMutableDictionary dictionaryWithDictionary:more];
-    [info setObject:sentence forKey:NSLocalizedDescriptionKey];
-    if (path != nil) {
-        [info setObject:path forKey:NSFilePathErrorKey];
-    }
-    return [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info];
-}
-
-/// Of a text that is not in the encoding asked for: written when it is asked for, so that who makes
-/// such an error need not know it.
-NSString* EncodingSentence(NSDictionary* userInfo) {
-    const auto encoding = static_cast<NSStringEncoding>(
-        [[userInfo objectForKey:NSStringEncodingErrorKey] unsignedLongValue]);
-    return [NSString stringWithFormat:@"The file %@ couldn’t be opened using text encoding %@.",
-                                      Quoted([userInfo objectForKey:NSFilePathErrorKey]),
-                                      encoding == NSUTF8StringEncoding
-                                          ? @"Unicode (UTF-8)"
-                                          : [NSString localizedNameOfStringEncoding:encoding]];
-}
-
 /// What is known of an error by its domain and number.
 NSString* KnownText(NSError* error) {
     NSString* domain = [error domain];
     const NSInteger code = [error code];
     if ([domain isEqual:NSCocoaErrorDomain] && code == NSFileReadInapplicableStringEncodingError) {
-        return EncodingSentence([error userInfo]);
+        // Written here, so that who makes such an error need not know it.
+        return Filled(@"The file “%@” couldn’t be opened using text encoding Unicode (UTF-8).",
+                      [[error userInfo] objectForKey:NSFilePathErrorKey], nil);
     }
     if ([domain isEqual:NSOSStatusErrorDomain] && code == kMissingFileStatus) {
         return kMissingFile;
@@ -188,8 +150,18 @@ NSString* KnownText(NSError* error) {
     return [NSString stringWithUTF8String:std::strerror(number)];
 }
 
-/// The user info, sorted by key so that equal errors print alike. An inner error stands in braces,
-/// without the address that Apple puts before it: no two runs would log the same line.
+/// An inner error stands in braces, without the address that Apple puts before it: no two runs would
+/// log the same line. An array prints an entry a line.
+NSString* Printed(id value) {
+    if ([value isKindOfClass:[NSArray class]]) {
+        NSString* lines = [value componentsJoinedByString:@",\n    "];
+        return [NSString stringWithFormat:@"(\n    %@\n)", lines];
+    }
+    const BOOL isError = [value isKindOfClass:[NSError class]];
+    return isError ? [NSString stringWithFormat:@"{%@}", value] : value;
+}
+
+/// The user info, sorted by key so that equal errors print alike.
 NSString* UserInfoText(NSDictionary* userInfo) {
     NSMutableArray* entries = [NSMutableArray array];
     for (NSString* key in [[userInfo allKeys] sortedArrayUsingSelector:@selector(compare:)]) {
@@ -197,9 +169,8 @@ NSString* UserInfoText(NSDictionary* userInfo) {
         if ([key isEqual:NSLocalizedDescriptionKey]) {
             continue;
         }
-        id value = [userInfo objectForKey:key];
-        NSString* format = [value isKindOfClass:[NSError class]] ? @"%@={%@}" : @"%@=%@";
-        [entries addObject:[NSString stringWithFormat:format, key, value]];
+        [entries addObject:[NSString stringWithFormat:@"%@=%@", key,
+                                                      Printed([userInfo objectForKey:key])]];
     }
     return [entries componentsJoinedByString:@", "];
 }
@@ -211,7 +182,12 @@ BOOL Fail(NSError** slot, FileAction action, int posixError, NSString* path, NSS
         return NO;
     }
     const NSInteger code = CodeOf(action, posixError);
-    NSMutableDictionary* info = [NSMutableDictionary dictionary];
+    NSMutableDictionary* info =
+        [NSMutableDictionary dictionaryWithObject:Filled(Sentence(action, code), path, target)
+                                           forKey:NSLocalizedDescriptionKey];
+    if (path != nil) {
+        [info setObject:path forKey:NSFilePathErrorKey];
+    }
     if (posixError != kInvalidName) {
         [info setObject:InnerError(action, posixError) forKey:NSUnderlyingErrorKey];
     }
@@ -222,24 +198,19 @@ BOOL Fail(NSError** slot, FileAction action, int posixError, NSString* path, NSS
         [info setObject:path forKey:@"NSSourceFilePathErrorKey"];
         [info setObject:target forKey:@"NSDestinationFilePath"];
     }
-    *slot = FileError(code, Filled(Sentence(action, code), path, target), path, info);
+    *slot = [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info];
     return NO;
 }
 
-BOOL FailEncoding(NSError** slot, FileAction action, NSStringEncoding encoding, NSString* path) {
-    if (slot == nullptr) {
-        return NO;
+void FailEncoding(NSError** slot, NSStringEncoding encoding, NSString* path) {
+    if (slot != nullptr) {
+        *slot = [NSError errorWithDomain:NSCocoaErrorDomain
+                                    code:NSFileReadInapplicableStringEncodingError
+                                userInfo:@{
+                                    NSStringEncodingErrorKey : @(encoding),
+                                    NSFilePathErrorKey : path
+                                }];
     }
-    NSMutableDictionary* info =
-        [NSMutableDictionary dictionaryWithObject:[NSNumber numberWithUnsignedLong:encoding]
-                                           forKey:NSStringEncodingErrorKey];
-    [info setObject:path forKey:NSFilePathErrorKey];
-    const NSInteger code = IsReading(action) ? NSFileReadInapplicableStringEncodingError
-                                             : NSFileWriteInapplicableStringEncodingError;
-    *slot = IsReading(action)
-                ? [NSError errorWithDomain:NSCocoaErrorDomain code:code userInfo:info]
-                : FileError(code, Filled(Sentence(action, code), path, nil), path, info);
-    return NO;
 }
 
 @implementation NSError (MacDescription)

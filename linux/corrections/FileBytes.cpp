@@ -23,14 +23,6 @@ namespace {
 constexpr size_t kBufferSize = size_t{64} * 1024;
 constexpr off_t kLargestFile = INT_MAX;
 
-ssize_t ReadSome(int source, void* buffer, size_t length) {
-    ssize_t count;
-    do {
-        count = read(source, buffer, length);
-    } while (count < 0 && errno == EINTR);
-    return count;
-}
-
 /// Writes the whole buffer, however many calls it takes.
 int WriteFully(int target, const void* bytes, size_t length) {
     const char* next = static_cast<const char*>(bytes);
@@ -132,7 +124,7 @@ int ReadFileBytes(const std::string& path, std::string& bytes) {
     bytes.reserve(static_cast<size_t>(info.st_size));
     std::array<char, kBufferSize> buffer;
     for (;;) {
-        const ssize_t count = ReadSome(file.get(), buffer.data(), buffer.size());
+        const ssize_t count = TEMP_FAILURE_RETRY(read(file.get(), buffer.data(), buffer.size()));
         if (count <= 0) {
             return count == 0 ? 0 : errno;
         }
@@ -160,21 +152,10 @@ int WriteAtomically(const std::string& path, const void* bytes, size_t length) {
     return error;
 }
 
-int WriteInPlace(const std::string& path, const void* bytes, size_t length) {
-    Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-    if (!file) {
-        return errno;
-    }
-    if (const int error = WriteFully(file.get(), bytes, length)) {
-        return error;
-    }
-    return file.Close() ? 0 : errno;
-}
-
 int CopyBytes(int source, int target) {
     std::array<char, kBufferSize> buffer;
     for (;;) {
-        const ssize_t count = ReadSome(source, buffer.data(), buffer.size());
+        const ssize_t count = TEMP_FAILURE_RETRY(read(source, buffer.data(), buffer.size()));
         if (count <= 0) {
             return count == 0 ? 0 : errno;
         }

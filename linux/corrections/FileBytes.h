@@ -10,12 +10,10 @@
 /// EISDIR, a pipe or a device ENOTSUP, so that nothing waits for a writer. 2 GiB and more is EFBIG.
 int ReadFileBytes(const std::string& path, std::string& bytes);
 
-/// Writes into the file at the path, which is made when missing with 0666 less the umask.
-int WriteInPlace(const std::string& path, const void* bytes, size_t length);
-
 /// Writes a new file beside the path, flushes it to the disk and lets it take the path's place: all
-/// or nothing. It takes the mode of the regular file that it replaces; a symbolic link is replaced
-/// itself, by a file with the mode of what it leads to. After a failure everything is as it was.
+/// or nothing. It takes the mode of the regular file that it replaces, else 0666 less the umask; a
+/// symbolic link is replaced itself, by a file with the mode of what it leads to. After a failure
+/// everything is as it was.
 int WriteAtomically(const std::string& path, const void* bytes, size_t length);
 
 /// Copies everything from one open file to another.

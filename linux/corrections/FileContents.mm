@@ -1,5 +1,6 @@
 // Data and text as files: GNUstep leaves the error slot alone on failure, prints to standard error
-// instead, and reads text by other rules.
+// instead, and reads text by other rules. What is not written atomically is left to it: the program
+// writes nothing so.
 #include "linux/corrections/FileContents.h"
 
 #include "linux/corrections/CocoaErrors.h"
@@ -8,19 +9,16 @@
 
 namespace {
 
-const std::string kMark = "\xEF\xBB\xBF";
 const std::string kReplacementCharacter = "\xEF\xBF\xBD";
 constexpr char kTolerated = '\xA9';
 
-BOOL WriteFile(NSString* path, NSData* bytes, bool atomically, NSError** error) {
-    const FileAction action = atomically ? FileAction::WriteAtomically : FileAction::Write;
+BOOL WriteFile(NSString* path, NSData* bytes, NSError** error) {
     std::string file;
     if (!FileSystemPath(path, file)) {
-        return Fail(error, action, kInvalidName, path);
+        return Fail(error, FileAction::Write, kInvalidName, path);
     }
-    const auto write = atomically ? WriteAtomically : WriteInPlace;
-    const int posixError = write(file, [bytes bytes], [bytes length]);
-    return posixError == 0 || Fail(error, action, posixError, path);
+    const int posixError = WriteAtomically(file, [bytes bytes], [bytes length]);
+    return posixError == 0 || Fail(error, FileAction::Write, posixError, path);
 }
 
 /// How many bytes a character has that begins so.
@@ -40,35 +38,6 @@ std::string Tolerated(const std::string& bytes) {
         }
     }
     return text;
-}
-
-id InitWithBytes(NSString* string, const std::string& bytes, size_t start,
-                 NSStringEncoding encoding) {
-    return [string initWithBytes:bytes.data() + start
-                          length:bytes.size() - start
-                        encoding:encoding];
-}
-
-/// Makes no copy of the text on the way: files may be large. One mark at the start is no character;
-/// GNUstep drops one by itself, so that a second one is put back.
-id InitDecoded(NSString* string, const std::string& bytes, NSStringEncoding encoding) {
-    if (encoding != NSUTF8StringEncoding || bytes.compare(0, kMark.size(), kMark) != 0) {
-        return InitWithBytes(string, bytes, 0, encoding);
-    }
-    size_t start = kMark.size();
-    NSMutableString* marks = [NSMutableString string];
-    for (; bytes.compare(start, kMark.size(), kMark) == 0; start += kMark.size()) {
-        [marks appendString:@"\uFEFF"];
-    }
-    if ([marks length] == 0) {
-        return InitWithBytes(string, bytes, start, encoding);
-    }
-    NSString* text = [InitWithBytes([NSString alloc], bytes, start, encoding) autorelease];
-    if (text == nil) {
-        [string release];
-        return nil;
-    }
-    return [string initWithString:[marks stringByAppendingString:text]];
 }
 
 }  // namespace
@@ -104,11 +73,13 @@ BOOL ReadFile(NSString* path, std::string& bytes, NSError** error) {
 }
 
 - (BOOL)mac_writeToFile:(NSString*)path atomically:(BOOL)atomically {
-    return WriteFile(path, self, atomically, nullptr);
+    return atomically ? WriteFile(path, self, nullptr) : [self mac_writeToFile:path atomically:NO];
 }
 
 - (BOOL)mac_writeToFile:(NSString*)path options:(NSUInteger)options error:(NSError**)error {
-    return WriteFile(path, self, (options & NSDataWritingAtomic) != 0, error);
+    return (options & NSDataWritingAtomic) != 0
+               ? WriteFile(path, self, error)
+               : [self mac_writeToFile:path options:options error:error];
 }
 
 @end
@@ -126,9 +97,9 @@ BOOL ReadFile(NSString* path, std::string& bytes, NSError** error) {
     if (encoding == NSUTF8StringEncoding && bytes.find(kTolerated) != std::string::npos) {
         bytes = Tolerated(bytes);
     }
-    self = InitDecoded(self, bytes, encoding);
+    self = [self initWithBytes:bytes.data() length:bytes.size() encoding:encoding];
     if (self == nil) {
-        FailEncoding(error, FileAction::Read, encoding, path);
+        FailEncoding(error, encoding, path);
     }
     return self;
 }
@@ -138,8 +109,9 @@ BOOL ReadFile(NSString* path, std::string& bytes, NSError** error) {
                encoding:(NSStringEncoding)encoding
                   error:(NSError**)error {
     NSData* bytes = [self dataUsingEncoding:encoding];
-    return bytes == nil ? FailEncoding(error, FileAction::Write, encoding, path)
-                        : WriteFile(path, bytes, atomically, error);
+    return atomically && bytes != nil
+               ? WriteFile(path, bytes, error)
+               : [self mac_writeToFile:path atomically:atomically encoding:encoding error:error];
 }
 
 @end

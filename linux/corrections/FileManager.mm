@@ -51,28 +51,25 @@ NSArray* Listed(NSString* path, int (*list)(const std::string&, std::vector<std:
     return exists;
 }
 
+// Without the folders on the way it is left to GNUstep: the program always asks for them.
 - (BOOL)mac_createDirectoryAtPath:(NSString*)path
       withIntermediateDirectories:(BOOL)intermediates
                        attributes:(NSDictionary*)attributes
                             error:(NSError**)error {
+    if (!intermediates) {
+        return [self mac_createDirectoryAtPath:path
+                   withIntermediateDirectories:NO
+                                    attributes:attributes
+                                         error:error];
+    }
     std::string folder;
     if (!FileSystemPath(path, folder)) {
         return Fail(error, FileAction::MakeFolder, kInvalidName, path);
     }
-    const int mode = ModeOf(attributes);
-    if (intermediates) {
-        std::string failedAt;
-        const int posixError = MakeFolders(folder, mode, failedAt);
-        NSString* failed = failedAt == folder ? path : StringFromFileSystem(failedAt);
-        return posixError == 0 || Fail(error, FileAction::MakeFolder, posixError, failed);
-    }
-    if (mkdir(folder.c_str(), 0777) != 0) {
-        return Fail(error, FileAction::MakeFolder, errno, path);
-    }
-    if (mode != kModeByUmask) {
-        chmod(folder.c_str(), static_cast<mode_t>(mode));
-    }
-    return YES;
+    std::string failedAt;
+    const int posixError = MakeFolders(folder, ModeOf(attributes), failedAt);
+    NSString* failed = failedAt == folder ? path : StringFromFileSystem(failedAt);
+    return posixError == 0 || Fail(error, FileAction::MakeFolder, posixError, failed);
 }
 
 - (NSArray*)mac_contentsOfDirectoryAtPath:(NSString*)path error:(NSError**)error {
@@ -84,11 +81,6 @@ NSArray* Listed(NSString* path, int (*list)(const std::string&, std::vector<std:
 }
 
 - (BOOL)mac_copyItemAtPath:(NSString*)source toPath:(NSString*)target error:(NSError**)error {
-    if (source == nil || target == nil) {
-        [NSException raise:NSInvalidArgumentException
-                    format:@"*** -[NSFileManager copyItemAtPath:toPath:error:]: %@ path is nil",
-                           source == nil ? @"source" : @"destination"];
-    }
     std::string from;
     std::string to;
     struct stat info;

@@ -18,19 +18,6 @@ namespace {
 
 constexpr mode_t kCopiedModeBits = 01777;
 
-int Answer(int result) {
-    return result == 0 ? 0 : errno;
-}
-
-std::string Join(const std::string& folder, const std::string& name) {
-    return folder + '/' + name;
-}
-
-bool IsFolder(const std::string& path) {
-    struct stat info;
-    return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
-}
-
 bool LiesInside(const std::string& target, const std::string& source) {
     std::error_code failure;
     const fs::path outer = fs::canonical(source, failure);
@@ -75,7 +62,7 @@ int CopyFolder(const std::string& source, const struct stat& info, const std::st
     }
     int error = ListFolder(source, names);
     for (auto name = names.begin(); error == 0 && name != names.end(); ++name) {
-        error = CopyItem(Join(source, *name), Join(target, *name));
+        error = CopyItem(fs::path(source) / *name, fs::path(target) / *name);
         error = error == ENOENT ? 0 : error;
     }
     if (error == 0) {
@@ -109,19 +96,19 @@ int RemoveItem(const std::string& path, dev_t disk) {
         return errno;
     }
     if (!S_ISDIR(info.st_mode)) {
-        return Answer(unlink(path.c_str()));
+        return unlink(path.c_str()) == 0 ? 0 : errno;
     }
     std::vector<std::string> names;
     if (const int error = info.st_dev == disk ? ListFolder(path, names) : 0) {
         return error;
     }
     for (const std::string& name : names) {
-        const int error = RemoveItem(Join(path, name), disk);
+        const int error = RemoveItem(fs::path(path) / name, disk);
         if (error != 0 && error != ENOENT && error != ENOTDIR) {
             return error;
         }
     }
-    return Answer(rmdir(path.c_str()));
+    return rmdir(path.c_str()) == 0 ? 0 : errno;
 }
 
 }  // namespace
@@ -170,6 +157,7 @@ int ListTree(const std::string& path, std::vector<std::string>& subpaths) {
 
 int MakeFolders(const std::string& path, int mode, std::string& failedAt) {
     std::vector<fs::path> made;
+    std::error_code failure;
     int error = 0;
     failedAt = path;
     fs::path level;
@@ -184,7 +172,7 @@ int MakeFolders(const std::string& path, int mode, std::string& failedAt) {
             continue;
         }
         error = errno;
-        if (IsFolder(level)) {
+        if (fs::is_directory(level, failure)) {
             error = 0;
             continue;
         }

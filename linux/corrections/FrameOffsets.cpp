@@ -17,8 +17,10 @@ using Frame = std::array<unsigned short, 4>;  // left, right, top, bottom
 // resized: its frame stands for all.
 constexpr int kStyles = 15;
 
+constexpr const char* kOffsets = "_GNUSTEP_FRAME_OFFSETS";
 constexpr auto kPatience = std::chrono::milliseconds(50);
 
+// What the property holds of 32-bit numbers; nothing where it is not set.
 std::optional<std::vector<long>> Longs(Display* display, Window window, const char* name) {
     Atom type = None;
     int format = 0;
@@ -29,9 +31,9 @@ std::optional<std::vector<long>> Longs(Display* display, Window window, const ch
         XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 4, False,
                            AnyPropertyType, &type, &format, &count, &rest, &data);
     std::optional<std::vector<long>> longs;
-    if (status == Success && format == 32) {
+    if (status == Success && type != None) {
         const long* first = reinterpret_cast<const long*>(data);
-        longs.emplace(first, first + count);
+        longs.emplace(first, first + (format == 32 ? count : 0));
     }
     if (data) {
         XFree(data);
@@ -89,26 +91,11 @@ std::optional<Frame> FrameOfManager(Display* display) {
     return frame;
 }
 
-bool IsSet(Display* display, Atom property) {
-    int count = 0;
-    Atom* properties = XListProperties(display, DefaultRootWindow(display), &count);
-    bool found = false;
-    for (int i = 0; i < count; ++i) {
-        found = found || properties[i] == property;
-    }
-    if (properties) {
-        XFree(properties);
-    }
-    return found;
-}
-
 }  // namespace
 
 FrameOffsets::FrameOffsets(Display* connection)
-    : display(connection),
-      property(XInternAtom(connection, "_GNUSTEP_FRAME_OFFSETS", False)),
-      isOurs(false) {
-    if (IsSet(display, property)) {
+    : display(connection), property(XInternAtom(connection, kOffsets, False)), isOurs(false) {
+    if (Longs(display, DefaultRootWindow(display), kOffsets)) {
         return;
     }
     const bool isManaged =

@@ -1,7 +1,6 @@
 // A Mac tells its version from a file of the system; GNUstep tells the kernel's release, which is
 // the answer here only where there is no such file.
 #include <Foundation/Foundation.h>
-#include <sys/utsname.h>
 
 namespace {
 
@@ -18,9 +17,7 @@ NSString* const kSystemVersionFile = @"/System/Library/CoreServices/SystemVersio
     if (version != nil && build != nil) {
         return [NSString stringWithFormat:@"Version %@ (Build %@)", version, build];
     }
-    utsname kernel{};
-    uname(&kernel);
-    return [NSString stringWithUTF8String:kernel.release];
+    return [self mac_operatingSystemVersionString];
 }
 
 @end

@@ -5,10 +5,7 @@ import os
 import stat
 
 from macroot.errors import Trouble
-from macroot.users import ALEX, STAFF
-
-# The host's part of a Mac root, at the top of the tree.
-_HOSTS_FOLDERS = ("usr", "dev", "proc", "run", "private/etc")
+from macroot.users import ALEX, HOSTS_FOLDERS, STAFF, is_beneath
 
 _TYPES = {stat.S_IFDIR: "d", stat.S_IFREG: "f", stat.S_IFLNK: "l", stat.S_IFIFO: "p",
           stat.S_IFSOCK: "s", stat.S_IFCHR: "c", stat.S_IFBLK: "b"}
@@ -39,13 +36,13 @@ def _walk(tree, folder=b""):
 
 
 def _is_the_hosts(path, entry):
-    inside = os.fsdecode(path[1:])
+    inside = os.fsdecode(path)
     if not entry.is_symlink():
-        return inside in _HOSTS_FOLDERS
-    if "/" in inside:
+        return inside in HOSTS_FOLDERS
+    if os.path.dirname(inside) != "/":
         return False
-    target = os.path.normpath(os.path.join("/", os.fsdecode(os.readlink(entry.path))))[1:]
-    return any(target == folder or target.startswith(folder + "/") for folder in _HOSTS_FOLDERS)
+    target = os.path.normpath(os.path.join("/", os.fsdecode(os.readlink(entry.path))))
+    return any(is_beneath(target, folder) for folder in HOSTS_FOLDERS)
 
 
 def _owner(status, host):

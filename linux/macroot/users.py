@@ -9,6 +9,7 @@ HOME = "/Users/alex"
 SHARED = "/Users/Shared"
 BUNDLE = "/Applications/Keystrel.app"
 TEMPORARY_FOLDERS = ("/private/tmp", "/private/var/tmp")
+HOSTS_FOLDERS = ("/usr", "/dev", "/proc", "/run", "/private/etc")  # the host's part of a Mac root
 
 
 def is_beneath(path, folder):

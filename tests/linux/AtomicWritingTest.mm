@@ -70,14 +70,20 @@ TEST_F(AtomicWriting, TheTemporaryFileIsNeverWiderThanWhatItReplaces) {
 
 TEST_F(AtomicWriting, DataThatCannotBeFlushedIsNotWritten) {
     folder_.Write("file", "old");
-    duringFlush = [] {
-        errno = EIO;
-        return -1;
-    };
-    EXPECT_FALSE(WriteText("file", @"new"));
-    ExpectCocoaError(error_, 512, EIO, folder_ / "file");
-    EXPECT_EQ(folder_.Read("file"), "old");
-    EXPECT_EQ(folder_.Everything(), "file");
+    const struct {
+        int error;
+        NSInteger code;
+    } failures[] = {{EIO, 512}, {ENOSPC, 640}};
+    for (const auto& failure : failures) {
+        duringFlush = [&] {
+            errno = failure.error;
+            return -1;
+        };
+        EXPECT_FALSE(WriteText("file", @"new"));
+        ExpectCocoaError(error_, failure.code, failure.error, folder_ / "file");
+        EXPECT_EQ(folder_.Read("file"), "old");
+        EXPECT_EQ(folder_.Everything(), "file");
+    }
 }
 
 TEST_F(AtomicWriting, NothingIsWrittenWithRightsThatAreAGuess) {

@@ -70,14 +70,6 @@ TEST_F(FileManagerFolders, ALinkToNothingIsInTheWay) {
     EXPECT_FALSE(folder_.Has("nothing"));
 }
 
-TEST_F(FileManagerFolders, WithoutIntermediatesTheParentMustExistAndTheFolderMustNot) {
-    EXPECT_TRUE(Create(folder_ / "a", 0777, NO));
-    EXPECT_FALSE(Create(folder_ / "a", 0777, NO));
-    ExpectCocoaError(error_, 516, EEXIST, folder_ / "a");
-    EXPECT_FALSE(Create(folder_ / "b/c", 0777, NO));
-    ExpectCocoaError(error_, 4, ENOENT, folder_ / "b/c");
-}
-
 TEST_F(FileManagerFolders, AFolderThatMayNotBeWrittenIsAnError) {
     folder_.MakeFolder("closed", 0555);
     const OrdinaryUser user;

@@ -20,11 +20,11 @@ class FileFixture : public testing::Test {
     }
     /// @param path  absolute
     /// @param mode  none where it is negative
-    BOOL Create(const std::string& path, int mode, BOOL intermediates = YES) {
+    BOOL Create(const std::string& path, int mode) {
         NSDictionary* attributes =
             mode < 0 ? nil : @{NSFilePosixPermissions : [NSNumber numberWithInt:mode]};
         return [files_ createDirectoryAtPath:Text(path)
-                 withIntermediateDirectories:intermediates
+                 withIntermediateDirectories:YES
                                   attributes:attributes
                                        error:&error_];
     }

@@ -158,10 +158,6 @@ XmlNode* ObjectFor(xmlNode* node, XmlDocument* owner) {
     return tree;
 }
 
-- (NSXMLNodeKind)kind {
-    return NSXMLDocumentKind;
-}
-
 - (XmlNode*)rootElement {
     return ObjectFor(tree->Root(), self);
 }

@@ -16,10 +16,8 @@ typedef unsigned char Boolean;
 typedef uint8_t UInt8;
 typedef uint32_t UInt32;
 typedef int32_t SInt32;
-typedef uint64_t UInt64;
 typedef int64_t SInt64;
-typedef UInt32 FourCharCode;
-typedef FourCharCode OSType;
+typedef UInt32 OSType;
 typedef SInt32 OSStatus;
 
 typedef unsigned long CFTypeID;

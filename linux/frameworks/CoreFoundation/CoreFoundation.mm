@@ -3,6 +3,7 @@
 #include <Foundation/Foundation.h>
 #include <objc/runtime.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -33,16 +34,12 @@ using Exact = long double;
 static_assert(std::numeric_limits<Exact>::digits >= 64);
 
 Exact ValueOf(NSNumber* number) {
-    switch (*[number objCType]) {
-        case 'f':
-        case 'd':
-            return [number doubleValue];
-        case 'Q':
-        case 'L':
-            return [number unsignedLongLongValue];
-        default:
-            return [number longLongValue];
+    const char type = *[number objCType];
+    if (type == 'f' || type == 'd') {
+        return [number doubleValue];
     }
+    const bool isUnsigned = type == 'Q' || type == 'L';
+    return isUnsigned ? Exact([number unsignedLongLongValue]) : Exact([number longLongValue]);
 }
 
 }  // namespace
@@ -85,13 +82,9 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType /*theType*/, void* val
     using Limits = std::numeric_limits<SInt64>;
     const Exact value = ValueOf(Object(number));
     auto& stored = *static_cast<SInt64*>(valuePtr);
-    if (std::isnan(value)) {
-        stored = 0;
-    } else if (value < Limits::lowest() || value > Limits::max()) {
-        stored = value < 0 ? Limits::lowest() : Limits::max();
-    } else {
-        stored = static_cast<SInt64>(value);
-    }
+    stored = std::isnan(value)
+                 ? 0
+                 : static_cast<SInt64>(std::clamp<Exact>(value, Limits::lowest(), Limits::max()));
     return static_cast<Exact>(stored) == value;
 }
 

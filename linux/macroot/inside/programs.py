@@ -14,7 +14,10 @@ _BECOME_ALEX = ("unshare", "--user", f"--map-user={ALEX}", f"--map-group={STAFF}
 
 
 class Programs:
-    """What both ways of starting them share; `path` tells where the supervisor finds a path."""
+    """What both ways of starting them share; `path` tells where the supervisor finds a path, and
+    `program` is the class of programs that run in a session of their own, so that a signal reaches
+    all of it.
+    """
 
     def __init__(self, plan, channels):
         self._real_users = plan["real_users"]
@@ -24,6 +27,18 @@ class Programs:
         """Makes alex the owner of one path of the inside."""
         if self._real_users:
             os.chown(self.path(path), ALEX, STAFF, follow_symlinks=False)
+
+    def run_as_root(self, command, environment):
+        """Runs a command to its end; the result is its status, its output and its errors."""
+        program = self.program(self.start_as_root, command, environment, "/",
+                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                               stderr=subprocess.PIPE)
+        output, errors = program.process.communicate()
+        return program.status(), output, errors
+
+    def start_program(self, command, environment, folder):
+        """The program as alex."""
+        return self.program(self.start_as_alex, command, environment, folder)
 
     def part_users(self, since=0):
         """Where alex and root are one: keeps alex from what is root's, or became so since then."""
@@ -37,12 +52,29 @@ class Programs:
                 os.chmod(self.path(folder), 0o555)
 
 
+class _Program:
+    """A running program: `end` is a descriptor that becomes readable when it has ended."""
+
+    def __init__(self, start, command, environment, folder, **more):
+        self.process = start(command, environment, folder, start_new_session=True, **more)
+        self.group = self.process.pid
+        self.end = os.pidfd_open(self.process.pid)
+
+    def status(self):
+        """The exit status, 128+N when signal N ended it."""
+        os.close(self.end)
+        status = self.process.wait()
+        return status if status >= 0 else 128 - status
+
+
 class NamespacePrograms(Programs):
     """The supervisor itself is inside and root there; paths are what they are.
 
     Without a second user of the host, alex is the same kernel user in a user namespace of his own,
     where root's capabilities do not reach.
     """
+
+    program = _Program
 
     def __init__(self, plan, channels):
         super().__init__(plan, channels)
@@ -62,17 +94,6 @@ class NamespacePrograms(Programs):
             command = [*_BECOME_ALEX, *command]
         return subprocess.Popen(command, env=environment, cwd=folder, umask=UMASK, **more)
 
-    def run_as_root(self, command, environment):
-        """Runs a command to its end; the result is its status, its output and its errors."""
-        with self.start_as_root(command, environment, stdin=subprocess.DEVNULL,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
-            output, errors = process.communicate()
-        return shell_status(process.returncode), output, errors
-
-    def start_program(self, command, environment, folder):
-        """The program as alex, in a session of its own, so that a signal reaches all of it."""
-        return _Program(self.start_as_alex(command, environment, folder, start_new_session=True))
-
     def start_beside(self, command, environment, **more):
         """As root, but with a /tmp that nobody else sees."""
         script = 'mount -t tmpfs tmpfs /private/tmp && exec "$0" "$@"'
@@ -89,21 +110,3 @@ class NamespacePrograms(Programs):
 def process_namespace():
     """The number of the process namespace that this process lives in."""
     return os.stat("/proc/self/ns/pid").st_ino
-
-
-class _Program:
-    """A running program: `end` is a descriptor that becomes readable when it has ended."""
-
-    def __init__(self, process):
-        self._process = process
-        self.group = process.pid
-        self.end = os.pidfd_open(process.pid)
-
-    def status(self):
-        """The exit status, as the shell tells it."""
-        return shell_status(self._process.wait())
-
-
-def shell_status(status):
-    """A process's exit status, 128+N when signal N ended it."""
-    return status if status >= 0 else 128 - status

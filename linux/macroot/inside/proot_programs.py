@@ -15,8 +15,33 @@ _INSIDE = "/run/macroot/lib/macroot/inside"
 _PATIENCE = 2  # seconds that proot has to end after the last process that it traced
 
 
+class _Program:
+    """A running program: `end` is a descriptor that becomes readable when it has ended."""
+
+    def __init__(self, start, command, environment, folder, **more):
+        self.end, reporting = os.pipe()
+        reporter = ["/usr/bin/python3", "-ISXutf8", f"{_INSIDE}/reporter.py", str(reporting)]
+        self.process = start([*reporter, *command], environment, folder,
+                             pass_fds=[reporting], **more)
+        self.group = self.process.pid
+        os.close(reporting)
+
+    def status(self):
+        """The exit status, 128+N when signal N ended it."""
+        with open(self.end, encoding="utf-8") as report:
+            text = report.read()
+        self.process.wait()
+        if not text:  # killed together with the one that reports
+            return 128 + signal.SIGKILL
+        if not text.isdecimal():
+            raise Trouble(text)
+        return int(text)
+
+
 class ProotPrograms(Programs):
     """Where the host gives no second user, proot shows each side the user that it should be."""
+
+    program = _Program
 
     def __init__(self, plan, options, scratch, channels):
         self._tree = plan["tree"]
@@ -62,17 +87,6 @@ class ProotPrograms(Programs):
         self._started.append(process)
         return process
 
-    def run_as_root(self, command, environment):
-        """Runs a command to its end; the result is its status, its output and its errors."""
-        program = _Program(self.start_as_root, command, environment, "/", stdin=subprocess.DEVNULL,
-                           stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-        output, errors = program.process.communicate()
-        return program.status(), output, errors
-
-    def start_program(self, command, environment, folder):
-        """The program as alex, in a session of its own, so that a signal reaches all of it."""
-        return _Program(self.start_as_alex, command, environment, folder)
-
     def end_everything(self):
         """Kills what is still running of all that was started."""
         for process in self._started:
@@ -85,29 +99,6 @@ class ProotPrograms(Programs):
                     with contextlib.suppress(ProcessLookupError):
                         os.kill(number, signal.SIGKILL)
                 time.sleep(0.001)
-
-
-class _Program:
-    """A running program: `end` is a descriptor that becomes readable when it has ended."""
-
-    def __init__(self, start, command, environment, folder, **more):
-        self.end, reporting = os.pipe()
-        reporter = ["/usr/bin/python3", "-ISXutf8", f"{_INSIDE}/reporter.py", str(reporting)]
-        self.process = start([*reporter, *command], environment, folder,
-                             pass_fds=[reporting], **more)
-        self.group = self.process.pid
-        os.close(reporting)
-
-    def status(self):
-        """The exit status, as the shell tells it."""
-        with open(self.end, encoding="utf-8") as report:
-            text = report.read()
-        self.process.wait()
-        if not text:  # killed together with the one that reports
-            return 128 + signal.SIGKILL
-        if not text.isdecimal():
-            raise Trouble(text)
-        return int(text)
 
 
 def _traced_by(tracer):

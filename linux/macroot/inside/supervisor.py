@@ -10,12 +10,9 @@ from macroot.errors import Trouble
 from macroot.inside.broker import Broker
 from macroot.inside.layout import MACROOT, alexs_environment, lay_out, roots_environment
 from macroot.inside.keychain import Keychain
-from macroot.users import ALEX, STAFF
+from macroot.users import ALEX, HOSTS_FOLDERS, STAFF
 
 _GRACE = 5  # seconds that a program has to end after a signal
-
-# Never given to alex, whatever lies above them.
-_HOSTS_FOLDERS = ("/usr", "/dev", "/proc", "/run", "/private/etc")
 
 
 def supervise(plan, programs, channels):
@@ -54,8 +51,9 @@ def _supervise(plan, programs, channels, ending):
 
 
 def _own(paths, programs, environment):
+    """Gives alex what lies at and below the paths, but never the host's part."""
     for path in paths:
-        kept = [word for folder in _HOSTS_FOLDERS for word in ("-path", folder, "-o")][:-1]
+        kept = [word for folder in HOSTS_FOLDERS for word in ("-path", folder, "-o")][:-1]
         give = ["-exec", "chown", "-h", f"{ALEX}:{STAFF}", "{}", "+"]
         _finish(programs.start_as_root(["find", path, "(", *kept, ")", "-prune", "-o", *give],
                                    environment, stderr=subprocess.PIPE), f"--own {path}")

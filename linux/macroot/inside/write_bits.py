@@ -11,9 +11,8 @@ import os
 import stat
 import time
 
-from macroot.users import BUNDLE, SHARED, TEMPORARY_FOLDERS, is_beneath
+from macroot.users import BUNDLE, HOSTS_FOLDERS, SHARED, TEMPORARY_FOLDERS, is_beneath
 
-_HOSTS_FOLDERS = ("/usr", "/dev", "/proc", "/run")
 _CLOCK_REALTIME_COARSE = 5  # Linux's number; Python has no name for it
 _OWNER_WRITES, _OTHERS_WRITE = 0o200, 0o002
 
@@ -23,7 +22,7 @@ def write_bits(top, plan, notes):
     if notes < 0:
         return None
     alexs = (plan["home"], SHARED, BUNDLE, *TEMPORARY_FOLDERS, *plan["own"])
-    hosts = (*_HOSTS_FOLDERS, *plan["etc_folders"], *plan["library_folders"])
+    hosts = (*HOSTS_FOLDERS, *plan["etc_folders"], *plan["library_folders"])
     return _WriteBits(top.rstrip("/"), (*alexs, *hosts), notes)
 
 
