@@ -81,6 +81,11 @@ NSArray* Listed(NSString* path, int (*list)(const std::string&, std::vector<std:
 }
 
 - (BOOL)mac_copyItemAtPath:(NSString*)source toPath:(NSString*)target error:(NSError**)error {
+    if (source == nil || target == nil) {
+        [NSException raise:NSInvalidArgumentException
+                    format:@"*** -[NSFileManager copyItemAtPath:toPath:error:]: %@ path is nil",
+                           source == nil ? @"source" : @"destination"];
+    }
     std::string from;
     std::string to;
     struct stat info;

@@ -104,7 +104,14 @@ TEST_F(FileManagerTrees, RemovingALinkLeavesWhatItPointsTo) {
     EXPECT_EQ(folder_.Everything(), "folder folder/file");
 }
 
-TEST_F(FileManagerTrees, CopyingAnEmptyPathIsAnError) {
+TEST_F(FileManagerTrees, CopyingWithoutAPathRaises) {
+    NSString* raised = nil;
+    @try {
+        [files_ copyItemAtPath:nil toPath:Text(folder_ / "x") error:&error_];
+    } @catch (NSException* exception) {
+        raised = [exception name];
+    }
+    EXPECT_EQ(Text(raised), "NSInvalidArgumentException");
     EXPECT_FALSE([files_ copyItemAtPath:@"" toPath:Text(folder_ / "x") error:&error_]);
     EXPECT_EQ([error_ code], 258);
 }
