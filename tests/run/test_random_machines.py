@@ -7,9 +7,9 @@ import pytest
 from tests.support.invariants import judged
 from tests.support.random_mac import RandomMac
 
-IN_A_QUICK_RUN = 10
+BEFORE_A_COMMIT = 10
 SEEDS = os.environ.get("KS_MACHINES", "").split() or [
-    str(seed) if seed <= IN_A_QUICK_RUN else pytest.param(str(seed), marks=pytest.mark.large)
+    str(seed) if seed <= BEFORE_A_COMMIT else pytest.param(str(seed), marks=pytest.mark.many)
     for seed in range(1, 51)]
 
 

@@ -29,7 +29,7 @@ const CFStringRef kSecValueData = (CFStringRef) @"v_Data";
 namespace {
 
 constexpr const char* kSecretService = "org.freedesktop.secrets";
-constexpr unsigned kPatience = 5;  // seconds; a busy machine needs one or two
+constexpr unsigned kPatience = 3;  // seconds; a busy machine needs one or two
 
 std::string Bytes(NSData* data) {
     return std::string(static_cast<const char*>([data bytes]), [data length]);
