@@ -156,8 +156,12 @@ TEST(Initially, AnEarlierColourIsForgottenWhenTheFileIsLoaded) {
     [NSApplication sharedApplication];
     QWStyleAlert* alert = [[[QWStyleAlert alloc] initWithWindowNibName:@"QWSyleAlert"] autorelease];
     [alert setOkButtonIsOrange:YES];
+    [alert setCancelButtonIsOrange:YES];
+    [alert setIgnoreButtonIsOrange:YES];
     [alert window];
-    EXPECT_FALSE([[alert valueForKey:@"isOkOrange"] boolValue]);
+    for (NSString* flag : {@"isOkOrange", @"isCancelOrange", @"isIgnoreOrange"}) {
+        EXPECT_FALSE([[alert valueForKey:flag] boolValue]) << Text(flag);
+    }
     EXPECT_TRUE(IsShown(alert, @"okButton"));
 }
 
@@ -347,6 +351,13 @@ TEST(MessageText, IsShownAndCanNeitherBeSelectedNorEdited) {
     EXPECT_FALSE([MessageView(alert) isSelectable]);
     [alert setAlertText:nil];
     EXPECT_EQ(Text([MessageView(alert) string]), "");
+}
+
+TEST(MessageText, IsDarkGrayFromTheEdgeOn) {
+    NSTextView* view = MessageView(NewAlert());
+    NSColor* dark = [NSColor colorWithDeviceWhite:0.2 alpha:1];
+    EXPECT_TRUE([[view textColor] isEqual:dark]) << Text([[view textColor] description]);
+    EXPECT_EQ([[view textContainer] lineFragmentPadding], 0);
 }
 
 TEST(MessageText, CanBeCentred) {
