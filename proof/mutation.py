@@ -26,7 +26,7 @@ _WITHOUT_START_UP = ("ui", "privileged", "browsers", "installer")
 _FOLDER = ROOT / "build/mutation"
 _TREE, _BUILD = _FOLDER / "tree", _FOLDER / "build"
 # Whole runs, for what no unit test kills: those about what the source's name begins with.
-_SCENARIOS = {"browsers/Chrome": "chrome", "browsers/Edge": "edge", "browsers/FFox": "firefox", "browsers/Safari": "safari",
+_SCENARIOS = {"platform/SafeStart": "start", "browsers/Chrome": "chrome", "browsers/Edge": "edge", "browsers/FFox": "firefox", "browsers/Safari": "safari",
               "browsers/": "typical_mac", "installer/": "typical_mac", "privileged/": "chrome", "logging/": "logging",
               "settings/": "logging"}
 _SECONDS = 10  # beyond five times of what the tests take without a mutant
