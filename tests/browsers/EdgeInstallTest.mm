@@ -175,4 +175,15 @@ TEST_F(EdgeInstallTest, TheEnvironmentTellsOfTheBrowserAndTheExtension) {
     ASSERT_EQ(rename(aside.c_str(), kApplication.c_str()), 0);
 }
 
+TEST_F(EdgeInstallTest, WithoutEdgeNothingIsInstalledNorRemoved) {
+    Make(kHostManifest);
+    const std::string aside = "/Applications/aside";
+    ASSERT_EQ(rename(kApplication.c_str(), aside.c_str()), 0);
+    EXPECT_TRUE([EdgeInstall InstallExtension]);
+    ASSERT_EQ(rename(aside.c_str(), kApplication.c_str()), 0);
+    EXPECT_TRUE(Exists(kHostManifest));
+    EXPECT_FALSE(Exists(kDescriptor));
+    EXPECT_EQ(WithoutTime(log.Bytes()), "\nHH:MM:SS - INFO : Edge application not found!");
+}
+
 }  // namespace

@@ -353,8 +353,9 @@ TEST(MessageText, IsShownAndCanNeitherBeSelectedNorEdited) {
     EXPECT_EQ(Text([MessageView(alert) string]), "");
 }
 
-TEST(MessageText, IsDarkGrayFromTheEdgeOn) {
+TEST(MessageText, IsDarkGrayFromTheEdgeOnInTheUsualSize) {
     NSTextView* view = MessageView(NewAlert());
+    EXPECT_EQ([[view font] pointSize], 13);
     NSColor* dark = [NSColor colorWithDeviceWhite:0.2 alpha:1];
     EXPECT_TRUE([[view textColor] isEqual:dark]) << Text([[view textColor] description]);
     EXPECT_EQ([[view textContainer] lineFragmentPadding], 0);
