@@ -1,4 +1,4 @@
-// A machine that does not tell its clock: this program has a system call of its own.
+// A machine that tells its clock and one that does not: this program has a system call of its own.
 #include "logging/ProcessorClock.h"
 
 #include <gtest/gtest.h>
@@ -7,17 +7,44 @@
 #include <cerrno>
 #include <cstring>
 
-extern "C" int sysctlbyname(const char* name, void*, size_t*, void*, size_t) {
-    errno = std::strcmp(name, "hw.cpufrequency") == 0 ? ENOENT : EINVAL;
-    return -1;
+static int64_t clockOfTheMachine = 0;
+
+extern "C" int sysctlbyname(const char* name, void* value, size_t* size, void* newValue,
+                            size_t newSize) {
+    if (clockOfTheMachine == 0 || std::strcmp(name, "hw.cpufrequency") != 0) {
+        errno = ENOENT;
+        return -1;
+    }
+    EXPECT_EQ(newValue, nullptr);
+    EXPECT_EQ(newSize, 0U);
+    EXPECT_EQ(*size, sizeof clockOfTheMachine);
+    std::memcpy(value, &clockOfTheMachine, sizeof clockOfTheMachine);
+    return 0;
 }
 
 namespace {
 
-TEST(ProcessorClock, IsZeroAndAWordOnStandardErrorWhereTheMachineDoesNotTell) {
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(get_cpu_freq(), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "sysctl: No such file or directory\n");
+class ProcessorClock : public testing::Test {
+  protected:
+    static int64_t Ask(int64_t clock, std::string& error) {
+        clockOfTheMachine = clock;
+        testing::internal::CaptureStderr();
+        const int64_t hertz = get_cpu_freq();
+        error = testing::internal::GetCapturedStderr();
+        return hertz;
+    }
+
+    std::string error;
+};
+
+TEST_F(ProcessorClock, IsInHertz) {
+    EXPECT_EQ(Ask(2'400'000'000, error), 2'400'000'000);
+    EXPECT_EQ(error, "");
+}
+
+TEST_F(ProcessorClock, IsZeroAndAWordOnStandardErrorWhereTheMachineDoesNotTell) {
+    EXPECT_EQ(Ask(0, error), 0);
+    EXPECT_EQ(error, "sysctl: No such file or directory\n");
 }
 
 }  // namespace

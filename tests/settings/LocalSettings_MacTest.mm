@@ -383,6 +383,14 @@ TEST_F(SilentOrLogged, ANullObjectInAnArrayIsLoggedAndTheFileStays) {
     ExpectOneFailureLine();
 }
 
+TEST_F(SilentOrLogged, NoNameIsSilentAndTheFileStays) {
+    WriteXml(file, "{'k': 'v'}");
+    const std::string before = ReadFile(file);
+    [LocalSettings_Mac SetSettingValue:@"v" withName:nothing];
+    EXPECT_EQ(ReadFile(file), before);
+    EXPECT_EQ(log.Bytes(), "");
+}
+
 TEST_F(SilentOrLogged, ANameThatIsNoTextIsLoggedAndTheFileStays) {
     WriteXml(file, "{'k': 'v'}");
     const std::string before = ReadFile(file);

@@ -460,6 +460,8 @@ TEST_P(Styling, ShowsATextInATextView) {
     [styler SetTextViewTextFor:view toString:@"Done." withColor:[NSColor redColor]];
     EXPECT_EQ(Text([view string]), "Done.");
     EXPECT_TRUE([[view textColor] isEqual:[NSColor redColor]]);
+    [styler SetTextViewTextFor:view toString:nil withColor:[NSColor redColor]];
+    EXPECT_EQ(Text([view string]), "");
 }
 
 TEST_P(Styling, TakesNothing) {
