@@ -157,6 +157,16 @@ TEST_F(BlessingTest, ALinkWhereTheCopyBelongsOpensNothing) {
     unlink(mine.c_str());
 }
 
+TEST_F(BlessingTest, ALinkWhereTheCopyBelongsIsReplacedAndItsTargetStays) {
+    const std::string mine = "/private/tmp/mine";
+    WriteFile(mine, "private");
+    ASSERT_EQ(symlink(mine.c_str(), kCopy.c_str()), 0);
+    EXPECT_TRUE(Bless());
+    EXPECT_EQ(ReadFile(mine), "private");
+    EXPECT_EQ(ReadFile(kCopy), ReadFile(kGiven));
+    unlink(mine.c_str());
+}
+
 TEST_F(BlessingTest, TheCopysNameEndsAtTheFirstPointOfTheLastComponent) {
     for (const auto& [given, copy] :
          {std::pair<std::string, std::string>{"/a.b/tool", "/private/tmp/tool.sh"},

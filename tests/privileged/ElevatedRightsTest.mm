@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "tests/support/Files.h"
 #include "tests/support/LogFile.h"
 
 namespace {
@@ -113,6 +114,18 @@ TEST_F(ElevatedRightsTest, AScriptThatCannotBeSavedIsNotRun) {
         "\nHH:MM:SS - FAILURE : Can't save SH to file! Error: Error Domain=NSCocoaErrorDomain";
     EXPECT_EQ(Log().compare(0, line.size(), line), 0) << Log();
     EXPECT_EQ(Log().find("WARNING"), std::string::npos) << Log();  // nor is it deleted
+}
+
+TEST_F(ElevatedRightsTest, ALinkInPlaceOfTheScriptFileIsReplacedAndItsTargetStays) {
+    const std::string mine = "/private/tmp/mine";
+    WriteFile(mine, "private");
+    ASSERT_EQ(chmod(mine.c_str(), 0600), 0);
+    ASSERT_EQ(symlink(mine.c_str(), [kScript UTF8String]), 0);
+    EXPECT_TRUE(RunAsUser(@"echo ran", none));
+    EXPECT_EQ(Text(output), "ran");
+    EXPECT_EQ(ReadFile(mine), "private");
+    EXPECT_EQ(ModeOf(mine), 0600U);
+    unlink(mine.c_str());
 }
 
 TEST_F(ElevatedRightsTest, AScriptThatIsGoneAlreadyIsNoError) {
