@@ -138,6 +138,12 @@ TEST_F(FFoxLegacyCleanup, OfTwoReferencesTheLastCounts) {
                     "<NS1:targetApplication RDF:resource=\"b\"/></RDF:Description>" +
                     Record("a") + Record("b")),
            Registry(Record("a")));
+    // Only those to a target application.
+    Expect(Registry("<RDF:Description RDF:about=\"" + kOurs +
+                    "\"><NS1:targetApplication RDF:resource=\"a\"/>"
+                    "<NS1:homepage RDF:resource=\"b\"/></RDF:Description>" +
+                    Record("a") + Record("b")),
+           Registry(Record("b")));
 }
 
 TEST_F(FFoxLegacyCleanup, TheIdentifierMayStandInsideALongerName) {

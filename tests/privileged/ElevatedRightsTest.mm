@@ -113,6 +113,7 @@ TEST_F(ElevatedRightsTest, AScriptThatCannotBeSavedIsNotRun) {
     const std::string line =
         "\nHH:MM:SS - FAILURE : Can't save SH to file! Error: Error Domain=NSCocoaErrorDomain";
     EXPECT_EQ(Log().compare(0, line.size(), line), 0) << Log();
+    EXPECT_EQ(Log().back(), '}') << Log();
     EXPECT_EQ(Log().find("WARNING"), std::string::npos) << Log();  // nor is it deleted
 }
 
