@@ -141,6 +141,7 @@ TEST_F(ElevatedRightsTest, AScriptThatCannotBeDeletedIsReportedAndKeepsItsResult
         "\nHH:MM:SS - WARNING : Can't delete saved script. Error: Error Domain=NSCocoaErrorDomain "
         "Code=513 ";
     EXPECT_EQ(Log().compare(0, line.size(), line), 0) << Log();
+    EXPECT_EQ(Log().back(), '}') << Log();
     EXPECT_TRUE([ElevatedRights runProcessAsAdministrator:@"/bin/rm"
                                             withArguments:[NSArray arrayWithObject:kScript]
                                                    output:&output
