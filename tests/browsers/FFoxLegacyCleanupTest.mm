@@ -9,6 +9,7 @@
 
 #include "tests/support/Command.h"
 #include "tests/support/ErrorChecks.h"
+#include "tests/support/Growth.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {
@@ -448,9 +449,7 @@ TEST_F(FFoxLegacyCleanup, TimeGrowsWithTheRegistryAndNotFaster) {
         return end - start;
     };
     seconds(100);  // what is made once is not counted
-    const double few = seconds(125);
-    const double many = seconds(1000);
-    EXPECT_LT(many, 16 * few) << few << " s for 125 entries, " << many << " s for 1,000";
+    EXPECT_LT(Growth(seconds, 125, 1000, 16), 16);
 }
 
 TEST_F(FFoxLegacyCleanup, TheFiveCachesGoAndNothingElse) {
