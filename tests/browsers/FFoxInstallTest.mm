@@ -83,6 +83,7 @@ class FFoxInstallTest : public testing::Test {
             if (error != std::string::npos) {
                 const size_t code = line.find("Code=", error);
                 EXPECT_NE(line.find("NSFilePath=", code), std::string::npos) << line;
+                EXPECT_EQ(line.back(), '}') << line;
                 line.resize(line.find(' ', code) + 1);
             }
             lines.push_back(line);

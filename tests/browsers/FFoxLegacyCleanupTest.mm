@@ -152,6 +152,12 @@ TEST_F(FFoxLegacyCleanup, TheIdentifierMayStandInsideALongerName) {
            Registry(List("")));
 }
 
+TEST_F(FFoxLegacyCleanup, TheIdentifierMayBeOneLetter) {
+    folder_.Write(kRegistry, Registry(Entry("Q", "rdf:#$1") + Record("rdf:#$1")));
+    Remove("Q");
+    EXPECT_EQ(Canonical(folder_.Read(kRegistry)), Canonical(WithoutBlanks(Registry(""))));
+}
+
 TEST_F(FFoxLegacyCleanup, LetterCaseCounts) {
     const std::string text =
         Registry(Entry("KS@corvendale.com", "rdf:#$1") + Entry("ks@CORVENDALE.com", "rdf:#$1") +

@@ -315,6 +315,14 @@ TEST(WindowController, LeavesTheScreensOwnOriginOut) {
     EXPECT_EQ(NSMinY([window frame]), (768 - size.height) / 2);
 }
 
+TEST(WindowController, PresentingAWindowThatIsShownGivesItTheKeyboard) {
+    NSWindow* window = [NewAlert() window];
+    [window orderFront:nil];
+    EXPECT_FALSE([window isKeyWindow]);
+    [[[[QWINSWindowController alloc] initWithWindow:window] autorelease] presentWindow];
+    EXPECT_TRUE([window isKeyWindow]);
+}
+
 TEST(WindowController, WithoutAWindowDoesNothing) {
     [NSApplication sharedApplication];
     QWINSWindowController* controller =
@@ -351,6 +359,38 @@ TEST(MessageText, IsShownAndCanNeitherBeSelectedNorEdited) {
     EXPECT_FALSE([MessageView(alert) isSelectable]);
     [alert setAlertText:nil];
     EXPECT_EQ(Text([MessageView(alert) string]), "");
+}
+
+TEST(MessageText, FillsTheRoomThatTheOtherTextsLeave) {
+    QWStyleAlert* alert = NewAlert();
+    NSScrollView* room = [MessageView(alert) enclosingScrollView];
+    CGFloat before = 0;
+    for (NSString* title : {@"Title", @"", @"Title"}) {
+        [alert setTitleText:title];
+        EXPECT_NE(NSHeight([room frame]), before);
+        EXPECT_EQ([MessageView(alert) minSize].height, [room contentSize].height);
+        before = NSHeight([room frame]);
+    }
+}
+
+TEST(MessageText, GetsTheLastPointOfItsLeastHeight) {
+    QWStyleAlert* alert = NewAlert();
+    NSScrollView* room = [MessageView(alert) enclosingScrollView];
+    NSWindow* window = [alert window];
+    [[alert bigTextTField] setStringValue:@"Large"];
+    [alert setTitleText:@"Title"];
+    NSRect large = [[alert bigTextTField] frame];
+    large.size.height += NSHeight([room frame]) - 35;
+    [[alert bigTextTField] setFrame:large];
+    [alert setTitleText:@"Title"];
+    ASSERT_EQ(NSHeight([room frame]), 35);
+
+    const CGFloat height = NSHeight([window frame]);
+    [alert makeRoomForMessage];
+    EXPECT_EQ(NSHeight([window frame]), height + 1);
+    EXPECT_EQ(NSHeight([room frame]), 36);
+    [alert makeRoomForMessage];
+    EXPECT_EQ(NSHeight([window frame]), height + 1);
 }
 
 TEST(MessageText, IsDarkGrayFromTheEdgeOnInTheUsualSize) {

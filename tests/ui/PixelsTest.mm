@@ -327,6 +327,15 @@ TEST(Button, KeepsItsColoursWhetherEnabledOrNot) {
     EXPECT_TRUE([[[orange cell] backgroundColor] isEqual:[NSColor orangeColor]]);
 }
 
+TEST(Button, MayHaveAnEmptyTitle) {
+    [NSApplication sharedApplication];
+    NSButton* gray = Button(NewAlert(), @"okButton");
+    NSAttributedString* nothing = [[[NSAttributedString alloc] initWithString:@""] autorelease];
+    [gray lockFocus];
+    EXPECT_NO_THROW([[gray cell] drawTitle:nothing withFrame:[gray bounds] inView:gray]);
+    [gray unlockFocus];
+}
+
 TEST(Button, IsFlatAndOfItsColoursWhateverItIsGiven) {
     [NSApplication sharedApplication];
     NSWindow* window = [[[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 80, 30)
