@@ -1,7 +1,8 @@
 """Fuzz programs: what any input may do to what reads it.
 
 Each program of tests/fuzz requires something of what an input gives. One round of tries begins with the seeds
-in tests/fuzz/seeds, of one random seed, so that a number of tries is always the same ones.
+in tests/fuzz/seeds, of one random seed, so that a build tries the same inputs again; another build, which is
+covered otherwise, may grow others.
 """
 
 import os
