@@ -44,7 +44,7 @@ TARGETS = {target.name: target for target in (
     Target("cocoa_text_fuzz", "Cocoa strings, against iconv", 10_000, r"crypto/(CocoaStrings|LowerCase|StringUtilsB)"),
     Target("path_rules_fuzz", "path rules, against regular expressions", 10_000, r"platform/PathUtils\."),
     Target("log_reader_fuzz", "the log reader", 10_000, r"tools/Log(Stream|Parser|Printer)"),
-    Target("property_list_fuzz", "property lists of every format", 20_000, r"linux/corrections/propertylist"),
+    Target("property_list_fuzz", "property lists of every format", 20_000, r"linux/corrections/propertylist/"),
     Target("xml_tree_fuzz", "XML documents", 20_000, r"linux/corrections/xml/XmlTree"),
     Target("logger_fuzz", "NSLogger's formatting, plain and enciphered", 4_000, r"logging/(NSLogger|CLogger)", "clean"),
     Target("settings_fuzz", "the settings file", 2_000, r"settings/LocalSettings", "clean"),

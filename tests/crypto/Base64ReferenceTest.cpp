@@ -15,9 +15,9 @@ TEST(Base64Reference, EncodesEveryLength) {
     const std::string data = RandomBytes(engine, kLongest);
     for (size_t length = 0; length <= kLongest; ++length) {
         const char* const start = &data[kLongest - length];
-        ASSERT_EQ(StringUtils::Base64Encode(std::string(start, length)),
-                  reference::Base64Encode(start, length))
-            << length;
+        const std::string text = StringUtils::Base64Encode(std::string(start, length));
+        ASSERT_EQ(text, reference::Base64Encode(start, length)) << length;
+        ASSERT_EQ(text.c_str()[text.size()], '\0') << length;  // nothing is written behind it
     }
 }
 

@@ -20,7 +20,12 @@ using Document = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 
 Document Parse(const std::string& bytes) {
     constexpr int kQuietly = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
-    return {xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr, kQuietly),
+    const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(),
+                                                                              &xmlFreeParserCtxt);
+    // White space is text, in spite of a default that GNUstep sets.
+    parser->sax->ignorableWhitespace = parser->sax->characters;
+    return {xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr,
+                              nullptr, kQuietly),
             &xmlFreeDoc};
 }
 
@@ -75,9 +80,17 @@ void Remove(xmlNode* node) {
     xmlFreeNode(node);
 }
 
+bool IsPartOfText(const xmlNode* node) {
+    return node != nullptr &&
+           (node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE ||
+            node->type == XML_ENTITY_REF_NODE);
+}
+
+// Text that is nothing but blanks, by itself or between its neighbours.
 void DropBlanks(xmlNode* node) {
     for (xmlNode* child : ChildrenOf(node)) {
-        if (child->type == XML_TEXT_NODE && xmlIsBlankNode(child) == 1) {
+        const bool alone = !IsPartOfText(child->prev) && !IsPartOfText(child->next);
+        if (child->type == XML_TEXT_NODE && alone && xmlIsBlankNode(child) == 1) {
             Remove(child);
         } else if (child->type == XML_ELEMENT_NODE) {
             DropBlanks(child);

@@ -20,8 +20,7 @@ NSString* const kNames[] = {@KS_VERSION_KEY, @KS_PID_KEY, @"a name of our own", 
 
 std::string TextIn(NSDictionary* settings, NSString* name) {
     id value = [settings objectForKey:name];
-    const std::string text = [value isKindOfClass:[NSString class]] ? Utf8Bytes(value) : "";
-    return text.substr(0, text.find('\0'));
+    return [value isKindOfClass:[NSString class]] ? Utf8Bytes(value) : "";
 }
 
 // The file after `settings` was stored in it: as it was, where that has no form as a list.
