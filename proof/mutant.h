@@ -5,6 +5,7 @@
 // GTEST_MUTANT is a number, or "reached": then each mutant that a test comes by is named on standard error, once a
 // test, below the line with the test's name. Its name begins so because a Mac root passes on GoogleTest's variables.
 
+#include <fcntl.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/syscall.h>
@@ -28,9 +29,10 @@ inline int ReadChosenMutant() {
                                             : atoi(chosen);
 }
 
-// Opened at the start: some tests have another standard error for a while.
+// Opened at the start: some tests have another standard error for a while. Out of the way of what
+// the product takes for its standard descriptors.
 inline int MutantOutput() {
-    static const int output = dup(STDERR_FILENO);
+    static const int output = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 64);
     return output;
 }
 inline const int mutantOutputFromTheStart = MutantOutput();
