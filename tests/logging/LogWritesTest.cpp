@@ -37,6 +37,7 @@ extern "C" ssize_t write(int descriptor, const void* bytes, size_t length) {
             return -1;
         }
         length = std::min(length, most);
+        errno = EINTR;  // of an earlier call: what succeeds leaves it as it is
     }
     return syscall(SYS_write, descriptor, bytes, length);
 }
@@ -92,6 +93,21 @@ TEST_F(LogWrites, AShortOneIsContinued) {
     const std::string text(kLongestText, 'x');
     PrintBoth(text);
     ExpectBoth(text);
+}
+
+TEST_F(LogWrites, OneThatTakesASingleByteIsContinuedToTheLastByte) {
+    most = 1;
+    PrintBoth("short");
+    ExpectBoth("short");
+}
+
+TEST_F(LogWrites, OneThatTakesNothingIsTheLast) {
+    most = 0;
+    PrintBoth("dropped");
+    EXPECT_EQ(writes, 2);
+    most = SSIZE_MAX;
+    PrintBoth("kept");
+    ExpectBoth("kept");
 }
 
 TEST_F(LogWrites, AMessageThatCannotBeWrittenIsDroppedAndDoesNotComeLater) {

@@ -56,6 +56,14 @@ TEST_F(PathUtils_MacTest, NamesOfEveryScriptAreFiles) {
     EXPECT_EQ([items count], 2U);
 }
 
+TEST_F(PathUtils_MacTest, TheWorkingFolderHasAName) {
+    const fs::path before = fs::current_path();
+    fs::current_path(folder / "");
+    WriteFile(folder / "file", "x");
+    EXPECT_EQ([[PathUtils_Mac EnumAllItemsInFolder:@".":NO] count], 1U);
+    fs::current_path(before);
+}
+
 TEST_F(PathUtils_MacTest, AtNoPathThereIsNothing) {
     EXPECT_FALSE([PathUtils_Mac DirectoryExists:nothing]);
     EXPECT_FALSE([PathUtils_Mac FileExists:nothing]);
