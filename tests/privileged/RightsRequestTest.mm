@@ -103,6 +103,17 @@ TEST_F(RightsRequestTest, NothingIsRequestedWithoutAnAuthorization) {
     EXPECT_EQ(calls, (Calls{"create 0", "create 0", "create 0"}));
 }
 
+TEST_F(RightsRequestTest, AFreedAuthorizationIsForgottenWhereThereIsNoNewOne) {
+    EXPECT_EQ([rights GetElevatedRights], 0);
+    creation = errAuthorizationDenied;
+    EXPECT_EQ([rights GetElevatedRights], errAuthorizationDenied);
+    EXPECT_EQ([rights GetAuthorization], static_cast<AuthorizationRef>(NULL));
+    [rights release];
+    rights = nil;
+    EXPECT_EQ(calls,
+              (Calls{"create 0", "system.privilege.admin 19", "free 8", "create 0", "create 0"}));
+}
+
 TEST_F(RightsRequestTest, AnElevationRequestsItsOwnRightAndLeavesTheReferenceToTheCaller) {
     AuthorizationRef authorization = NULL;
     EXPECT_EQ([ElevatedRights elevate:&authorization], errAuthorizationSuccess);

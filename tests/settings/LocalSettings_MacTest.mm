@@ -400,8 +400,8 @@ TEST_F(SilentOrLogged, ANameThatIsNoTextIsLoggedAndTheFileStays) {
 }
 
 TEST_F(SilentOrLogged, ANameThatIsNoKeyAtAllIsLoggedAndTheFileStays) {
-    WriteXml(file, "{'k': 'v'}");
-    const std::string before = ReadFile(file);
+    const std::string before = "{ k = v; }";  // who writes it anew writes XML
+    WriteFile(file, before);
     NSString* name = (NSString*)[[[NSObject alloc] init] autorelease];  // cannot be copied
     EXPECT_TRUE(Equal([LocalSettings_Mac GetSettingValueForName:name], @""));
     [LocalSettings_Mac SetSettingValue:@"v" withName:name];

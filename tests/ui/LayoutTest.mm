@@ -364,10 +364,14 @@ TEST(MessageText, IsShownAndCanNeitherBeSelectedNorEdited) {
 TEST(MessageText, FillsTheRoomThatTheOtherTextsLeave) {
     QWStyleAlert* alert = NewAlert();
     NSScrollView* room = [MessageView(alert) enclosingScrollView];
+    const CGFloat band = NSHeight([[alert valueForKey:@"titleBand"] frame]);
     CGFloat before = 0;
     for (NSString* title : {@"Title", @"", @"Title"}) {
         [alert setTitleText:title];
         EXPECT_NE(NSHeight([room frame]), before);
+        EXPECT_EQ(NSMaxY([[alert bigTextTField] frame]),
+                  NSHeight([[[alert window] contentView] bounds]) - 22 -
+                      ([title length] == 0 ? 0 : band));
         EXPECT_EQ([MessageView(alert) minSize].height, [room contentSize].height);
         before = NSHeight([room frame]);
     }

@@ -279,18 +279,22 @@ TEST_F(Pixels, TheTitleStandsOutFromABlackScreen) {
 }
 
 TEST_F(Pixels, TheButtonsAreRoundedAtRestAndPressed) {
-    AskUser(
-        user, [] { return Ask({}); },
-        [&] {
-            const Color light = user.ColorAt(5, 5);
-            EXPECT_EQ(user.ColorAt(303, kButtonBottom), light);
-            EXPECT_TRUE(IsNear(user.ColorAt(303, kRow), kGray));
-            user.MoveTo(303 + kButtonWidth / 2, kRow);
-            user.Press();
-            user.SeeColor(303 + 6, kRow, kBlack);
-            EXPECT_EQ(user.ColorAt(303, kButtonBottom), light);
-            user.Release();
-        });
+    for (const bool orange : {false, true}) {
+        Question question;
+        question.isOkOrange = orange;
+        AskUser(
+            user, [&] { return Ask(question); },
+            [&] {
+                const Color light = user.ColorAt(5, 5);
+                EXPECT_EQ(user.ColorAt(303, kButtonBottom), light);
+                EXPECT_TRUE(IsNear(user.ColorAt(303, kRow), orange ? kOrange : kGray));
+                user.MoveTo(303 + kButtonWidth / 2, kRow);
+                user.Press();
+                user.SeeColor(303 + 6, kRow, kBlack);
+                EXPECT_EQ(user.ColorAt(303, kButtonBottom), light);
+                user.Release();
+            });
+    }
 }
 
 // The pieces by themselves.
@@ -327,15 +331,6 @@ TEST(Button, KeepsItsColoursWhetherEnabledOrNot) {
     EXPECT_TRUE([[[orange cell] backgroundColor] isEqual:[NSColor orangeColor]]);
 }
 
-TEST(Button, MayHaveAnEmptyTitle) {
-    [NSApplication sharedApplication];
-    NSButton* gray = Button(NewAlert(), @"okButton");
-    NSAttributedString* nothing = [[[NSAttributedString alloc] initWithString:@""] autorelease];
-    [gray lockFocus];
-    EXPECT_NO_THROW([[gray cell] drawTitle:nothing withFrame:[gray bounds] inView:gray]);
-    [gray unlockFocus];
-}
-
 TEST(Button, IsFlatAndOfItsColoursWhateverItIsGiven) {
     [NSApplication sharedApplication];
     NSWindow* window = [[[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 80, 30)
@@ -360,6 +355,10 @@ TEST(Button, IsFlatAndOfItsColoursWhateverItIsGiven) {
     }
 }
 
+NSDictionary* AttributesOf(NSButton* button) {
+    return [[button attributedTitle] attributesAtIndex:0 effectiveRange:NULL];
+}
+
 TEST(ButtonCell, IsBlackWhileHighlighted) {
     QWStyleAlert* alert = NewAlert();
     [alert setButtonsTexts:@"OK":@"Cancel":@""];
@@ -368,7 +367,10 @@ TEST(ButtonCell, IsBlackWhileHighlighted) {
         [button setHidden:NO];
         [button lockFocus];
         NSColor* atRest = [[[[button cell] backgroundColor] copy] autorelease];
+        [QWIControlsUtils SetButtonTextColor:button andColor:[NSColor redColor]];
         [[button cell] highlight:YES withFrame:[button bounds] inView:button];
+        NSColor* title = [AttributesOf(button) objectForKey:NSForegroundColorAttributeName];
+        EXPECT_TRUE([title isEqual:[NSColor whiteColor]]);
         EXPECT_TRUE([[button cell] isHighlighted]);
         EXPECT_TRUE([[[button cell] backgroundColor] isEqual:[NSColor blackColor]]);
         [[button cell] setBackgroundColor:[NSColor redColor]];
@@ -380,12 +382,12 @@ TEST(ButtonCell, IsBlackWhileHighlighted) {
 }
 
 /// The colour in the middle of a title that the cell of a gray button draws.
-Color DrawnTitle(NSColor* color) {
+Color DrawnTitle(NSColor* color, NSString* text = kSolid) {
     NSButton* button = Button(NewAlert(), @"okButton");
     NSDictionary* attributes = [NSDictionary dictionaryWithObject:color
                                                            forKey:NSForegroundColorAttributeName];
     NSAttributedString* title =
-        [[[NSAttributedString alloc] initWithString:kSolid attributes:attributes] autorelease];
+        [[[NSAttributedString alloc] initWithString:text attributes:attributes] autorelease];
     [[button window] orderFront:nil];
     [button lockFocus];
     [[button cell] drawTitle:title withFrame:[button bounds] inView:button];
@@ -402,6 +404,7 @@ Color DrawnTitle(NSColor* color) {
 
 TEST(ButtonCell, DrawsATitleInTheSystemsDisabledColourNearWhite) {
     EXPECT_TRUE(IsNear(DrawnTitle([NSColor disabledControlTextColor]), kDisabledTitle));
+    EXPECT_TRUE(IsNear(DrawnTitle([NSColor disabledControlTextColor], @"\u2588"), kDisabledTitle));
     EXPECT_TRUE(IsNear(DrawnTitle([NSColor redColor]), {255, 0, 0}));
     // A colour of the same kind under another name.
     EXPECT_TRUE(IsNear(DrawnTitle([NSColor controlTextColor]), kBlack));
@@ -415,10 +418,6 @@ TEST(ButtonCell, DrawsAnEmptyTitleAsNothing) {
     const NSRect drawn = [[button cell] drawTitle:nothing withFrame:[button bounds] inView:button];
     [button unlockFocus];
     EXPECT_TRUE(NSIsEmptyRect(drawn) || NSContainsRect([button bounds], drawn));
-}
-
-NSDictionary* AttributesOf(NSButton* button) {
-    return [[button attributedTitle] attributesAtIndex:0 effectiveRange:NULL];
 }
 
 void ExpectInvisibleShadow(NSDictionary* attributes) {
@@ -476,11 +475,13 @@ TEST_P(Styling, ShowsATextInATextView) {
 TEST_P(Styling, TakesNothing) {
     [styler SetButtonTitleFor:button toString:nil withColor:[NSColor redColor]];
     EXPECT_EQ([[button attributedTitle] length], 0U);
+    [button setAttributedTitle:[[[NSAttributedString alloc] initWithString:@"Yes"] autorelease]];
     [styler SetButtonTextColor:button andColor:nil];
+    EXPECT_EQ([AttributesOf(button) objectForKey:NSShadowAttributeName], nil);
     [styler SetButtonTextColor:nil andColor:[NSColor redColor]];
     [styler SetButtonTitleFor:nil toString:@"Yes" withColor:nil];
     [styler SetTextViewTextFor:nil toString:nil withColor:nil];
-    EXPECT_EQ([[button attributedTitle] length], 0U);
+    EXPECT_EQ(Text([[button attributedTitle] string]), "Yes");
 }
 
 INSTANTIATE_TEST_SUITE_P(Classes, Styling, testing::Values(@"QWIControlsUtils", @"QWIAlertUtils"));
