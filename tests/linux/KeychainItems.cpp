@@ -125,6 +125,7 @@ std::string AttributesOf(SecretRetrievable* item) {
     while (g_hash_table_iter_next(&iterator, &key, &value)) {
         sorted[static_cast<const char*>(key)] = static_cast<const char*>(value);
     }
+    sorted.erase("xdg:schema");
     g_hash_table_unref(attributes);
     std::string text;
     for (const auto& [name, content] : sorted) {

@@ -12,7 +12,8 @@ bool StoreItem(const std::string& label, const std::string& data);
 /// Every item's data by its label.
 std::map<std::string, std::string> AllItems();
 
-/// Every item's attributes, as one text, by its label.
+/// Every item's attributes, as one text, by its label, but for the schema: a keyring that reads its
+/// file again gives one to all items that have none.
 std::map<std::string, std::string> AllAttributes();
 
 void RemoveAllItems();
