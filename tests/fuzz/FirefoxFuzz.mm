@@ -86,7 +86,7 @@ bool IsPartOfText(const xmlNode* node) {
             node->type == XML_ENTITY_REF_NODE);
 }
 
-// Text that is nothing but blanks, by itself or between its neighbours.
+// Drops text that is nothing but blanks, unless it is a part of a longer one.
 void DropBlanks(xmlNode* node) {
     for (xmlNode* child : ChildrenOf(node)) {
         const bool alone = !IsPartOfText(child->prev) && !IsPartOfText(child->next);
